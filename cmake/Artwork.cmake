@@ -1,0 +1,40 @@
+# Renders every SVG below resources/artwork to a PNG at 1x and at 2x (Name@2x.png) and writes the resource
+# collection that holds them, so that the repository keeps text and the program keeps pixels.
+
+find_program(RSVG_CONVERT rsvg-convert REQUIRED)
+
+# Sets <out> to the path of a generated corvane.qrc; <pictures> to the files it needs to be built first.
+function(corvane_artwork out pictures)
+    set(source ${CMAKE_SOURCE_DIR}/resources/artwork)
+    set(target ${CMAKE_BINARY_DIR}/artwork)
+    file(GLOB_RECURSE drawings RELATIVE ${source} CONFIGURE_DEPENDS ${source}/*.svg)
+    set(rendered)
+    set(entries)
+    foreach(drawing IN LISTS drawings)
+        string(REGEX REPLACE "\\.svg$" "" name ${drawing})
+        set(png ${target}/${name}.png)
+        set(png2x ${target}/${name}@2x.png)
+        get_filename_component(folder ${png} DIRECTORY)
+        add_custom_command(
+            OUTPUT ${png} ${png2x}
+            COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
+            COMMAND ${RSVG_CONVERT} -o ${png} ${source}/${drawing}
+            COMMAND ${RSVG_CONVERT} --zoom 2 -o ${png2x} ${source}/${drawing}
+            DEPENDS ${source}/${drawing}
+            COMMENT "Rendering ${drawing}"
+            VERBATIM)
+        list(APPEND rendered ${png} ${png2x})
+        string(APPEND entries "    <file alias=\"Images/${name}.png\">${png}</file>\n")
+        string(APPEND entries "    <file alias=\"Images/${name}@2x.png\">${png2x}</file>\n")
+    endforeach()
+    file(GLOB brandings RELATIVE ${CMAKE_SOURCE_DIR}/resources/branding CONFIGURE_DEPENDS
+        ${CMAKE_SOURCE_DIR}/resources/branding/*.json)
+    foreach(branding IN LISTS brandings)
+        string(APPEND entries
+            "    <file alias=\"Branding/${branding}\">${CMAKE_SOURCE_DIR}/resources/branding/${branding}</file>\n")
+    endforeach()
+    file(CONFIGURE OUTPUT ${target}/corvane.qrc
+        CONTENT "<RCC>\n  <qresource prefix=\"/Corvane\">\n@entries@  </qresource>\n</RCC>\n" @ONLY)
+    set(${out} ${target}/corvane.qrc PARENT_SCOPE)
+    set(${pictures} ${rendered} PARENT_SCOPE)
+endfunction()

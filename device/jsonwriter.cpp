@@ -1,0 +1,96 @@
+#include "device/jsonwriter.h"
+
+#include <cstdio>
+#include <utility>
+
+JSONWriter::JSONWriter(std::size_t nReserve) {
+    m_text.reserve(nReserve);
+}
+
+JSONWriter& JSONWriter::BeginObject(std::string_view sKey) {
+    Open(sKey, '{');
+    return *this;
+}
+
+JSONWriter& JSONWriter::EndObject() {
+    Close('}');
+    return *this;
+}
+
+JSONWriter& JSONWriter::BeginArray(std::string_view sKey) {
+    Open(sKey, '[');
+    return *this;
+}
+
+JSONWriter& JSONWriter::EndArray() {
+    Close(']');
+    return *this;
+}
+
+JSONWriter& JSONWriter::Member(std::string_view sKey, int nValue) {
+    StartItem(sKey);
+    m_text += std::to_string(nValue);
+    return *this;
+}
+
+JSONWriter& JSONWriter::Member(std::string_view sKey, bool bValue) {
+    StartItem(sKey);
+    m_text += bValue ? "true" : "false";
+    return *this;
+}
+
+JSONWriter& JSONWriter::Member(std::string_view sKey, std::string_view sValue) {
+    StartItem(sKey);
+    Quote(sValue);
+    return *this;
+}
+
+std::string JSONWriter::Take() {
+    m_nDepth = 0;
+    m_bFirst = true;
+    return std::exchange(m_text, {});
+}
+
+void JSONWriter::StartItem(std::string_view sKey) {
+    if (m_nDepth > 0) {
+        m_text += m_bFirst ? "\n" : ",\n";
+        m_text.append(m_nDepth, '\t');
+    }
+    m_bFirst = false;
+    if (!sKey.empty()) {
+        Quote(sKey);
+        m_text += " : ";
+    }
+}
+
+void JSONWriter::Open(std::string_view sKey, char bracket) {
+    StartItem(sKey);
+    m_text += bracket;
+    ++m_nDepth;
+    m_bFirst = true;
+}
+
+void JSONWriter::Close(char bracket) {
+    --m_nDepth;
+    m_text += '\n';
+    m_text.append(m_nDepth, '\t');
+    m_text += bracket;
+    m_bFirst = false;
+}
+
+void JSONWriter::Quote(std::string_view sText) {
+    m_text += '"';
+    for (const char c : sText.substr(0, sText.find('\0'))) {
+        if (c == '"' || c == '\\') {
+            m_text += '\\';
+            m_text += c;
+        } else if (static_cast<unsigned char>(c) < 0x20) {
+            char escape[8];
+            std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(c));
+            m_text += escape;
+        } else {
+            m_text += c;
+        }
+    }
+    m_text += '"';
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Writes JSON in the one shape that goes over the wire: each member on a line of its own, a tab for each
+/// level, `"key" : value`, no line break at the end. No kept library prints it, and servers match it byte for
+/// byte.
+///
+/// The writer trusts its caller to begin and end in pairs, with a key inside objects and none inside arrays.
+class JSONWriter {
+public:
+    explicit JSONWriter(std::size_t nReserve = 2048);
+
+    JSONWriter& BeginObject(std::string_view sKey = {});
+    JSONWriter& EndObject();
+    JSONWriter& BeginArray(std::string_view sKey = {});
+    JSONWriter& EndArray();
+
+    JSONWriter& Member(std::string_view sKey, int nValue);
+    JSONWriter& Member(std::string_view sKey, bool bValue);
+    /// The text is UTF-8 and ends at its first NUL.
+    JSONWriter& Member(std::string_view sKey, std::string_view sValue);
+    /// Without this a literal would rather become a bool than a view.
+    JSONWriter& Member(std::string_view sKey, const char* pValue) {
+        return Member(sKey, std::string_view(pValue));
+    }
+
+    /// The text written so far; the writer is empty afterwards.
+    std::string Take();
+
+private:
+    void StartItem(std::string_view sKey);
+    void Open(std::string_view sKey, char bracket);
+    void Close(char bracket);
+    void Quote(std::string_view sText);
+
+    std::string m_text;
+    std::size_t m_nDepth = 0;
+    bool m_bFirst = true;
+};
