@@ -1,0 +1,175 @@
+#include "settings/cinifile.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QSaveFile>
+#include <QStringList>
+#include <QTextStream>
+
+#include <algorithm>
+
+namespace {
+
+/// "1|0|1" for as many flags as there are; any other count leaves them alone.
+template <std::size_t N>
+void ReadFlags(const QString& sValue, std::array<bool, N>& flags) {
+    const QStringList parts = sValue.split('|');
+    if (parts.size() != static_cast<int>(N)) {
+        return;
+    }
+    std::transform(parts.begin(), parts.end(), flags.begin(),
+                   [](const QString& s) { return s.toInt() == 1; });
+}
+
+template <std::size_t N>
+QString FlagsText(const std::array<bool, N>& flags) {
+    QStringList parts;
+    for (const bool bFlag : flags) {
+        parts.append(QString::number(int{bFlag}));
+    }
+    return parts.join('|');
+}
+
+void ReadRecords(const QString& sValue, QList<SceneParam>& records) {
+    const QStringList parts = sValue.split('|');
+    for (const QString& sPart : parts) {
+        const QStringList fields = sPart.split(';');
+        if (fields.size() != 4) {
+            continue;
+        }
+        SceneParam record{fields[0].toInt(), fields[1], fields[2], QColor()};
+        const int nColor = fields[3].toInt();
+        if (nColor >= 0) {
+            record.color.setRgb(nColor & 255, (nColor >> 8) & 255, (nColor >> 16) & 255);
+        }
+        records.append(record);
+    }
+}
+
+/// The arguments are filled in one after the other: a "%4" in a name takes part, which is how files have
+/// always been written.
+QString RecordsText(const QList<SceneParam>& records) {
+    QStringList parts;
+    for (const SceneParam& record : records) {
+        if (record.color.isValid()) {
+            const int nColor = record.color.red() + 256 * record.color.green() + 65536 * record.color.blue();
+            parts.append(QString("%1;%2;%3;%4").arg(record.id).arg(record.name).arg(record.icon).arg(nColor));
+        } else {
+            parts.append(QString("%1;%2;%3;-1").arg(record.id).arg(record.name).arg(record.icon));
+        }
+    }
+    return parts.join('|');
+}
+
+template <typename Records>
+auto Find(Records& records, int nId) {
+    return std::find_if(records.begin(), records.end(), [nId](const SceneParam& r) { return r.id == nId; });
+}
+
+void Merge(QList<SceneParam>& records, int nId, const QString& sName, const QString& sIcon,
+           const QColor& color) {
+    const auto record = Find(records, nId);
+    if (record == records.end()) {
+        records.append({nId, sName, sIcon, color});
+        return;
+    }
+    if (!sName.isEmpty()) {
+        record->name = sName;
+    }
+    if (!sIcon.isEmpty()) {
+        record->icon = sIcon;
+    }
+    if (color.isValid()) {
+        record->color = color;
+    }
+}
+
+}  // namespace
+
+CIniFile::CIniFile() : path(QCoreApplication::applicationDirPath() + "/Corvane.ini") {}
+
+void CIniFile::Read() {
+    scenes.clear();
+    programs.clear();
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        return;
+    }
+    QTextStream stream(&file);
+    QString sLine;
+    while (stream.readLineInto(&sLine)) {
+        const int nEquals = sLine.indexOf('=');
+        if (nEquals < 1) {
+            continue;
+        }
+        const QString sKey = sLine.left(nEquals);
+        const QString sValue = sLine.mid(nEquals + 1);
+        if (sKey == "PwdState") {
+            pwdState = sValue.toInt() == 1;
+        } else if (sKey == "PwdValue") {
+            pwdValue = sValue;
+        } else if (sKey == "MenuVisible") {
+            ReadFlags(sValue, menuVisible);
+        } else if (sKey == "SceneParams") {
+            ReadFlags(sValue, sceneParams);
+        } else if (sKey == "Scenes") {
+            ReadRecords(sValue, scenes);
+        } else if (sKey == "Programs") {
+            ReadRecords(sValue, programs);
+        }
+    }
+}
+
+void CIniFile::Write() const {
+    QSaveFile file(path);
+    file.setDirectWriteFallback(true);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return;
+    }
+    QTextStream stream(&file);
+    stream << "PwdState=" << int{pwdState} << '\n';
+    stream << "PwdValue=" << pwdValue << '\n';
+    stream << "MenuVisible=" << FlagsText(menuVisible) << '\n';
+    stream << "SceneParams=" << FlagsText(sceneParams) << '\n';
+    if (!scenes.isEmpty()) {
+        stream << "Scenes=" << RecordsText(scenes) << '\n';
+    }
+    if (!programs.isEmpty()) {
+        stream << "Programs=" << RecordsText(programs) << '\n';
+    }
+    stream.flush();
+    file.commit();
+}
+
+void CIniFile::SetSceneParams(int nId, QString& sName, QString& sIcon, QColor& color) const {
+    Overlay(scenes, nId, sName, sIcon, color);
+}
+
+void CIniFile::SetProgramParams(int nId, QString& sName, QString& sIcon, QColor& color) const {
+    Overlay(programs, nId, sName, sIcon, color);
+}
+
+void CIniFile::SaveSceneParams(int nId, const QString& sName, const QString& sIcon, const QColor& color) {
+    Merge(scenes, nId, sName, sIcon, color);
+}
+
+void CIniFile::SaveProgramParams(int nId, const QString& sName, const QString& sIcon, const QColor& color) {
+    Merge(programs, nId, sName, sIcon, color);
+}
+
+void CIniFile::Overlay(const QList<SceneParam>& records, int nId, QString& sName, QString& sIcon,
+                       QColor& color) const {
+    const auto record = Find(records, nId);
+    if (record == records.end()) {
+        return;
+    }
+    if (sceneParams[0] && !record->name.isEmpty()) {
+        sName = record->name;
+    }
+    if (sceneParams[1] && !record->icon.isEmpty()) {
+        sIcon = record->icon;
+    }
+    if (sceneParams[2] && record->color.isValid()) {
+        color = record->color;
+    }
+}

@@ -1,0 +1,110 @@
+#include "settings/cinifile.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+class TestIniFile : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+
+    CIniFile Load(const QByteArray& text) {
+        CIniFile settings;
+        settings.path = m_folder.filePath("Corvane.ini");
+        QFile file(settings.path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
+            qFatal("cannot write %s", qPrintable(settings.path));
+        }
+        file.close();
+        settings.Read();
+        return settings;
+    }
+
+    static QByteArray Saved(const CIniFile& settings) {
+        settings.Write();
+        QFile file(settings.path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+    }
+
+private slots:
+    void bytes_data() {
+        QTest::addColumn<QByteArray>("read");
+        QTest::addColumn<QByteArray>("written");
+        const QByteArray head = "PwdState=0\nPwdValue=\nMenuVisible=1|1|1|1\nSceneParams=1|1|1\n";
+        QTest::newRow("empty") << QByteArray() << head;
+        const QByteArray full =
+            "PwdState=1\nPwdValue=a=b \nMenuVisible=1|0|0|1\nSceneParams=0|1|0\n"
+            "Scenes=3;Party;;-1|7;;:/x.png;255|-2;\xC3\xA9;;16777215\nPrograms=3;Loop;;0\n";
+        QTest::newRow("full") << full << full;
+        QTest::newRow("carriage returns") << QByteArray(full).replace("\n", "\r\n") << full;
+        QTest::newRow("flags of other counts")
+            << QByteArray("MenuVisible=0|0|0\nSceneParams=0|0|0|0\n") << head;
+        QTest::newRow("flags of other values") << QByteArray("PwdState=true\nMenuVisible=2|x||01\n")
+                                               << QByteArray(head).replace("1|1|1|1", "0|0|0|1");
+        QTest::newRow("unknown and blank-padded keys")
+            << QByteArray("PwdState =1\n pwdstate=1\npwdstate=1\n=1\nPwdState\nOther=1\n") << head;
+        QTest::newRow("wrong records go alone")
+            << QByteArray("Scenes=1;a;;-1|2;b|3;c;;;|x;d;;red\n") << head + "Scenes=1;a;;-1|0;d;;0\n";
+        QTest::newRow("a key twice appends")
+            << QByteArray("Scenes=1;a;;-1\nScenes=1;b;;-5\n") << head + "Scenes=1;a;;-1|1;b;;-1\n";
+        QTest::newRow("no records") << QByteArray("Scenes=\nPrograms=;;\n") << head;
+        QTest::newRow("no line end") << QByteArray("PwdValue=x")
+                                     << QByteArray(head).replace("Value=", "Value=x");
+    }
+
+    void bytes() {
+        QFETCH(QByteArray, read);
+        QTEST(Saved(Load(read)), "written");
+    }
+
+    /// Texts are written unescaped, one argument after the other.
+    void quirks() {
+        CIniFile settings = Load("");
+        settings.SaveSceneParams(1, "a;b", "", {});
+        settings.SaveSceneParams(2, "c|d", "", {});
+        settings.SaveSceneParams(3, "%3!", "icon", Qt::red);
+        QVERIFY(Saved(settings).contains("Scenes=1;a;b;;-1|2;c|d;;-1|3;icon!;icon;255\n"));
+        settings.Read();
+        QCOMPARE(settings.scenes.size(), 1);
+        QCOMPARE(settings.scenes[0].name, QString("icon!"));
+    }
+
+    void merging() {
+        CIniFile settings = Load("");
+        settings.SaveSceneParams(7, "", "", Qt::red);
+        settings.SaveSceneParams(7, "Bar", "", {});
+        settings.SaveSceneParams(7, "", "", {});
+        settings.SaveProgramParams(7, "", ":/i.png", {});
+        QVERIFY(Saved(settings).endsWith("Scenes=7;Bar;;255\nPrograms=7;;:/i.png;-1\n"));
+    }
+
+    void overlaying() {
+        CIniFile settings = Load("Scenes=7;Bar;:/i.png;255|7;Other;;0\n");
+        for (std::size_t i = 0; i < 3; ++i) {
+            settings.sceneParams = {false, false, false};
+            settings.sceneParams[i] = true;
+            QString sName = "n";
+            QString sIcon = "i";
+            QColor color = Qt::blue;
+            settings.SetProgramParams(7, sName, sIcon, color);
+            QCOMPARE(sName + sIcon + color.name(), QString("ni#0000ff"));
+            settings.SetSceneParams(7, sName, sIcon, color);
+            QCOMPARE(sName, QString(i == 0 ? "Bar" : "n"));
+            QCOMPARE(sIcon, QString(i == 1 ? ":/i.png" : "i"));
+            QCOMPARE(color, QColor(i == 2 ? Qt::red : Qt::blue));
+        }
+    }
+
+    void missingFileKeepsFlags() {
+        CIniFile settings = Load("PwdState=1\nScenes=1;a;;-1\n");
+        QVERIFY(QFile::remove(settings.path));
+        settings.Read();
+        QVERIFY(settings.pwdState);
+        QVERIFY(settings.scenes.isEmpty());
+        settings.path = m_folder.filePath("no/such/folder/Corvane.ini");
+        settings.Write();  // silent
+    }
+};
+
+QTEST_GUILESS_MAIN(TestIniFile)
+#include "tst_cinifile.moc"
