@@ -1,0 +1,50 @@
+#include "widgets/artwork.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QHash>
+
+/// The collection lies in a static library, which the linker would otherwise leave out.
+static void OpenCollection() {
+    Q_INIT_RESOURCE(corvane);
+}
+
+namespace artwork {
+
+namespace {
+
+QPixmap Load(const QString& sPath) {
+    static const bool bOpen = (OpenCollection(), true);
+    Q_UNUSED(bOpen)
+    if (qGuiApp->devicePixelRatio() > 1.0) {
+        QString sSharp = sPath;
+        sSharp.replace(QLatin1String(".png"), QLatin1String("@2x.png"));
+        if (QFile::exists(sSharp)) {
+            return QPixmap(sSharp);
+        }
+    }
+    return QPixmap(sPath);
+}
+
+}  // namespace
+
+QPixmap Picture(const QString& sPath) {
+    static QHash<QString, QPixmap> pictures;
+    const auto known = pictures.constFind(sPath);
+    return known != pictures.constEnd() ? *known : *pictures.insert(sPath, Load(sPath));
+}
+
+QIcon Icon(const QString& sPath) {
+    return QIcon(Picture(sPath));
+}
+
+QBitmap Shape(const QString& sPath) {
+    const QPixmap picture = Picture(sPath);
+    return picture.devicePixelRatio() > 1.0 ? QPixmap(sPath).mask() : picture.mask();
+}
+
+QSize LogicalSize(const QPixmap& picture) {
+    return (QSizeF(picture.size()) / picture.devicePixelRatio()).toSize();
+}
+
+}  // namespace artwork

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QBitmap>
+#include <QIcon>
+#include <QPixmap>
+#include <QString>
+
+/// The compiled-in pictures, under ":/Corvane/Images/". Each exists at 1x and 2x; the density follows the
+/// sharpest screen. A path that leads to no picture gives a null one.
+namespace artwork {
+
+/// A picture, decoded once and shared from then on.
+QPixmap Picture(const QString& sPath);
+
+/// The same for a menu or a button.
+QIcon Icon(const QString& sPath);
+
+/// The opaque pixels of a picture, in logical pixels whatever the density: a window's shape.
+QBitmap Shape(const QString& sPath);
+
+/// Size of a picture on screen, in logical pixels.
+QSize LogicalSize(const QPixmap& picture);
+
+}  // namespace artwork

@@ -1,0 +1,306 @@
+#include "widgets/cscenelist.h"
+
+#include "settings/cinifile.h"
+#include "widgets/artwork.h"
+#include "widgets/iconcatalogue.h"
+
+#include <QAction>
+#include <QColorDialog>
+#include <QInputDialog>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int RowHeight = 53;
+constexpr int Columns = 2;
+
+/// The area of tile `i` in a list `nWidth` pixels wide.
+QRect TileRect(int i, int nWidth) {
+    const int nHalf = nWidth / 2;
+    const int nTop = RowHeight * (i / Columns);
+    const int nLeft = i % Columns == 0 ? 0 : nHalf - 1;
+    return QRect(QPoint(nLeft, nTop), QPoint(nLeft + nHalf - 2, nTop + RowHeight - 1));
+}
+
+/// The font, condensed where a text would be too wide for its place: half an id is another scene's id.
+QFont FittingFont(QFont font, int nTextWidth, int nWidth) {
+    if (nTextWidth > nWidth) {
+        font.setStretch(100 * nWidth / nTextWidth);
+    }
+    return font;
+}
+
+}  // namespace
+
+CSceneList::CSceneList(bool bScenes, QWidget* parent) : QWidget(parent), m_bScenes(bScenes) {}
+
+void CSceneList::Update(const QList<Scene>& scenes, const CIniFile& settings) {
+    // The context menu or one of its dialogs may be open: what it acts on must stay the same scene.
+    const SceneItem* pContext = ContextItem();
+    const int nContextId = pContext != nullptr ? pContext->id : 0;
+
+    m_items.clear();
+    m_firstOfId.clear();
+    m_items.reserve(scenes.size());
+    for (const Scene& scene : scenes) {
+        SceneItem item;
+        item.name = QString::fromStdString(scene.name);
+        item.icon = catalogue::DefaultIconList()[m_bScenes ? 0 : 1];
+        item.color = QColor(120, 120, 120);
+        item.id = scene.id;
+        item.group = scene.area;
+        item.level = scene.level;
+        item.state = scene.state;
+        if (m_bScenes) {
+            settings.SetSceneParams(item.id, item.name, item.icon, item.color);
+        } else {
+            settings.SetProgramParams(item.id, item.name, item.icon, item.color);
+        }
+        item.pixmap = artwork::Picture(item.icon);
+        if (!m_firstOfId.contains(item.id)) {
+            m_firstOfId.insert(item.id, m_items.size());
+        }
+        m_items.append(item);
+    }
+    if (pContext != nullptr) {
+        const bool bSamePlace = m_iContext < m_items.size() && m_items[m_iContext].id == nContextId;
+        m_iContext = bSamePlace ? m_iContext : m_firstOfId.value(nContextId, -1);
+    }
+    UpdateRects();
+}
+
+void CSceneList::Update(const Scene& scene, bool bExclusive) {
+    SceneItem* pItem = FindItem(scene.id);
+    if (pItem == nullptr) {
+        return;
+    }
+    pItem->state = scene.state;
+    if (bExclusive) {
+        Exclude(*pItem);
+        update();
+    }
+}
+
+void CSceneList::ResetState() {
+    for (SceneItem& item : m_items) {
+        item.state = false;
+    }
+}
+
+void CSceneList::UpdateRects() {
+    for (int i = 0; i < m_items.size(); ++i) {
+        m_items[i].rect = TileRect(i, width());
+    }
+    setMinimumHeight(m_items.isEmpty() ? 0 : m_items.last().rect.bottom());
+    update();
+}
+
+void CSceneList::SetSceneIcon(const QString& sIcon) {
+    SceneItem* pItem = ContextItem();
+    if (pItem == nullptr) {
+        return;
+    }
+    pItem->icon = sIcon;
+    pItem->pixmap = artwork::Picture(sIcon);
+    update();
+    emit iconChanged(pItem->id, sIcon);
+}
+
+void CSceneList::OnRename() {
+    const SceneItem* pContext = ContextItem();
+    if (pContext == nullptr) {
+        return;
+    }
+    bool bOk = false;
+    const QString sName =
+        QInputDialog::getText(this, tr("Rename"), tr("Name :"), QLineEdit::Normal, pContext->name, &bOk);
+    // The list may have been rebuilt meanwhile: look the tile up again.
+    SceneItem* pItem = ContextItem();
+    if (!bOk || sName.isEmpty() || pItem == nullptr) {
+        return;
+    }
+    pItem->name = sName;
+    update();
+    emit nameChanged(pItem->id, sName);
+}
+
+void CSceneList::OnColor() {
+    const SceneItem* pContext = ContextItem();
+    if (pContext == nullptr) {
+        return;
+    }
+    const QColor color = QColorDialog::getColor(pContext->color, this);
+    SceneItem* pItem = ContextItem();
+    if (!color.isValid() || pItem == nullptr) {
+        return;
+    }
+    pItem->color = color;
+    update();
+    emit colorChanged(pItem->id, color);
+}
+
+void CSceneList::OnDefaultIcon() {
+    ChooseIcon(catalogue::DefaultIconList());
+}
+void CSceneList::OnIcon1() {
+    ChooseIcon(catalogue::IconList1());
+}
+void CSceneList::OnIcon2() {
+    ChooseIcon(catalogue::IconList2());
+}
+void CSceneList::OnIcon3() {
+    ChooseIcon(catalogue::IconList3());
+}
+void CSceneList::OnIcon4() {
+    ChooseIcon(catalogue::IconList4());
+}
+void CSceneList::OnIcon5() {
+    ChooseIcon(catalogue::IconList5());
+}
+
+void CSceneList::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    // A tile's outline reaches one pixel below it.
+    const int nFirstRow = std::max(0, event->rect().top() - 1) / RowHeight;
+    const int nLastRow = event->rect().bottom() / RowHeight;
+    const int nEnd = std::min(m_items.size(), (nLastRow + 1) * Columns);
+    for (int i = nFirstRow * Columns; i < nEnd; ++i) {
+        PaintItem(painter, m_items[i]);
+    }
+}
+
+void CSceneList::resizeEvent(QResizeEvent*) {
+    UpdateRects();
+}
+
+void CSceneList::mousePressEvent(QMouseEvent* event) {
+    emit mousePressed();
+    const QPoint position = event->localPos().toPoint();
+    const auto hit = std::find_if(m_items.begin(), m_items.end(), [&position](const SceneItem& item) {
+        return item.rect.contains(position);
+    });
+    if (hit == m_items.end()) {
+        return;
+    }
+    if (event->button() == Qt::RightButton) {
+        m_iContext = static_cast<int>(hit - m_items.begin());
+        OpenMenu(event->globalPos());
+        return;
+    }
+    hit->state = !hit->state;
+    Exclude(*hit);
+    update();
+    emit stateChanged(hit->group, hit->id, hit->state);
+}
+
+void CSceneList::PaintItem(QPainter& painter, const SceneItem& item) const {
+    static const QPen outlinePen(QColor(180, 180, 180));
+    static const QPen selectedPen(Qt::white);
+    static const QColor sceneColor(100, 160, 255);
+    static const QColor programColor(Qt::green);
+    static const QFont nameFont("Arial", 14, QFont::Bold);
+    static const QFontMetrics nameMetrics(nameFont);
+    static const QFont idFont("Comic", 12, QFont::Bold);
+    static const QFontMetrics idMetrics(idFont);
+    static const QPixmap checkBox = artwork::Picture(":/Corvane/Images/CheckBox.png");
+    static const QPixmap checkBoxSel = artwork::Picture(":/Corvane/Images/CheckBoxSel.png");
+
+    const QPoint topLeft = item.rect.topLeft();
+    const QPoint bottomRight = item.rect.bottomRight();
+    const QColor& onColor = m_bScenes ? sceneColor : programColor;
+
+    painter.setPen(outlinePen);
+    painter.drawRect(item.rect);
+    if (item.state) {
+        painter.fillRect(QRect(topLeft + QPoint(1, 1), bottomRight), onColor);
+    }
+
+    const QRect nameRect(topLeft + QPoint(60, 0), bottomRight - QPoint(40, 0));
+    painter.setPen(item.state ? selectedPen : QPen(item.color));
+    painter.setFont(nameFont);
+    painter.drawText(nameRect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                     nameMetrics.elidedText(item.name, Qt::ElideRight, nameRect.width()));
+
+    painter.drawPixmap(QPoint(bottomRight.x() - 30, topLeft.y() + 6), item.state ? checkBoxSel : checkBox);
+
+    const QString sId =
+        item.group < 0 ? tr("#%1").arg(item.id) : tr("#%1.%2").arg(item.group + 1).arg(item.id);
+    painter.setPen(item.state ? selectedPen : QPen(onColor));
+    const QRect idRect(bottomRight - QPoint(40, 21), bottomRight - QPoint(1, 2));
+    painter.setFont(FittingFont(idFont, idMetrics.horizontalAdvance(sId), idRect.width()));
+    painter.drawText(idRect, Qt::AlignCenter, sId);
+
+    PaintIcon(painter, item);
+}
+
+void CSceneList::PaintIcon(QPainter& painter, const SceneItem& item) const {
+    constexpr int nShown = 40;
+    const QSize size = artwork::LogicalSize(item.pixmap);
+    const QPoint corner = item.rect.topLeft() + QPoint(10, 0);
+    if (size.height() > nShown) {
+        const QSize shown(size.width() * nShown / size.height(), nShown);
+        painter.drawPixmap(QRect(corner + QPoint(0, 6), shown), item.pixmap);
+    } else {
+        painter.drawPixmap(corner + QPoint(0, (RowHeight - size.height()) / 2), item.pixmap);
+    }
+}
+
+/// Switches off whatever a scene that runs excludes.
+void CSceneList::Exclude(const SceneItem& item) {
+    if (!m_bScenes || !item.state) {
+        return;
+    }
+    for (SceneItem& other : m_items) {
+        if (&other != &item && other.group == item.group) {
+            other.state = false;
+        }
+    }
+}
+
+void CSceneList::OpenMenu(const QPoint& position) {
+    QMenu menu(this);
+    menu.addAction(artwork::Icon(":/Corvane/Images/Text.png"), tr("Rename"), this, &CSceneList::OnRename);
+    menu.addAction(artwork::Icon(":/Corvane/Images/Color.png"), tr("Color"), this, &CSceneList::OnColor);
+    menu.addSeparator();
+    AddIcons(menu, catalogue::DefaultIconList(), &CSceneList::OnDefaultIcon);
+    const std::pair<const QStringList&, Slot> families[] = {{catalogue::IconList1(), &CSceneList::OnIcon1},
+                                                            {catalogue::IconList2(), &CSceneList::OnIcon2},
+                                                            {catalogue::IconList3(), &CSceneList::OnIcon3},
+                                                            {catalogue::IconList4(), &CSceneList::OnIcon4},
+                                                            {catalogue::IconList5(), &CSceneList::OnIcon5}};
+    for (const auto& [icons, slot] : families) {
+        QMenu* pFamily = menu.addMenu(artwork::Icon(icons.first()), QString());
+        AddIcons(*pFamily, icons, slot);
+    }
+    menu.exec(position);
+}
+
+void CSceneList::AddIcons(QMenu& menu, const QStringList& icons, Slot slot) {
+    for (int i = 0; i < icons.size(); ++i) {
+        menu.addAction(artwork::Icon(icons[i]), QString(), this, slot)->setData(i);
+    }
+}
+
+/// The action that was chosen knows its place in its list.
+void CSceneList::ChooseIcon(const QStringList& icons) {
+    const auto* pAction = qobject_cast<QAction*>(sender());
+    const int i = pAction != nullptr ? pAction->data().toInt() : -1;
+    if (i >= 0 && i < icons.size()) {
+        SetSceneIcon(icons[i]);
+    }
+}
+
+CSceneList::SceneItem* CSceneList::ContextItem() {
+    return m_iContext >= 0 && m_iContext < m_items.size() ? &m_items[m_iContext] : nullptr;
+}
+
+CSceneList::SceneItem* CSceneList::FindItem(int nId) {
+    const auto first = m_firstOfId.constFind(nId);
+    return first != m_firstOfId.constEnd() ? &m_items[*first] : nullptr;
+}

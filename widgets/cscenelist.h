@@ -1,0 +1,97 @@
+#pragma once
+
+#include "device/scene.h"
+
+#include <QColor>
+#include <QHash>
+#include <QList>
+#include <QPixmap>
+#include <QRect>
+#include <QString>
+#include <QVector>
+#include <QWidget>
+
+class CIniFile;
+class QMenu;
+class QPainter;
+class QStringList;
+
+/// A two-column grid of tiles, one for each of the server's scenes or programs. A click switches a tile, a
+/// right click offers to rename it, recolour it or give it another icon.
+///
+/// What the server reports enters through Update() and ResetState() and emits nothing; the signals tell what
+/// the user's hand did.
+class CSceneList : public QWidget {
+    Q_OBJECT
+
+signals:
+    /// Any press, before anything else happens.
+    void mousePressed();
+    void stateChanged(int iArea, int nId, bool bState);
+    void nameChanged(int nId, QString sName);
+    void iconChanged(int nId, QString sIcon);
+    void colorChanged(int nId, QColor color);
+
+public:
+    /// One tile.
+    struct SceneItem {
+        QString name;
+        QString icon;    ///< resource path
+        QRect rect;      ///< in widget coordinates
+        QColor color;    ///< of the name while the tile is off
+        QPixmap pixmap;  ///< the icon's picture
+        int id = 0;
+        int group = -1;  ///< the scene's area: scenes of one group exclude each other
+        int level = 0;
+        bool state = false;
+    };
+
+    /// `bScenes` chooses scenes (true) or programs, which exclude nothing.
+    CSceneList(bool bScenes, QWidget* parent);
+
+    /// Replaces all tiles, under the user's names, icons and colours.
+    void Update(const QList<Scene>& scenes, const CIniFile& settings);
+    /// Shows one running state; an id that no tile has changes nothing. With `bExclusive` the others of its
+    /// group go off and the list is repainted, else both are the caller's business.
+    void Update(const Scene& scene, bool bExclusive);
+    /// Switches every tile off, without repainting.
+    void ResetState();
+    /// Lays the tiles out over the widget's width.
+    void UpdateRects();
+    /// Gives the tile last right-clicked another icon.
+    void SetSceneIcon(const QString& sIcon);
+
+    const QVector<SceneItem>& Items() const { return m_items; }
+
+public slots:
+    void OnRename();
+    void OnColor();
+    void OnDefaultIcon();
+    void OnIcon1();
+    void OnIcon2();
+    void OnIcon3();
+    void OnIcon4();
+    void OnIcon5();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    using Slot = void (CSceneList::*)();
+
+    void PaintItem(QPainter& painter, const SceneItem& item) const;
+    void PaintIcon(QPainter& painter, const SceneItem& item) const;
+    void Exclude(const SceneItem& item);
+    void OpenMenu(const QPoint& position);
+    void AddIcons(QMenu& menu, const QStringList& icons, Slot slot);
+    void ChooseIcon(const QStringList& icons);
+    SceneItem* ContextItem();
+    SceneItem* FindItem(int nId);
+
+    bool m_bScenes;
+    int m_iContext = -1;  ///< tile last right-clicked
+    QVector<SceneItem> m_items;
+    QHash<int, int> m_firstOfId;  ///< where the first tile of an id stands
+};

@@ -1,0 +1,20 @@
+#include "widgets/cscenelistwnd.h"
+
+#include "widgets/cscenelist.h"
+
+#include <QHBoxLayout>
+#include <QScrollArea>
+
+CSceneListWnd::CSceneListWnd(bool bScenes, QWidget* parent)
+    : QWidget(parent), m_pList(new CSceneList(bScenes, nullptr)) {
+    auto* pArea = new QScrollArea(this);
+    pArea->setFrameShape(QFrame::NoFrame);
+    pArea->setWidgetResizable(true);
+    pArea->setAlignment(Qt::AlignCenter);
+    pArea->setWidget(m_pList);
+
+    auto* pLayout = new QHBoxLayout(this);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    pLayout->setSpacing(0);
+    pLayout->addWidget(pArea);
+}
