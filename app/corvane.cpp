@@ -1,0 +1,116 @@
+#include "app/corvane.h"
+
+#include "device/messages.h"
+#include "widgets/artwork.h"
+#include "widgets/cscenelist.h"
+#include "widgets/cscenelistwnd.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+
+namespace {
+
+const QString BackgroundPath = ":/Corvane/Images/Tablet.png";
+
+/// The frame round the page.
+constexpr int Border = 58;
+
+}  // namespace
+
+Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
+    : QWidget(parent, flags),
+      m_pLayout(new QHBoxLayout),
+      m_pSceneWnd(new CSceneListWnd(true, this)),
+      m_pProgramWnd(new CSceneListWnd(false, this)),
+      m_background(artwork::Picture(BackgroundPath)) {
+    m_settings.Read();
+
+    const QSize size = artwork::LogicalSize(m_background);
+    setFixedSize(size);
+    setMask(artwork::Shape(BackgroundPath));
+    m_closeRect = QRect(QPoint(size.width() - 55, 20), QPoint(size.width() - 24, 51));
+    m_lostRect = QRect(QPoint(size.width() / 2 - 25, 4), QPoint(size.width() / 2 + 24, 53));
+
+    m_pSceneWnd->hide();
+    m_pProgramWnd->hide();
+
+    CSceneList* pScenes = SceneList();
+    CSceneList* pPrograms = ProgramList();
+    connect(pScenes, &CSceneList::stateChanged, this, &Corvane::OnSceneStateChanged);
+    connect(pScenes, &CSceneList::nameChanged, this, &Corvane::OnSceneNameChanged);
+    connect(pScenes, &CSceneList::iconChanged, this, &Corvane::OnSceneIconChanged);
+    connect(pScenes, &CSceneList::colorChanged, this, &Corvane::OnSceneColorChanged);
+    connect(pPrograms, &CSceneList::stateChanged, this, &Corvane::OnProgramStateChanged);
+    connect(pPrograms, &CSceneList::nameChanged, this, &Corvane::OnProgramNameChanged);
+    connect(pPrograms, &CSceneList::iconChanged, this, &Corvane::OnProgramIconChanged);
+    connect(pPrograms, &CSceneList::colorChanged, this, &Corvane::OnProgramColorChanged);
+
+    m_pLayout->setContentsMargins(Border, Border, Border, Border);
+    setLayout(m_pLayout);
+    OnMenuChanged(FirstPage());
+    Refresh();
+}
+
+Corvane::~Corvane() {
+    m_settings.Write();
+    Disconnect();
+}
+
+bool Corvane::Close() {
+    if (m_bConnected) {
+        SendPacket(messages::Bare(MessageType::Goodbye), true);
+    }
+    return close();
+}
+
+void Corvane::paintEvent(QPaintEvent* event) {
+    static const QPixmap closePicture = artwork::Picture(":/Corvane/Images/Close.png");
+    static const QPixmap lostPicture = artwork::Picture(":/Corvane/Images/ConnectionLost.png");
+
+    QPainter painter(this);
+    painter.drawPixmap(0, 0, m_background);
+    if (event->rect().intersects(m_closeRect)) {
+        painter.drawPixmap(m_closeRect.topLeft(), closePicture);
+    }
+    if (m_bConnectionLost && event->rect().intersects(m_lostRect)) {
+        painter.drawPixmap(m_lostRect.topLeft(), lostPicture);
+    }
+}
+
+void Corvane::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && !event->isAutoRepeat()) {
+        Close();
+    } else {
+        event->ignore();
+    }
+}
+
+void Corvane::mousePressEvent(QMouseEvent* event) {
+    const QPoint position = event->localPos().toPoint();
+    if (m_closeRect.contains(position)) {
+        Close();
+        return;
+    }
+    if (rect().adjusted(Border, Border, -Border, -Border).contains(position)) {
+        return;
+    }
+    m_windowAtPress = pos();
+    m_mouseAtPress = mapToGlobal(position);
+    m_bDragging = true;
+}
+
+void Corvane::mouseMoveEvent(QMouseEvent* event) {
+    if (m_bDragging) {
+        move(m_windowAtPress + event->globalPos() - m_mouseAtPress);
+    }
+}
+
+void Corvane::mouseReleaseEvent(QMouseEvent*) {
+    m_bDragging = false;
+}
+
+/// The second click of a double click is no press: it must neither close the window nor start a drag.
+void Corvane::mouseDoubleClickEvent(QMouseEvent*) {}

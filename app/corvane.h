@@ -1,0 +1,194 @@
+#pragma once
+
+#include "device/color.h"
+#include "device/command.h"
+#include "device/dmxchan.h"
+#include "device/fragments.h"
+#include "device/scene.h"
+#include "device/universes.h"
+#include "settings/cinifile.h"
+#include "widgets/serverlist.h"
+
+#include <QColor>
+#include <QElapsedTimer>
+#include <QList>
+#include <QPixmap>
+#include <QPoint>
+#include <QRect>
+#include <QString>
+#include <QWidget>
+
+#include <string>
+
+class CSceneList;
+class CSceneListWnd;
+class JSONNode;
+class QHBoxLayout;
+class QTimer;
+class QUdpSocket;
+
+/// The remote's window: one page at a time inside a frame the shape of a tablet. It owns the pages, the
+/// settings, the mirror of the server's state and the connection, and all that passes between them.
+///
+/// Everything runs on the GUI thread, driven by the socket and by a 25 ms timer.
+class Corvane : public QWidget {
+    Q_OBJECT
+
+    // Construction, frame, closing: corvane.cpp
+public:
+    /// Reads the settings, builds the pages and starts looking for a server, which may first ask for the
+    /// network to look on.
+    explicit Corvane(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
+    /// Writes the settings and leaves the network.
+    ~Corvane() override;
+
+    /// Says goodbye to the server and closes the window. The goodbye leaves with the next tick, if there
+    /// still is one; nothing waits for it. Returns whether the window closed.
+    bool Close();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+    // Connection: corvane_transport.cpp
+public:
+    /// Binds the local port and starts the timers; the first time, asks for the network interface. False when
+    /// the user declined or, after a warning, when the port cannot be bound.
+    bool Connect();
+    /// Starts over on a pair of ports: asks who is there while no server is known, else asks for its state.
+    void InitConnection(int nLocalPort, int nRemotePort);
+    void Disconnect();
+    /// Sends a text now, or keeps it for the next tick (deferred), where it replaces one that still waits.
+    /// The text ends at its first NUL. Nothing is retried; a server address that is none sends nowhere.
+    void SendPacket(const std::string& sText, bool bDeferred);
+    /// Shows the server's state on the pages; the first time in the life of the process also chooses the
+    /// page.
+    void Update();
+
+    bool IsConnected() const { return m_bConnected; }
+    bool IsConnectionLost() const { return m_bConnectionLost; }
+    bool IsAnswered() const { return m_bAnswered; }
+    int LocalPort() const { return m_nLocalPort; }
+    const QString& ServerAddress() const { return m_sServerAddress; }
+
+public slots:
+    void OnTimer();
+    void ReadPacket();
+    /// Starts over on the first pair of ports.
+    void Refresh();
+
+private:
+    void PollCurrentPage();
+
+    // Messages to the server: corvane_send.cpp. None looks at the connected flag, their callers do.
+public:
+    void SendAlive();
+    void SendSerial();  ///< asks every server for its serial
+    void SendState();   ///< asks the chosen server for everything
+    void SendSceneState();
+    void SendCmdState();
+    void SendDmxState();
+    void SendColor();
+    void SendCommand();
+    /// Patterns to try a server with; each call holds the channels or, the next time, releases them.
+    void SendUniverse();
+    void SendUniverseSingleLevel();
+    void SendUniverseColor();
+
+    // Messages from the server: corvane_receive.cpp
+public:
+    /// Takes one datagram, whatever its bytes, from the address `sSender`.
+    void ReadData(const QByteArray& datagram, const QString& sSender);
+
+    const Color& ColorState() const { return m_color; }
+    const Command& CommandState() const { return m_command; }
+    const DmxChan& ChannelState() const { return m_channel; }
+    const Universes& UniverseTables() const { return m_universes; }
+    const QList<Scene>& Scenes() const { return m_scenes; }
+    const QList<Scene>& Programs() const { return m_programs; }
+    const ServerList& Servers() const { return m_servers; }
+
+private:
+    void readType(int nType);
+    void readContent(int nType, const JSONNode& content, const QString& sSender);
+    void readState(const JSONNode& content);
+    void readSceneState(const JSONNode& content);
+    void readSceneArray(const JSONNode& node, bool bShow, bool bComplete);
+    void readProgArray(const JSONNode& node, bool bShow, bool bComplete);
+    void readScene(const JSONNode& node, bool bShow, bool bComplete);
+    void readProg(const JSONNode& node, bool bShow, bool bComplete);
+    void readColor(const JSONNode& content);
+    void readCommand(const JSONNode& content);
+    void readDmx(const JSONNode& content);
+    void readUniverse(const JSONNode& content);
+    void readSerial(const JSONNode& content, const QString& sSender);
+    void WarnTooManyUsers();
+
+    // The user's hand: corvane_actions.cpp
+public slots:
+    void OnSceneStateChanged(int iArea, int nId, bool bState);
+    void OnSceneNameChanged(int nId, QString sName);
+    void OnSceneIconChanged(int nId, QString sIcon);
+    void OnSceneColorChanged(int nId, QColor color);
+    void OnProgramStateChanged(int iArea, int nId, bool bState);
+    void OnProgramNameChanged(int nId, QString sName);
+    void OnProgramIconChanged(int nId, QString sIcon);
+    void OnProgramColorChanged(int nId, QColor color);
+
+    // Pages: corvane_pages.cpp
+public:
+    int CurrentPage() const { return m_iCurrentPage; }
+    CSceneList* SceneList() const;
+    CSceneList* ProgramList() const;
+
+public slots:
+    /// Shows a page: 0 scenes, 1 programs. Any other index shows nothing new.
+    void OnMenuChanged(int iMenu);
+
+private:
+    int FirstPage() const;
+    QWidget* PageWidget(int iPage) const;
+
+    // State
+    QUdpSocket* m_pSocket = nullptr;  ///< created once an interface is chosen, bound anew by each Connect()
+    QTimer* m_pTimer = nullptr;       ///< ticks from the first Connect() on
+    QElapsedTimer m_aliveTimer;       ///< since the last alive message
+    QElapsedTimer m_answerTimer;      ///< since the server last answered one
+    QElapsedTimer m_requestTimer;     ///< since the last request
+    CIniFile m_settings;
+    Color m_color;
+    Command m_command;
+    DmxChan m_channel;  ///< the last channel the server reported
+    Universes m_universes;
+    QList<Scene> m_scenes;
+    QList<Scene> m_programs;
+    ServerList m_servers;
+    int m_iCurrentPage = 2;
+    int m_nLocalPort = 8094;
+    int m_nRemotePort = 8093;
+    bool m_bConnected = false;
+    bool m_bConnectionLost = false;
+    bool m_bAnswered = false;  ///< the server sent its state since the last Connect()
+    bool m_bPacketPending = false;
+    bool m_bStateChangeInFlight = false;  ///< the next scene states may be older than the user's last switch
+    bool m_bWarningUsers = false;         ///< the warning of too many users is up or about to be
+    QString m_sInterface;                 ///< address to bind, or "Auto"
+    QString m_sBroadcast = "192.168.0.255";
+    QString m_sServerAddress = "192.168.0.255";
+    std::string m_sPendingPacket;
+    Fragments m_fragments;
+    QHBoxLayout* m_pLayout;
+    QWidget* m_pPage = nullptr;  ///< the page in the layout
+    CSceneListWnd* m_pSceneWnd;
+    CSceneListWnd* m_pProgramWnd;
+    QPixmap m_background;
+    bool m_bDragging = false;
+    QPoint m_windowAtPress;
+    QPoint m_mouseAtPress;
+    QRect m_closeRect;
+    QRect m_lostRect;
+};

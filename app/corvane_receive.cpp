@@ -1,0 +1,200 @@
+#include "app/corvane.h"
+#include "device/messages.h"
+#include "device/readers.h"
+#include "widgets/cscenelist.h"
+
+#include <QMessageBox>
+
+#include <stdexcept>
+
+void Corvane::ReadData(const QByteArray& datagram, const QString& sSender) {
+    const std::optional<QByteArray> message = m_fragments.Join(datagram);
+    if (!message) {
+        return;
+    }
+    try {
+        const JSONDocument document(*message);
+        int nType = 0;
+        document.Root().ForEachMember([&](std::string_view sName, const JSONNode& value) {
+            if (sName == "typ") {
+                nType = value.AsInt();
+                readType(nType);
+            } else if (sName == "content" && value.IsObject()) {
+                readContent(nType, value, sSender);
+            }
+        });
+    } catch (const std::invalid_argument&) {
+        m_fragments.Clear();
+    }
+}
+
+/// What a message says by its type alone.
+void Corvane::readType(int nType) {
+    if (nType == static_cast<int>(MessageType::Alive)) {
+        m_answerTimer.start();
+        if (m_bConnectionLost) {
+            m_bConnectionLost = false;
+            update();
+        }
+    } else if (nType == static_cast<int>(MessageType::TooManyClients) && !m_bWarningUsers) {
+        // The box must not run inside the socket's signal, which would stay deaf as long as it is open.
+        m_bWarningUsers = true;
+        QMetaObject::invokeMethod(this, &Corvane::WarnTooManyUsers, Qt::QueuedConnection);
+    }
+}
+
+void Corvane::readContent(int nType, const JSONNode& content, const QString& sSender) {
+    switch (static_cast<MessageType>(nType)) {
+        case MessageType::State:
+            readState(content);
+            break;
+        case MessageType::Scene:
+            readScene(content, true, false);
+            break;
+        case MessageType::Program:
+            readProg(content, true, false);
+            break;
+        case MessageType::Color:
+            readColor(content);
+            break;
+        case MessageType::Command:
+            readCommand(content);
+            break;
+        case MessageType::Channel:
+            readDmx(content);
+            break;
+        case MessageType::Universe:
+            readUniverse(content);
+            break;
+        case MessageType::Serial:
+            readSerial(content, sSender);
+            break;
+        case MessageType::SceneStates:
+            readSceneState(content);
+            break;
+        default:
+            break;
+    }
+}
+
+void Corvane::readState(const JSONNode& content) {
+    m_scenes.clear();
+    m_programs.clear();
+    content.ForEachMember([this](std::string_view sName, const JSONNode& section) {
+        section.ForEachMember("content", [&](const JSONNode& node) {
+            if (sName == "scn") {
+                readSceneArray(node, false, false);
+            } else if (sName == "prg") {
+                readProgArray(node, false, false);
+            } else if (sName == "clr") {
+                readColor(node);
+            } else if (sName == "cmd") {
+                readCommand(node);
+            }
+        });
+    });
+    Update();
+    m_bAnswered = true;
+}
+
+/// An answer that was under way when the user switched something would undo that on screen: it is passed
+/// over.
+void Corvane::readSceneState(const JSONNode& content) {
+    if (!m_bStateChangeInFlight) {
+        content.ForEachMember([this](std::string_view sName, const JSONNode& section) {
+            section.ForEachMember("content", [&](const JSONNode& node) {
+                if (sName == "scn") {
+                    readSceneArray(node, true, true);
+                } else if (sName == "prg") {
+                    readProgArray(node, true, true);
+                }
+            });
+        });
+    }
+    m_bStateChangeInFlight = false;
+}
+
+void Corvane::readSceneArray(const JSONNode& node, bool bShow, bool bComplete) {
+    if (!node.IsArray()) {
+        return;
+    }
+    if (bComplete) {
+        SceneList()->ResetState();
+    }
+    node.ForEachElement([&](const JSONNode& element) { readScene(element, bShow, bComplete); });
+    if (bComplete) {
+        SceneList()->update();
+    }
+}
+
+void Corvane::readProgArray(const JSONNode& node, bool bShow, bool bComplete) {
+    if (!node.IsArray()) {
+        return;
+    }
+    if (bComplete) {
+        ProgramList()->ResetState();
+    }
+    node.ForEachElement([&](const JSONNode& element) { readProg(element, bShow, bComplete); });
+    if (bComplete) {
+        ProgramList()->update();
+    }
+}
+
+/// `bShow` puts the scene on screen instead of into the list; `bComplete` means that it is one of a list of
+/// all that run.
+void Corvane::readScene(const JSONNode& node, bool bShow, bool bComplete) {
+    Scene scene;
+    readInto(node, scene);
+    if (!bShow) {
+        m_scenes.append(scene);
+        return;
+    }
+    scene.state = scene.state || bComplete;
+    SceneList()->Update(scene, !bComplete);
+}
+
+void Corvane::readProg(const JSONNode& node, bool bShow, bool bComplete) {
+    Scene program;
+    readInto(node, program);
+    program.area = -1;
+    if (!bShow) {
+        m_programs.append(program);
+        return;
+    }
+    program.state = program.state || bComplete;
+    ProgramList()->Update(program, !bComplete);
+}
+
+void Corvane::readColor(const JSONNode& content) {
+    readInto(content, m_color);
+}
+
+void Corvane::readCommand(const JSONNode& content) {
+    readInto(content, m_command);
+}
+
+void Corvane::readDmx(const JSONNode& content) {
+    readInto(content, m_channel);
+}
+
+void Corvane::readUniverse(const JSONNode& content) {
+    readInto(content, m_universes);
+}
+
+void Corvane::readSerial(const JSONNode& content, const QString& sSender) {
+    bool bFirst = true;
+    content.ForEachMember("serial", [&](const JSONNode& serial) {
+        if (!bFirst) {
+            return;
+        }
+        bFirst = false;
+        const std::string_view sSerial = serial.AsText();
+        m_servers.Add(QString::fromUtf8(sSerial.data(), static_cast<int>(sSerial.size())), sSender);
+        SendState();
+    });
+}
+
+void Corvane::WarnTooManyUsers() {
+    QMessageBox::warning(this, tr("Error"), tr("Number of users max exceeded"), QMessageBox::Ok);
+    m_bWarningUsers = false;
+}

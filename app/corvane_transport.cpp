@@ -1,0 +1,184 @@
+#include "app/cgetnidlg.h"
+#include "app/corvane.h"
+#include "widgets/cscenelist.h"
+
+#include <QHostAddress>
+#include <QMessageBox>
+#include <QTimer>
+#include <QUdpSocket>
+
+#include <array>
+#include <cstring>
+
+namespace {
+
+constexpr std::array<int, 2> FirstPorts{8094, 8093};
+constexpr std::array<int, 2> FallBackPorts{8012, 8011};
+
+constexpr int TickMs = 25;
+constexpr int FallBackMs = 1000;
+constexpr int AliveMs = 2000;
+constexpr int LostMs = 5000;
+constexpr int PollMs = 5000;
+
+/// How much of a flood is read before the timer and the user get their turn again.
+constexpr int DatagramsPerRead = 64;
+/// A large state comes as a burst of fragments, and the window may be painting.
+constexpr int ReceiveBufferSize = 4 * 1024 * 1024;
+
+}  // namespace
+
+bool Corvane::Connect() {
+    if (m_pSocket == nullptr) {
+        CGetNiDlg dialog(nullptr);
+        if (dialog.exec() != QDialog::Accepted) {
+            return false;
+        }
+        m_sInterface = dialog.GetIp();
+        m_sBroadcast = dialog.GetBroadcast();
+        if (m_sInterface.isEmpty()) {
+            return false;
+        }
+        m_pSocket = new QUdpSocket(this);
+        connect(m_pSocket, &QUdpSocket::readyRead, this, &Corvane::ReadPacket);
+    }
+    // "Auto" stays with IPv4, so that a sender's address reads as plain a.b.c.d.
+    const QHostAddress address =
+        m_sInterface == "Auto" ? QHostAddress(QHostAddress::AnyIPv4) : QHostAddress(m_sInterface);
+    if (!m_pSocket->bind(address, static_cast<quint16>(m_nLocalPort), QAbstractSocket::ReuseAddressHint)) {
+        QMessageBox::warning(this, tr("Error"), tr("Cannot connect to the Network Interface"),
+                             QMessageBox::Ok);
+        return false;
+    }
+    m_pSocket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, ReceiveBufferSize);
+
+    m_bConnected = true;
+    m_bConnectionLost = false;
+    m_bAnswered = false;
+    m_aliveTimer.start();
+    m_answerTimer.start();
+    m_requestTimer.start();
+    if (m_pTimer == nullptr) {
+        m_pTimer = new QTimer(this);
+        connect(m_pTimer, &QTimer::timeout, this, &Corvane::OnTimer);
+        m_pTimer->start(TickMs);
+    }
+    update();
+    return true;
+}
+
+void Corvane::InitConnection(int nLocalPort, int nRemotePort) {
+    Disconnect();
+    m_nLocalPort = nLocalPort;
+    m_nRemotePort = nRemotePort;
+    if (!Connect()) {
+        return;
+    }
+    if (m_servers.IsEmpty()) {
+        m_sServerAddress = m_sBroadcast;
+        SendSerial();
+    } else {
+        SendState();
+    }
+}
+
+void Corvane::Disconnect() {
+    if (!m_bConnected) {
+        return;
+    }
+    if (m_pSocket != nullptr) {
+        m_pSocket->abort();
+    }
+    m_bConnected = false;
+}
+
+void Corvane::Refresh() {
+    InitConnection(FirstPorts[0], FirstPorts[1]);
+}
+
+void Corvane::SendPacket(const std::string& sText, bool bDeferred) {
+    if (bDeferred) {
+        m_sPendingPacket = sText;
+        m_bPacketPending = true;
+        return;
+    }
+    // An address that is none would otherwise be taken for this machine.
+    const QHostAddress address(m_sServerAddress);
+    if (m_pSocket == nullptr || address.isNull()) {
+        return;
+    }
+    const char* pText = sText.c_str();
+    m_pSocket->writeDatagram(pText, static_cast<qint64>(std::strlen(pText)), address,
+                             static_cast<quint16>(m_nRemotePort));
+}
+
+void Corvane::ReadPacket() {
+    for (int i = 0; i < DatagramsPerRead && m_pSocket->hasPendingDatagrams(); ++i) {
+        const qint64 nSize = m_pSocket->pendingDatagramSize();
+        if (nSize < 1) {
+            // Take the empty datagram off the queue, or the socket never signals again.
+            m_pSocket->readDatagram(nullptr, 0);
+            return;
+        }
+        QByteArray datagram(static_cast<int>(nSize), Qt::Uninitialized);
+        QHostAddress sender;
+        const qint64 nRead = m_pSocket->readDatagram(datagram.data(), datagram.size(), &sender);
+        if (nRead < 0) {
+            return;
+        }
+        datagram.truncate(static_cast<int>(nRead));
+        ReadData(datagram, sender.toString());
+    }
+}
+
+void Corvane::OnTimer() {
+    if (!m_bConnected) {
+        return;
+    }
+    if (!m_bConnectionLost && m_answerTimer.hasExpired(LostMs)) {
+        m_bConnectionLost = true;
+        update();
+    } else if (!m_bAnswered) {
+        if (m_nLocalPort != FallBackPorts[0] && m_requestTimer.hasExpired(FallBackMs)) {
+            InitConnection(FallBackPorts[0], FallBackPorts[1]);
+        }
+    } else if (m_aliveTimer.hasExpired(AliveMs)) {
+        SendAlive();
+    } else if (m_bConnectionLost) {
+        return;
+    } else if (m_bPacketPending) {
+        m_bPacketPending = false;
+        SendPacket(m_sPendingPacket, false);
+    } else if (m_requestTimer.hasExpired(PollMs)) {
+        PollCurrentPage();
+        m_requestTimer.start();
+    }
+}
+
+void Corvane::PollCurrentPage() {
+    switch (m_iCurrentPage) {
+        case 0:
+        case 1:
+            SendSceneState();
+            break;
+        case 2:
+            SendCmdState();
+            break;
+        case 3:
+            SendDmxState();
+            break;
+        default:
+            break;
+    }
+}
+
+void Corvane::Update() {
+    SceneList()->Update(m_scenes, m_settings);
+    ProgramList()->Update(m_programs, m_settings);
+
+    static bool bFirst = true;
+    if (bFirst) {
+        bFirst = false;
+        OnMenuChanged(FirstPage());
+    }
+}

@@ -1,0 +1,66 @@
+#include "app/look.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QPalette>
+#include <QProxyStyle>
+#include <QStyleOptionMenuItem>
+
+#include <algorithm>
+
+namespace {
+
+/// Fusion, with menus whose pictures are large enough to be told apart: many entries have nothing else.
+class LookStyle : public QProxyStyle {
+public:
+    LookStyle() : QProxyStyle("fusion") {}
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        if (metric == PM_SmallIconSize && qobject_cast<const QMenu*>(widget) != nullptr) {
+            return MenuIconSize;
+        }
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    /// Qt's own measure of an entry goes by the size that icons have elsewhere.
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override {
+        QSize contents = QProxyStyle::sizeFromContents(type, option, size, widget);
+        const auto* pEntry = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        if (type == CT_MenuItem && pEntry != nullptr && !pEntry->icon.isNull()) {
+            contents.setHeight(std::max(contents.height(), MenuIconSize + 4));
+        }
+        return contents;
+    }
+
+private:
+    static constexpr int MenuIconSize = 32;
+};
+
+QPalette LightPalette() {
+    const QColor page(242, 243, 245);
+    const QColor ink(47, 52, 60);
+    const QColor faded(140, 147, 158);
+    QPalette palette(page);
+    palette.setColor(QPalette::Window, page);
+    palette.setColor(QPalette::Button, QColor(230, 233, 238));
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::AlternateBase, page);
+    palette.setColor(QPalette::ToolTipBase, Qt::white);
+    palette.setColor(QPalette::Highlight, QColor(31, 95, 208));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, QColor(31, 95, 208));
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+        palette.setColor(role, ink);
+        palette.setColor(QPalette::Disabled, role, faded);
+    }
+    return palette;
+}
+
+}  // namespace
+
+void ApplyLook() {
+    QApplication::setStyle(new LookStyle);  // the application owns it
+    QApplication::setPalette(LightPalette());
+}

@@ -1,0 +1,31 @@
+#include "app/branding.h"
+#include "app/corvane.h"
+#include "app/look.h"
+#include "widgets/artwork.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+int main(int argc, char* argv[]) {
+    // The program paints rasters only: without OpenGL it starts in half the time.
+    if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION")) {
+        qputenv("QT_XCB_GL_INTEGRATION", "none");
+    }
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+
+    QApplication application(argc, argv);
+    ApplyLook();
+
+    Branding branding;
+    if (!branding.Load(Branding::ApplicationType)) {
+        QMessageBox::information(nullptr, "ERROR", "OEM", QMessageBox::Ok);
+        return 0;
+    }
+    QApplication::setApplicationName(branding.name);
+    QApplication::setWindowIcon(artwork::Icon(branding.icon));
+
+    Corvane window;
+    window.show();
+    return QApplication::exec();
+}

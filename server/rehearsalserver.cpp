@@ -1,0 +1,202 @@
+#include "server/rehearsalserver.h"
+
+#include "device/messages.h"
+#include "device/readers.h"
+#include "server/replies.h"
+
+#include <QNetworkDatagram>
+#include <QRandomGenerator>
+#include <QTimer>
+#include <QUdpSocket>
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+namespace {
+
+/// A client that has said nothing for this long has left without a goodbye.
+constexpr int ClientTimeoutMs = 15000;
+/// What surely fits one datagram.
+constexpr int MaxDatagram = 60000;
+
+Scene* Find(std::vector<Scene>& entries, int nId) {
+    const auto entry =
+        std::find_if(entries.begin(), entries.end(), [nId](const Scene& s) { return s.id == nId; });
+    return entry != entries.end() ? &*entry : nullptr;
+}
+
+QString OnOff(bool bState) {
+    return bState ? "on" : "off";
+}
+
+}  // namespace
+
+RehearsalServer::RehearsalServer(Show show, const Options& options, Log log, QObject* parent)
+    : QObject(parent),
+      m_show(std::move(show)),
+      m_options(options),
+      m_log(std::move(log)),
+      m_pSocket(new QUdpSocket(this)) {
+    connect(m_pSocket, &QUdpSocket::readyRead, this, &RehearsalServer::ReadPackets);
+}
+
+bool RehearsalServer::Listen() {
+    m_upTime.start();
+    return m_pSocket->bind(m_options.address, m_options.port);
+}
+
+QString RehearsalServer::ErrorText() const {
+    return m_pSocket->errorString();
+}
+
+void RehearsalServer::ReadPackets() {
+    while (m_pSocket->hasPendingDatagrams()) {
+        const QNetworkDatagram datagram = m_pSocket->receiveDatagram();
+        if (!IsSilent() && datagram.isValid()) {
+            ReadMessage(datagram.data(), datagram.senderAddress(),
+                        static_cast<quint16>(datagram.senderPort()));
+        }
+    }
+}
+
+void RehearsalServer::ReadMessage(const QByteArray& datagram, const QHostAddress& address, quint16 port) {
+    const Client stranger{address, port, {}};
+    try {
+        const JSONDocument document(datagram);
+        int nType = 0;
+        document.Root().ForEachMember("typ", [&nType](const JSONNode& value) { nType = value.AsInt(); });
+        if (nType == static_cast<int>(MessageType::Discovery)) {
+            m_log(stranger.Name() + " asks who is there");
+            Send(stranger, replies::Serial(m_show.serial));
+            return;
+        }
+        const Client* pClient = Admit(address, port);
+        if (pClient == nullptr) {
+            m_log(stranger.Name() + " refused: too many clients");
+            Send(stranger, messages::Bare(MessageType::TooManyClients));
+            return;
+        }
+        JSONNode content = document.Root();
+        document.Root().ForEachMember("content", [&content](const JSONNode& value) { content = value; });
+        Answer(nType, content, Client(*pClient));
+    } catch (const std::invalid_argument& error) {
+        m_log(stranger.Name() + " sent " + QString::number(datagram.size()) +
+              " bytes of no message: " + error.what());
+    }
+}
+
+void RehearsalServer::Answer(int nType, const JSONNode& content, const Client& client) {
+    Scene change;
+    switch (static_cast<MessageType>(nType)) {
+        case MessageType::Alive:
+            m_log(client.Name() + " is alive");
+            Send(client, messages::Bare(MessageType::Alive));
+            break;
+        case MessageType::Goodbye:
+            m_log(client.Name() + " says goodbye");
+            Forget(client);
+            break;
+        case MessageType::StateRequest:
+            m_log(client.Name() + " asks for the state");
+            Send(client, replies::State(m_show, m_color, m_command));
+            break;
+        case MessageType::Scene:
+            readInto(content, change);
+            SwitchScene(change, client);
+            break;
+        case MessageType::Program:
+            readInto(content, change);
+            SwitchProgram(change, client);
+            break;
+        case MessageType::ScenePoll:
+            m_log(client.Name() + " polls the scenes");
+            Send(client, replies::SceneStates(m_show));
+            break;
+        default:
+            m_log(client.Name() + " sent type " + QString::number(nType) + ", which is not rehearsed");
+            break;
+    }
+}
+
+void RehearsalServer::SwitchScene(const Scene& change, const Client& from) {
+    m_log(from.Name() + QString(" scene %1 %2").arg(change.id).arg(OnOff(change.state)));
+    Scene* pScene = Find(m_show.scenes, change.id);
+    if (pScene == nullptr) {
+        return;
+    }
+    if (change.state) {
+        for (Scene& other : m_show.scenes) {
+            other.state = other.state && other.area != pScene->area;
+        }
+    }
+    pScene->state = change.state;
+    TellOthers(from, messages::Scene(pScene->id, pScene->area, pScene->state));
+}
+
+void RehearsalServer::SwitchProgram(const Scene& change, const Client& from) {
+    m_log(from.Name() + QString(" program %1 %2").arg(change.id).arg(OnOff(change.state)));
+    Scene* pProgram = Find(m_show.programs, change.id);
+    if (pProgram == nullptr) {
+        return;
+    }
+    pProgram->state = change.state;
+    TellOthers(from, messages::Program(pProgram->id, pProgram->state));
+}
+
+RehearsalServer::Client* RehearsalServer::Admit(const QHostAddress& address, quint16 port) {
+    const auto gone = [](const Client& client) { return client.lastHeard.hasExpired(ClientTimeoutMs); };
+    m_clients.erase(std::remove_if(m_clients.begin(), m_clients.end(), gone), m_clients.end());
+
+    auto client = std::find_if(m_clients.begin(), m_clients.end(), [&](const Client& known) {
+        return known.address == address && known.port == port;
+    });
+    if (client == m_clients.end()) {
+        if (static_cast<int>(m_clients.size()) >= m_options.maxClients) {
+            return nullptr;
+        }
+        client = m_clients.insert(m_clients.end(), Client{address, port, {}});
+    }
+    client->lastHeard.start();
+    return &*client;
+}
+
+void RehearsalServer::Forget(const Client& client) {
+    const auto same = [&client](const Client& known) { return known.Name() == client.Name(); };
+    m_clients.erase(std::remove_if(m_clients.begin(), m_clients.end(), same), m_clients.end());
+}
+
+void RehearsalServer::TellOthers(const Client& from, const std::string& sText) {
+    for (const Client& client : m_clients) {
+        if (client.Name() != from.Name()) {
+            Send(client, sText);
+        }
+    }
+}
+
+void RehearsalServer::Send(const Client& to, const std::string& sText) {
+    const int nLimit = m_options.fragmentSize > 0 ? m_options.fragmentSize : MaxDatagram;
+    if (sText.size() <= static_cast<std::size_t>(nLimit)) {
+        SendDatagram(to, sText);
+        return;
+    }
+    for (const std::string& sPiece : replies::Split(sText, static_cast<std::size_t>(nLimit))) {
+        SendDatagram(to, sPiece);
+    }
+}
+
+void RehearsalServer::SendDatagram(const Client& to, const std::string& sText) {
+    if (QRandomGenerator::global()->bounded(100) < m_options.dropPercent) {
+        return;
+    }
+    const QNetworkDatagram datagram(QByteArray::fromStdString(sText), to.address, to.port);
+    if (m_options.delayMs > 0) {
+        QTimer::singleShot(m_options.delayMs, this, [this, datagram] { m_pSocket->writeDatagram(datagram); });
+    } else {
+        m_pSocket->writeDatagram(datagram);
+    }
+}
+
+bool RehearsalServer::IsSilent() const {
+    return m_options.silentAfter >= 0 && m_upTime.hasExpired(qint64{1000} * m_options.silentAfter);
+}

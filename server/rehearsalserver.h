@@ -1,0 +1,74 @@
+#pragma once
+
+#include "device/color.h"
+#include "device/command.h"
+#include "device/jsonnode.h"
+#include "server/show.h"
+
+#include <QElapsedTimer>
+#include <QHostAddress>
+#include <QObject>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+class QUdpSocket;
+
+/// Plays the lighting interface for people without one at hand and for tests: answers discovery, state, alive
+/// and polls, switches scenes and programs, and tells each change to its other clients.
+class RehearsalServer : public QObject {
+    Q_OBJECT
+
+public:
+    struct Options {
+        QHostAddress address{QHostAddress::AnyIPv4};
+        quint16 port = 8093;
+        int maxClients = 8;
+        int fragmentSize = 0;  ///< bytes a datagram; 0 splits only what would not fit one
+        int silentAfter = -1;  ///< seconds until it answers no more; -1 never
+        int dropPercent = 0;   ///< how many of its datagrams get lost
+        int delayMs = 0;       ///< how late each of them leaves
+    };
+    using Log = std::function<void(const QString&)>;
+
+    /// `log` gets one readable line for each message.
+    RehearsalServer(Show show, const Options& options, Log log, QObject* parent = nullptr);
+
+    /// Binds the port. False when it is taken or the address is not this machine's; see ErrorText().
+    bool Listen();
+    QString ErrorText() const;
+
+    const Show& CurrentShow() const { return m_show; }
+
+private:
+    struct Client {
+        QHostAddress address;
+        quint16 port;
+        QElapsedTimer lastHeard;
+
+        QString Name() const { return QString("%1:%2").arg(address.toString()).arg(port); }
+    };
+
+    void ReadPackets();
+    void ReadMessage(const QByteArray& datagram, const QHostAddress& address, quint16 port);
+    void Answer(int nType, const JSONNode& content, const Client& client);
+    void SwitchScene(const Scene& change, const Client& from);
+    void SwitchProgram(const Scene& change, const Client& from);
+    /// The client of an address; a new one while there is room, else null.
+    Client* Admit(const QHostAddress& address, quint16 port);
+    void Forget(const Client& client);
+    void TellOthers(const Client& from, const std::string& sText);
+    void Send(const Client& to, const std::string& sText);
+    void SendDatagram(const Client& to, const std::string& sText);
+    bool IsSilent() const;
+
+    Show m_show;
+    Options m_options;
+    Log m_log;
+    QUdpSocket* m_pSocket;
+    QElapsedTimer m_upTime;
+    std::vector<Client> m_clients;
+    Color m_color;
+    Command m_command;
+};

@@ -1,0 +1,214 @@
+#include "app/corvane.h"
+#include "tests/peer.h"
+#include "tests/support.h"
+#include "widgets/cscenelist.h"
+
+#include <QMessageBox>
+#include <QtTest>
+
+#include <memory>
+
+/// What the server says, as real datagrams, and what becomes of it.
+class TestReceive : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<Peer> m_pPeer;
+    std::unique_ptr<Corvane> m_pWindow;
+
+    QString Running(bool bScenes = true) const {
+        QStringList ids;
+        for (const auto& item : (bScenes ? m_pWindow->SceneList() : m_pWindow->ProgramList())->Items()) {
+            if (item.state) {
+                ids += QString::number(item.id);
+            }
+        }
+        return ids.join(' ');
+    }
+
+    /// Sends a datagram, then one that can be seen to arrive after it.
+    void Send(const QByteArray& bytes) {
+        static int nMark = 0;
+        m_pPeer->Send(bytes);
+        m_pPeer->Send(QString(R"({"typ":12,"content":{"chan":%1}})").arg(++nMark).toUtf8());
+        QTRY_COMPARE(m_pWindow->ChannelState().chan, nMark);
+    }
+
+private slots:
+    void init() {
+        QFile::remove(QCoreApplication::applicationDirPath() + "/Corvane.ini");
+        m_pPeer = std::make_unique<Peer>();
+        m_pPeer->state = R"({"typ":7,"content":{
+            "scn":{"content":[{"n":"A","id":1,"a":0,"l":9,"s":true},{"s":false,"id":2,"n":"B","a":0},{"id":3}]},
+            "prg":{"content":[{"id":1,"a":5},{"id":2,"s":1}]},
+            "clr":{"content":{"color":{"r":1,"g":2,"b":3,"w":4},"rgbw":true,"s":true}},
+            "cmd":{"content":{"dim":50,"speed":60,"bo":true}}}})";
+        ChooseInterface();
+        m_pWindow = std::make_unique<Corvane>();
+        QTRY_VERIFY(m_pWindow->IsAnswered());
+    }
+
+    void cleanup() {
+        m_pWindow.reset();
+        m_pPeer.reset();
+    }
+
+    void fullState() {
+        QCOMPARE(Running(), QString("1"));
+        QCOMPARE(Running(false), QString("2"));
+        QCOMPARE(m_pWindow->Scenes()[0].level, 9);
+        QCOMPARE(m_pWindow->Scenes()[2].area, -1);  // nothing is left of the entry before
+        QVERIFY(m_pWindow->Scenes()[2].name.empty());
+        QCOMPARE(m_pWindow->Programs()[0].area, -1);  // programs have none
+        const Color& color = m_pWindow->ColorState();
+        QCOMPARE(color.r * 1000 + color.g * 100 + color.b * 10 + color.w, 1234);
+        QVERIFY(color.rgbw && color.state);
+        QCOMPARE(m_pWindow->CommandState().dim, 50);
+        // Each "content" in "scn" counts; what is missing stays as it was, but lists are emptied.
+        Send(R"({"typ":7,"content":{"scn":{"content":[{"id":8}],"content":[{"id":9}]}}})");
+        QCOMPARE(m_pWindow->Scenes().size(), 2);
+        QCOMPARE(m_pWindow->SceneList()->Items().size(), 2);
+        QVERIFY(m_pWindow->ProgramList()->Items().isEmpty());
+        QCOMPARE(m_pWindow->ColorState().g, 2);
+    }
+
+    void messages_data() {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("scenes");    // running; from 1
+        QTest::addColumn<QString>("programs");  // from 2
+        const auto row = [](const char* pName, const char* pText, const char* pScenes,
+                            const char* pPrograms) {
+            QTest::newRow(pName) << QByteArray(pText) << QString(pScenes) << QString(pPrograms);
+        };
+        row("scene on excludes", R"({"typ":8,"content":{"id":2,"s":true}})", "2", "2");
+        row("scene without s is off", R"({"typ":8,"content":{"id":1}})", "", "2");
+        row("program on", R"({"typ":9,"content":{"id":1,"s":true}})", "1", "1 2");
+        row("states are complete",
+            R"({"typ":18,"content":{"scn":{"content":[{"id":2},{"id":3}]},"prg":{"content":[]}}})", "2 3",
+            "");
+        row("states of programs alone", R"({"typ":18,"content":{"prg":{"content":[{"id":1,"s":false}]}}})",
+            "1", "1");
+        row("two messages in one", R"({"typ":9,"content":{"id":2},"typ":8,"content":{"id":3,"s":1}})", "1 3",
+            "");
+        row("one type, two contents", R"({"typ":9,"content":{"id":2},"content":{"id":1,"s":1}})", "1", "1");
+        row("content before its type", R"({"content":{"id":1},"typ":8})", "1", "2");
+        row("content that is no object", R"({"typ":8,"content":[{"id":1}]})", "1", "2");
+        row("an array around", R"([{"typ":8,"content":{"id":1}}])", "1", "2");
+        row("unknown type", R"({"typ":4,"content":{"id":1}})", "1", "2");
+        row("unknown id", R"({"typ":8,"content":{"id":77,"s":true}})", "1", "2");
+        row("type as text", R"({"typ":"8","content":{"id":"1"}})", "", "2");
+        row("address report", R"({"typ":5,"content":{"id":1}})", "1", "2");
+    }
+
+    void messages() {
+        QFETCH(QByteArray, text);
+        Send(text);
+        QTEST(Running(), "scenes");
+        QTEST(Running(false), "programs");
+        QCOMPARE(m_pPeer->Count(8) + m_pPeer->Count(9), 0);  // nothing is echoed
+    }
+
+    void answerOlderThanTheSwitchIsPassedOver() {
+        const QByteArray nothingRuns = R"({"typ":18,"content":{"scn":{"content":[]}}})";
+        QTest::mouseClick(m_pWindow->SceneList(), Qt::LeftButton, {},
+                          m_pWindow->SceneList()->Items()[1].rect.center());
+        QCOMPARE(Running(), QString("2"));
+        Send(nothingRuns);
+        QCOMPARE(Running(), QString("2"));
+        Send(nothingRuns);
+        QCOMPARE(Running(), QString(""));
+    }
+
+    void fragments() {
+        const QByteArray text = R"({"typ":8,"content":{"id":2,"n":"\u00e9","s":true}})";
+        for (int i = 0; i < text.size(); i += 7) {
+            QCOMPARE(Running(), QString("1"));
+            Send(text.mid(i, 7) + "!#(");
+        }
+        QCOMPARE(Running(), QString("2"));
+        // A lost piece costs its own message only: the next request starts afresh.
+        Send("{\"typ\":8,!#(");
+        m_pWindow->SendState();
+        Send(R"({"typ":8,"content":{"id":1,"s":true}}!#()");
+        QCOMPARE(Running(), QString("1"));
+    }
+
+    void hostileDatagrams_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QByteArray noise(65507, '\0');
+        for (int i = 0; i < noise.size(); ++i) {
+            noise[i] = static_cast<char>(1 + (i * 7919) % 255);
+        }
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("noise") << noise;
+        QTest::newRow("noise in fragments") << noise.left(65000) + "!#(";
+        QTest::newRow("brackets") << QByteArray(50000, '[');
+        QTest::newRow("braces") << QByteArray(50000, '{') + "!#(";
+        QTest::newRow("closing braces") << QByteArray(50000, '}') + "!#(";
+        QTest::newRow("marker alone") << QByteArray("!#(");
+        QTest::newRow("zero bytes") << QByteArray(1000, '\0');
+        const char* const pKeys[] = {"typ",  "content", "scn",      "prg",      "clr", "cmd",   "n",   "id",
+                                     "a",    "l",       "s",        "color",    "r",   "rgbw",  "dim", "next",
+                                     "chan", "univ",    "universe", "channels", "c",   "serial"};
+        for (const char* pValue : {"null", "\"x\"", "-1e99", "[[],{},1]", "{\"content\":7}", "true"}) {
+            QByteArray members;
+            for (const char* pKey : pKeys) {
+                members += QByteArray(",\"") + pKey + "\":" + pValue;
+            }
+            QByteArray text = "{";
+            for (int nType = 1; nType <= 20; ++nType) {
+                // Type 2 opens a box, which has a test of its own.
+                const QByteArray number = QByteArray::number(nType == 2 ? 21 : nType);
+                text += "\"typ\":" + number + ",\"content\":{" + members.mid(1) + "},";
+            }
+            QTest::newRow(pValue) << text + "\"end\":0}";
+        }
+    }
+
+    void hostileDatagrams() {
+        QFETCH(QByteArray, bytes);
+        m_pPeer->answersState = false;  // a serial among the noise asks for it
+        m_pPeer->Send(bytes);
+        m_pPeer->Send(bytes);
+        // A good message works next.
+        m_pPeer->Send(R"({"typ":7,"content":{"scn":{"content":[{"id":5,"n":"on)"
+                      "\xE9\xFF"
+                      R"(","s":true}]}}})");
+        QTRY_COMPARE(Running(), QString("5"));
+        QCOMPARE(m_pWindow->SceneList()->Items()[0].name, QString("on\uFFFD\uFFFD"));
+        m_pPeer->Send(QByteArray(R"({"typ":8,"content":{"id":5}})") + '\0');
+        QTRY_COMPARE(Running(), QString(""));
+    }
+
+    void tooManyClients() {
+        int nBoxes = 0;
+        OnNext<QMessageBox>([&](QMessageBox* pBox) {
+            ++nBoxes;
+            QCOMPARE(pBox->windowTitle(), QString("Error"));
+            QCOMPARE(pBox->text(), QString("Number of users max exceeded"));
+            // The box is open: messages are read all the same, and no second box joins it.
+            Send(R"({"typ":2})");
+            Send(R"({"typ":8,"content":{"id":3,"s":true}})");
+            QCOMPARE(QApplication::activeModalWidget(), pBox);
+            pBox->accept();
+        });
+        m_pPeer->Send(R"({"typ":2})");
+        QTRY_COMPARE(nBoxes, 1);
+        QCOMPARE(Running(), QString("1 3"));
+        QTest::qWait(50);
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        QVERIFY(m_pWindow->IsConnected());
+    }
+
+    void serials() {
+        const int nRequests = m_pPeer->Count(6);
+        Send(R"({"typ":15,"content":{"other":1}})");
+        QCOMPARE(m_pPeer->Count(6), nRequests);
+        Send(R"({"typ":15,"content":{"serial":"9","serial":"8"}})");
+        QTRY_COMPARE(m_pPeer->Count(6), nRequests + 1);
+        QCOMPARE(m_pWindow->Servers().Labels(), QStringList("0042"));  // the address was known
+        QCOMPARE(m_pWindow->ServerAddress(), QString("127.0.0.1"));
+    }
+};
+
+QTEST_MAIN(TestReceive)
+#include "tst_receive.moc"

@@ -1,0 +1,187 @@
+#include "app/corvane.h"
+#include "server/rehearsalserver.h"
+#include "tests/support.h"
+#include "widgets/cscenelist.h"
+
+#include <QMessageBox>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <csignal>
+#include <memory>
+
+/// The rehearsal server: alone, and as a program with remotes around it.
+class TestServer : public QObject {
+    Q_OBJECT
+
+    QByteArray m_log;
+
+    /// What the program says on its way out; its exit status must be 2.
+    static QString Refusal(const QStringList& arguments) {
+        QProcess program;
+        program.start(SERVER_PROGRAM, arguments);
+        if (!program.waitForFinished(5000) || program.exitCode() != 2) {
+            program.kill();
+            program.waitForFinished();
+            return "status " + QString::number(program.exitCode());
+        }
+        return program.readAllStandardError();
+    }
+
+    void StartServer(QProcess& program, const QStringList& arguments) {
+        m_log.clear();
+        connect(&program, &QProcess::readyReadStandardOutput,
+                [&] { m_log += program.readAllStandardOutput(); });
+        program.start(SERVER_PROGRAM, arguments);
+        QTRY_VERIFY(m_log.contains("listens"));
+    }
+
+    static std::unique_ptr<Corvane> OpenRemote(const QString& sInterface) {
+        ChooseInterface(sInterface);
+        return std::make_unique<Corvane>();
+    }
+
+    static void Click(const Corvane& remote, int iTile) {
+        QTest::mouseClick(remote.SceneList(), Qt::LeftButton, {},
+                          remote.SceneList()->Items()[iTile].rect.center());
+    }
+
+private slots:
+    void badOptions_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("complaint");
+        QTest::newRow("unknown") << QStringList("--bogus") << "bogus";
+        QTest::newRow("rest") << QStringList("extra") << "extra";
+        QTest::newRow("limit") << QStringList({"--limit", "many"})
+                               << "--limit takes a whole number from 0 to 1000";
+        QTest::newRow("fragment") << QStringList({"--fragment", "60001"}) << "60001";
+        QTest::newRow("address") << QStringList({"--address", "here"}) << "here";
+        QTest::newRow("no file") << QStringList({"--show", "/no/such/show.json"})
+                                 << "/no/such/show.json: No such file";
+        QTest::newRow("a folder") << QStringList({"--show", "/"}) << "/: ";
+    }
+
+    void badOptions() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, complaint);
+        const QString sSaid = Refusal(arguments);
+        QVERIFY2(sSaid.contains(complaint) && sSaid.count('\n') == 1, qPrintable(sSaid));
+    }
+
+    void badShows_data() {
+        QTest::addColumn<QByteArray>("show");
+        QTest::addColumn<QString>("complaint");
+        QTest::newRow("empty") << QByteArray("") << "line 1: ";
+        QTest::newRow("cut") << QByteArray("{\n\"scenes\": [\n{\"id\":1}") << "line 3: not JSON";
+        QTest::newRow("no object") << QByteArray("[]") << "line 1: a show must stand in { }";
+        QTest::newRow("unknown key") << QByteArray("{\n\n\"scnes\": []}")
+                                     << "line 3: a show has no key \"scnes\"";
+        QTest::newRow("no list") << QByteArray("{\"scenes\":\n{}}") << "line 2: the scenes must be a list";
+        QTest::newRow("no id") << QByteArray("{\"programs\":[{\"id\":1},\n{\"name\":\n\"x\"}]}")
+                               << "line 2: this program has no \"id\"";
+        QTest::newRow("id twice") << QByteArray("{\"scenes\":[\n{\"id\":1},\n{\"id\":1}]}")
+                                  << "line 3: the id 1 stands";
+        QTest::newRow("id text") << QByteArray("{\"scenes\":[{\n\"id\":\"1\"}]}")
+                                 << "line 2: \"id\" must be a whole";
+        QTest::newRow("id large") << QByteArray("{\"scenes\":[{\n\"id\":3e9}]}")
+                                  << "line 2: \"id\" must be a whole";
+        QTest::newRow("program area")
+            << QByteArray("{\"programs\":[{\"id\":1,\n\"area\":1}]}") << "line 2: a program has no";
+        QTest::newRow("serial") << QByteArray("{\n\"serial\":5}") << "line 2: \"serial\" must be a text";
+    }
+
+    void badShows() {
+        QFETCH(QByteArray, show);
+        QFETCH(QString, complaint);
+        QTemporaryDir folder;
+        QFile file(folder.filePath("show.json"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(show);
+        file.close();
+        const QString sSaid = Refusal({"--show", file.fileName()});
+        QVERIFY2(sSaid.contains(file.fileName() + ": " + complaint) && sSaid.count('\n') == 1,
+                 qPrintable(sSaid));
+    }
+
+    void goodShow() {
+        QTemporaryDir folder;
+        QFile file(folder.filePath("show.json"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(
+            R"({"serial":"77","scenes":[{"id":4,"name":"Caf\u00e9","area":2,"level":9,"state":true},{"id":5}]})");
+        file.close();
+        const Show show = Show::Load(file.fileName());
+        QCOMPARE(show.serial, std::string("77"));
+        QCOMPARE(show.scenes[0].name, std::string("Caf\xC3\xA9"));
+        QVERIFY(show.scenes[0].area == 2 && show.scenes[0].level == 9 && show.scenes[0].state);
+        QVERIFY(show.scenes[1].area == -1 && show.programs.empty());
+    }
+
+    /// The main job: two remotes, fragments, a click, a silence.
+    void rehearsal() {
+        QProcess server;
+        StartServer(server, {"--fragment", "400"});
+        const auto first = OpenRemote("10.77.0.2");
+        const auto second = OpenRemote("10.77.0.3");
+        QTRY_VERIFY(first->IsAnswered() && second->IsAnswered());
+        QCOMPARE(first->SceneList()->Items().size(), 13);
+
+        QElapsedTimer clock;
+        clock.start();
+        Click(*second, 3);
+        QTRY_VERIFY_WITH_TIMEOUT(m_log.contains("scene 4 on"), 200);
+        const qint64 nToServer = clock.elapsed();
+        QTRY_VERIFY_WITH_TIMEOUT(first->SceneList()->Items()[3].state, 200);
+        qInfo("a click is in the server's log after %lld ms, on the other remote after %lld ms", nToServer,
+              clock.elapsed());
+        QVERIFY(nToServer <= 150);  // two ticks, and what a busy machine adds
+        Click(*first, 4);
+        QTRY_VERIFY_WITH_TIMEOUT(second->SceneList()->Items()[4].state, 200);
+        QVERIFY(!second->SceneList()->Items()[3].state);
+
+        // The server hangs for seven seconds: the sign comes, goes, and what was due then is not lost.
+        QVERIFY(::kill(static_cast<pid_t>(server.processId()), SIGSTOP) == 0);
+        clock.start();
+        QTRY_VERIFY_WITH_TIMEOUT(first->IsConnectionLost(), 7000);
+        const qint64 nLost = clock.elapsed();
+        QVERIFY2(nLost > 2900 && nLost < 5300, qPrintable(QString::number(nLost)));
+        Click(*first, 0);
+        QTest::qWait(static_cast<int>(7000 - clock.elapsed()));
+        QVERIFY(!m_log.contains("scene 1 "));
+        QVERIFY(::kill(static_cast<pid_t>(server.processId()), SIGCONT) == 0);
+        QTRY_VERIFY_WITH_TIMEOUT(!first->IsConnectionLost(), 2500);
+        QTRY_VERIFY_WITH_TIMEOUT(m_log.contains("scene 1 off"), 200);
+        QTRY_VERIFY(!second->SceneList()->Items()[0].state);
+        qInfo("lost %lld ms after the server stopped", nLost);
+        server.kill();
+        server.waitForFinished();
+    }
+
+    void clients() {
+        // One client at the most, on the fall-back port.
+        QProcess server;
+        StartServer(server, {"--limit", "0", "--fall-back", "--delay", "20"});
+        int nBoxes = 0;
+        OnNext<QMessageBox>([&nBoxes](QMessageBox* pBox) {
+            ++nBoxes;
+            pBox->accept();
+        });
+        const auto remote = OpenRemote("Auto");
+        QTRY_COMPARE(nBoxes, 1);
+        QVERIFY(m_log.contains("too many clients"));
+        server.kill();
+        server.waitForFinished();
+
+        // Silence from the start on: it hears, and says nothing.
+        StartServer(server, {"--silent-after", "0"});
+        remote->Refresh();
+        QTest::qWait(500);
+        QVERIFY(!remote->IsAnswered());
+        server.kill();
+        server.waitForFinished();
+    }
+};
+
+QTEST_MAIN(TestServer)
+#include "tst_server.moc"

@@ -1,0 +1,103 @@
+#include "app/branding.h"
+#include "app/cgetnidlg.h"
+#include "widgets/artwork.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QTemporaryFile>
+#include <QtTest>
+
+/// What comes before the window: the profile and the choice of a network.
+class TestStartup : public QObject {
+    Q_OBJECT
+
+private slots:
+    void branding() {
+        Branding branding;
+        QVERIFY(!branding.Load(99));
+        QVERIFY(branding.Load(Branding::ApplicationType));
+        QCOMPARE(branding.type, 4);
+        QVERIFY(branding.type != Branding::TypeWithoutStores);
+        QVERIFY(!artwork::Picture(branding.icon).isNull());
+        QVERIFY(branding.androidStore.startsWith("https://") && branding.iosStore.startsWith("https://"));
+    }
+
+    void brokenBrandings() {
+        for (const QByteArray text :
+             {"", "{", "[]", R"({"type":4})", R"({"type":5,"name":"n","icon":"i"})"}) {
+            QTemporaryFile file;
+            QVERIFY(file.open());
+            file.write(text);
+            file.flush();
+            Branding branding;
+            QVERIFY2(!branding.Load(file.fileName(), 4), text);
+            QVERIFY(branding.name.isEmpty());
+        }
+    }
+
+    void offeredAddresses_data() {
+        QTest::addColumn<bool>("offered");
+        for (const char* pText : {"192.168.0.7", "172.16.1.1", "10.0.0.5", "2.1.1.1", "192.299.0.0",
+                                  "10.1.1.1.", "10.07.255.0"}) {
+            QTest::newRow(pText) << true;
+        }
+        for (const char* pText : {"127.0.0.1", "169.254.1.1", "8.8.8.8", "fe80::1", "10.0.0", "10.0.0.300",
+                                  "", "10.0.0.1\n", "110.0.0.1", "::ffff:10.0.0.1", "10.0.0.1.1"}) {
+            QTest::newRow(pText) << false;
+        }
+    }
+
+    void offeredAddresses() {
+        QFETCH(bool, offered);
+        QCOMPARE(IsLightingAddress(QTest::currentDataTag()), offered);
+    }
+
+    void dialog_data() {
+        QTest::addColumn<int>("addresses");
+        QTest::addColumn<QStringList>("entries");
+        QTest::addColumn<QStringList>("ips");
+        QTest::addColumn<QStringList>("broadcasts");
+        QTest::newRow("none") << 0 << QStringList({"Auto", "Localhost : 127.0.0.1"})
+                              << QStringList({"Auto", "127.0.0.1"}) << QStringList({"127.0.0.1", ""});
+        QTest::newRow("two") << 2
+                             << QStringList(
+                                    {"Auto", "eth0 : 10.0.0.5", "eth0 : 2.1.1.1", "Localhost : 127.0.0.1"})
+                             << QStringList({"Auto", "10.0.0.5", "2.1.1.1", "127.0.0.1"})
+                             << QStringList({"10.0.0.255", "10.0.0.255", "2.255.255.255", "127.0.0.1"});
+    }
+
+    void dialog() {
+        QFETCH(int, addresses);
+        const QList<InterfaceAddress> offered{{"eth0", "10.0.0.5", "10.0.0.255"},
+                                              {"eth0", "2.1.1.1", "2.255.255.255"}};
+        CGetNiDlg dialog(offered.mid(0, addresses), nullptr);
+        QCOMPARE(dialog.windowTitle(), QString("Network Interface"));
+        QCOMPARE(dialog.size(), QSize(200, 100));
+        auto* pCombo = dialog.findChild<QComboBox*>();
+        QCOMPARE(pCombo->currentIndex(), 0);
+        QStringList entries;
+        QStringList ips;
+        QStringList broadcasts;
+        for (int i = 0; i < pCombo->count(); ++i) {
+            pCombo->setCurrentIndex(i);
+            entries += pCombo->itemText(i);
+            ips += dialog.GetIp();
+            broadcasts += dialog.GetBroadcast();
+        }
+        QTEST(entries, "entries");
+        QTEST(ips, "ips");
+        QTEST(broadcasts, "broadcasts");
+        pCombo->setCurrentIndex(-1);
+        QCOMPARE(dialog.GetIp() + dialog.GetBroadcast(), QString());
+
+        auto* pButtons = dialog.findChild<QDialogButtonBox*>();
+        QSignalSpy finished(&dialog, &QDialog::finished);
+        pButtons->button(QDialogButtonBox::Ok)->click();
+        pButtons->button(QDialogButtonBox::Cancel)->click();
+        QCOMPARE(finished, QList<QVariantList>({{QDialog::Accepted}, {QDialog::Rejected}}));
+    }
+};
+
+QTEST_MAIN(TestStartup)
+#include "tst_startup.moc"
