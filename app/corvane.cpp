@@ -1,7 +1,11 @@
 #include "app/corvane.h"
 
+#include "app/branding.h"
+#include "app/cpopupmenu.h"
+#include "app/cpopuptab.h"
 #include "device/messages.h"
 #include "widgets/artwork.h"
+#include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 #include "widgets/cscenelistwnd.h"
 
@@ -15,17 +19,19 @@ namespace {
 
 const QString BackgroundPath = ":/Corvane/Images/Tablet.png";
 
-/// The frame round the page.
-constexpr int Border = 58;
+/// The links of the branding profile, unless it withholds them.
+std::optional<StoreLinks> Stores() {
+    Branding branding;
+    if (!branding.Load(Branding::ApplicationType) || branding.type == Branding::TypeWithoutStores) {
+        return std::nullopt;
+    }
+    return StoreLinks{branding.androidStore, branding.iosStore};
+}
 
 }  // namespace
 
 Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
-    : QWidget(parent, flags),
-      m_pLayout(new QHBoxLayout),
-      m_pSceneWnd(new CSceneListWnd(true, this)),
-      m_pProgramWnd(new CSceneListWnd(false, this)),
-      m_background(artwork::Picture(BackgroundPath)) {
+    : QWidget(parent, flags), m_pLayout(new QHBoxLayout), m_background(artwork::Picture(BackgroundPath)) {
     m_settings.Read();
 
     const QSize size = artwork::LogicalSize(m_background);
@@ -34,11 +40,39 @@ Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
     m_closeRect = QRect(QPoint(size.width() - 55, 20), QPoint(size.width() - 24, 51));
     m_lostRect = QRect(QPoint(size.width() / 2 - 25, 4), QPoint(size.width() / 2 + 24, 53));
 
-    m_pSceneWnd->hide();
-    m_pProgramWnd->hide();
+    CreatePages();
+    CreateConnections();
 
-    CSceneList* pScenes = SceneList();
-    CSceneList* pPrograms = ProgramList();
+    m_pLayout->setContentsMargins(Border, Border, Border, Border);
+    setLayout(m_pLayout);
+    ChooseFirstPage();
+    ShowPopupTab();
+    Refresh();
+}
+
+void Corvane::CreatePages() {
+    m_pSceneWnd = new CSceneListWnd(true, this);
+    m_pSceneWnd->hide();
+    m_pProgramWnd = new CSceneListWnd(false, this);
+    m_pProgramWnd->hide();
+    m_pParams = new CParamsCtrl(m_settings, m_sServerAddress, Stores(), this);
+    m_pParams->hide();
+
+    m_pTab = new CPopupTab(this);
+    m_pTab->hide();
+    m_pMenu = new CPopupMenu(this);
+    for (int iPage = 0; iPage < 4; ++iPage) {
+        m_pMenu->ShowMenu(iPage, IsOffered(iPage));
+    }
+    m_pMenu->hide();
+}
+
+/// All that the widgets have to tell, one line each.
+void Corvane::CreateConnections() {
+    const CSceneList* pScenes = SceneList();
+    const CSceneList* pPrograms = ProgramList();
+    connect(m_pTab, &CPopupTab::tabPressed, this, &Corvane::OnTabPressed);
+    connect(m_pMenu, &CPopupMenu::menuChanged, this, &Corvane::OnMenuChanged);
     connect(pScenes, &CSceneList::stateChanged, this, &Corvane::OnSceneStateChanged);
     connect(pScenes, &CSceneList::nameChanged, this, &Corvane::OnSceneNameChanged);
     connect(pScenes, &CSceneList::iconChanged, this, &Corvane::OnSceneIconChanged);
@@ -47,14 +81,17 @@ Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
     connect(pPrograms, &CSceneList::nameChanged, this, &Corvane::OnProgramNameChanged);
     connect(pPrograms, &CSceneList::iconChanged, this, &Corvane::OnProgramIconChanged);
     connect(pPrograms, &CSceneList::colorChanged, this, &Corvane::OnProgramColorChanged);
-
-    m_pLayout->setContentsMargins(Border, Border, Border, Border);
-    setLayout(m_pLayout);
-    OnMenuChanged(FirstPage());
-    Refresh();
+    connect(m_pParams, &CParamsCtrl::refresh, this, &Corvane::Refresh);
+    connect(m_pParams, &CParamsCtrl::showMenu, this, &Corvane::OnShowMenu);
+    connect(m_pParams, &CParamsCtrl::enableParam, this, &Corvane::OnEnableParam);
+    connect(m_pParams, &CParamsCtrl::pwdStateChanged, this, &Corvane::OnPwdStateChanged);
+    connect(pScenes, &CSceneList::mousePressed, this, &Corvane::OnHideMenu);
+    connect(pPrograms, &CSceneList::mousePressed, this, &Corvane::OnHideMenu);
+    connect(m_pParams, &CParamsCtrl::mousePressed, this, &Corvane::OnHideMenu);
 }
 
 Corvane::~Corvane() {
+    m_settings.pwdValue = m_pParams->GetPassWord();
     m_settings.Write();
     Disconnect();
 }
@@ -94,6 +131,7 @@ void Corvane::mousePressEvent(QMouseEvent* event) {
         Close();
         return;
     }
+    ShowPopupTab();
     if (rect().adjusted(Border, Border, -Border, -Border).contains(position)) {
         return;
     }

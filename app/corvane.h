@@ -7,7 +7,6 @@
 #include "device/scene.h"
 #include "device/universes.h"
 #include "settings/cinifile.h"
-#include "widgets/serverlist.h"
 
 #include <QColor>
 #include <QElapsedTimer>
@@ -20,6 +19,9 @@
 
 #include <string>
 
+class CParamsCtrl;
+class CPopupMenu;
+class CPopupTab;
 class CSceneList;
 class CSceneListWnd;
 class JSONNode;
@@ -53,6 +55,13 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+private:
+    /// The frame round the page, which is also where the window can be dragged.
+    static constexpr int Border = 58;
+
+    void CreatePages();
+    void CreateConnections();
 
     // Connection: corvane_transport.cpp
 public:
@@ -110,7 +119,6 @@ public:
     const Universes& UniverseTables() const { return m_universes; }
     const QList<Scene>& Scenes() const { return m_scenes; }
     const QList<Scene>& Programs() const { return m_programs; }
-    const ServerList& Servers() const { return m_servers; }
 
 private:
     void readType(int nType);
@@ -138,19 +146,48 @@ public slots:
     void OnProgramNameChanged(int nId, QString sName);
     void OnProgramIconChanged(int nId, QString sIcon);
     void OnProgramColorChanged(int nId, QColor color);
+    /// Puts a colour on the lights; each part 0 to 255.
+    void OnColorChanged(unsigned char ucR, unsigned char ucG, unsigned char ucB, unsigned char ucW);
+    /// Releases the colour, whatever the argument.
+    void OnColorStateChanged(bool bState);
+    /// Dimmer and speed come as levels, 0 to 255, and are kept in percent.
+    void OnDimmerValueChanged(int value);
+    void OnSpeedValueChanged(int value);
+    void OnWhiteChanged(bool bWhite);
+    void OnBlackChanged(bool bBlack);
+    void OnNextChanged(bool bNext);
+    void OnPauseChanged(bool bPause);
+    void OnPwdStateChanged(bool bState);
+    /// Offers page 0 to 3 in the menu or not; the page on screen stays.
+    void OnShowMenu(int iMenu, bool bShow);
+    /// Applies own names (0), icons (1) or colours (2) or not, and asks for the state so that the lists
+    /// follow.
+    void OnEnableParam(int iParam, bool bEnable);
 
     // Pages: corvane_pages.cpp
 public:
     int CurrentPage() const { return m_iCurrentPage; }
     CSceneList* SceneList() const;
     CSceneList* ProgramList() const;
+    CParamsCtrl* Params() const { return m_pParams; }
+    CPopupTab* Tab() const { return m_pTab; }
+    CPopupMenu* Menu() const { return m_pMenu; }
+
+    /// Closes the menu and leaves its handle.
+    void ShowPopupTab();
+    void ShowPopupMenu();
 
 public slots:
-    /// Shows a page: 0 scenes, 1 programs. Any other index shows nothing new.
+    void OnTabPressed();
+    /// Shows a page: 0 scenes, 1 programs, 4 parameters; 5 connects again. Leaving the parameters locks them
+    /// if the user wants them locked. Any other index shows nothing new.
     void OnMenuChanged(int iMenu);
+    void OnHideMenu();
 
 private:
-    int FirstPage() const;
+    void ChooseFirstPage();
+    void LeaveParams();
+    bool IsOffered(int iPage) const;
     QWidget* PageWidget(int iPage) const;
 
     // State
@@ -166,7 +203,6 @@ private:
     Universes m_universes;
     QList<Scene> m_scenes;
     QList<Scene> m_programs;
-    ServerList m_servers;
     int m_iCurrentPage = 2;
     int m_nLocalPort = 8094;
     int m_nRemotePort = 8093;
@@ -185,6 +221,9 @@ private:
     QWidget* m_pPage = nullptr;  ///< the page in the layout
     CSceneListWnd* m_pSceneWnd;
     CSceneListWnd* m_pProgramWnd;
+    CParamsCtrl* m_pParams;
+    CPopupTab* m_pTab;
+    CPopupMenu* m_pMenu;
     QPixmap m_background;
     bool m_bDragging = false;
     QPoint m_windowAtPress;

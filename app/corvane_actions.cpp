@@ -1,4 +1,5 @@
 #include "app/corvane.h"
+#include "app/cpopupmenu.h"
 #include "device/messages.h"
 
 // Customisations stay on this side and are stored whether a server is there or not.
@@ -43,4 +44,98 @@ void Corvane::OnProgramIconChanged(int nId, QString sIcon) {
 
 void Corvane::OnProgramColorChanged(int nId, QColor color) {
     m_settings.SaveProgramParams(nId, {}, {}, color);
+}
+
+void Corvane::OnColorChanged(unsigned char ucR, unsigned char ucG, unsigned char ucB, unsigned char ucW) {
+    if (!m_bConnected) {
+        return;
+    }
+    m_color.r = ucR;
+    m_color.g = ucG;
+    m_color.b = ucB;
+    m_color.w = ucW;
+    m_color.state = true;
+    SendColor();
+}
+
+void Corvane::OnColorStateChanged(bool) {
+    if (!m_bConnected) {
+        return;
+    }
+    m_color.state = false;
+    SendColor();
+}
+
+void Corvane::OnDimmerValueChanged(int value) {
+    if (!m_bConnected) {
+        return;
+    }
+    m_command.dim = value * 100 / 255;
+    SendCommand();
+}
+
+void Corvane::OnSpeedValueChanged(int value) {
+    if (!m_bConnected) {
+        return;
+    }
+    m_command.speed = value * 100 / 255;
+    SendCommand();
+}
+
+void Corvane::OnWhiteChanged(bool bWhite) {
+    if (!m_bConnected) {
+        return;
+    }
+    m_command.white = bWhite;
+    m_command.bo = m_command.bo && !bWhite;
+    SendCommand();
+}
+
+void Corvane::OnBlackChanged(bool bBlack) {
+    if (!m_bConnected) {
+        return;
+    }
+    m_command.bo = bBlack;
+    m_command.white = m_command.white && !bBlack;
+    SendCommand();
+}
+
+/// A pulse: it is in this message and in no other.
+void Corvane::OnNextChanged(bool bNext) {
+    if (!m_bConnected) {
+        return;
+    }
+    m_command.next = bNext;
+    SendCommand();
+    m_command.next = false;
+}
+
+void Corvane::OnPauseChanged(bool bPause) {
+    if (!m_bConnected) {
+        return;
+    }
+    m_command.hold = bPause;
+    SendCommand();
+}
+
+void Corvane::OnPwdStateChanged(bool bState) {
+    m_settings.pwdState = bState;
+}
+
+void Corvane::OnShowMenu(int iMenu, bool bShow) {
+    if (iMenu < 0 || iMenu > 3) {
+        return;
+    }
+    m_settings.menuVisible.at(static_cast<std::size_t>(iMenu)) = bShow;
+    m_pMenu->ShowMenu(iMenu, IsOffered(iMenu));
+}
+
+void Corvane::OnEnableParam(int iParam, bool bEnable) {
+    if (iParam < 0 || iParam > 2) {
+        return;
+    }
+    m_settings.sceneParams.at(static_cast<std::size_t>(iParam)) = bEnable;
+    if (m_bConnected) {
+        SendState();
+    }
 }

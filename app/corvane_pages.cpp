@@ -1,4 +1,7 @@
 #include "app/corvane.h"
+#include "app/cpopupmenu.h"
+#include "app/cpopuptab.h"
+#include "widgets/cparamsctrl.h"
 #include "widgets/cscenelistwnd.h"
 
 #include <QHBoxLayout>
@@ -11,29 +14,77 @@ CSceneList* Corvane::ProgramList() const {
     return m_pProgramWnd->List();
 }
 
+void Corvane::ShowPopupTab() {
+    m_pMenu->hide();
+    if (!m_pTab->isVisible()) {
+        m_pTab->setGeometry(Border, height() - 118, 14, 50);
+        m_pTab->show();
+    }
+}
+
+void Corvane::ShowPopupMenu() {
+    m_pTab->hide();
+    if (!m_pMenu->isVisible()) {
+        m_pMenu->setGeometry(Border, Border, CPopupMenu::Width, height() - 2 * Border);
+        m_pMenu->show();
+    }
+}
+
+void Corvane::OnTabPressed() {
+    ShowPopupMenu();
+}
+
+void Corvane::OnHideMenu() {
+    ShowPopupTab();
+}
+
 void Corvane::OnMenuChanged(int iMenu) {
+    if (iMenu == CPopupMenu::Refresh) {
+        Refresh();
+        return;
+    }
     m_iCurrentPage = iMenu;
     QWidget* pPage = PageWidget(iMenu);
-    if (pPage == nullptr || pPage == m_pPage) {
+    if (pPage == nullptr) {
         return;
     }
     if (m_pPage != nullptr) {
         m_pLayout->removeWidget(m_pPage);
         m_pPage->hide();
     }
+    if (pPage != m_pParams) {
+        LeaveParams();
+    }
     m_pPage = pPage;
     m_pLayout->addWidget(m_pPage);
     m_pPage->show();
+    ShowPopupTab();
 }
 
-/// The first page that the settings let the user see; the scenes when they hide every one there is.
-int Corvane::FirstPage() const {
-    for (int iPage = 0; iPage < 4; ++iPage) {
-        if (m_settings.menuVisible[static_cast<std::size_t>(iPage)] && PageWidget(iPage) != nullptr) {
-            return iPage;
-        }
+/// Takes over the password as it was left and locks the page behind the user.
+void Corvane::LeaveParams() {
+    if (m_pParams->IsLocked()) {
+        return;
     }
-    return 0;
+    m_settings.pwdValue = m_pParams->GetPassWord();
+    m_pParams->SetStoredPassWord(m_settings.pwdValue);
+    if (m_settings.pwdState) {
+        m_pParams->Lock();
+    }
+}
+
+void Corvane::ChooseFirstPage() {
+    int iPage = 0;
+    while (iPage < 4 && !IsOffered(iPage)) {
+        ++iPage;
+    }
+    OnMenuChanged(iPage);
+    m_pMenu->SetSelected(iPage);
+}
+
+/// Whether the settings let the user see page 0 to 3.
+bool Corvane::IsOffered(int iPage) const {
+    return m_settings.menuVisible.at(static_cast<std::size_t>(iPage)) && PageWidget(iPage) != nullptr;
 }
 
 QWidget* Corvane::PageWidget(int iPage) const {
@@ -42,6 +93,8 @@ QWidget* Corvane::PageWidget(int iPage) const {
             return m_pSceneWnd;
         case 1:
             return m_pProgramWnd;
+        case 4:
+            return m_pParams;
         default:
             return nullptr;
     }

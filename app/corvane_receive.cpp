@@ -1,6 +1,7 @@
 #include "app/corvane.h"
 #include "device/messages.h"
 #include "device/readers.h"
+#include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 
 #include <QMessageBox>
@@ -189,7 +190,7 @@ void Corvane::readSerial(const JSONNode& content, const QString& sSender) {
         }
         bFirst = false;
         const std::string_view sSerial = serial.AsText();
-        m_servers.Add(QString::fromUtf8(sSerial.data(), static_cast<int>(sSerial.size())), sSender);
+        m_pParams->AddSerial(QString::fromUtf8(sSerial.data(), static_cast<int>(sSerial.size())), sSender);
         SendState();
     });
 }

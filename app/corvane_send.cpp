@@ -1,5 +1,6 @@
 #include "app/corvane.h"
 #include "device/messages.h"
+#include "widgets/cparamsctrl.h"
 
 // A request's answer may come in fragments: pieces of an earlier one must not get in its way.
 
@@ -16,9 +17,8 @@ void Corvane::SendSerial() {
 
 void Corvane::SendState() {
     m_fragments.Clear();
-    if (!m_servers.IsEmpty()) {
-        m_sServerAddress = m_servers.Addresses().first();
-    }
+    m_pParams->UpdateIp();
+    m_sServerAddress = m_pParams->GetIp();
     SendPacket(messages::Bare(MessageType::StateRequest), false);
 }
 

@@ -1,5 +1,6 @@
 #include "app/cgetnidlg.h"
 #include "app/corvane.h"
+#include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 
 #include <QHostAddress>
@@ -74,8 +75,9 @@ void Corvane::InitConnection(int nLocalPort, int nRemotePort) {
     if (!Connect()) {
         return;
     }
-    if (m_servers.IsEmpty()) {
+    if (m_pParams->Servers().IsEmpty()) {
         m_sServerAddress = m_sBroadcast;
+        m_pParams->SetIp(m_sBroadcast);
         SendSerial();
     } else {
         SendState();
@@ -179,6 +181,6 @@ void Corvane::Update() {
     static bool bFirst = true;
     if (bFirst) {
         bFirst = false;
-        OnMenuChanged(FirstPage());
+        ChooseFirstPage();
     }
 }

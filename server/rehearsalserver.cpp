@@ -5,6 +5,7 @@
 #include "server/replies.h"
 
 #include <QNetworkDatagram>
+#include <QNetworkInterface>
 #include <QRandomGenerator>
 #include <QTimer>
 #include <QUdpSocket>
@@ -37,22 +38,42 @@ RehearsalServer::RehearsalServer(Show show, const Options& options, Log log, QOb
       m_show(std::move(show)),
       m_options(options),
       m_log(std::move(log)),
-      m_pSocket(new QUdpSocket(this)) {
-    connect(m_pSocket, &QUdpSocket::readyRead, this, &RehearsalServer::ReadPackets);
+      m_pSocket(new QUdpSocket(this)),
+      m_pBroadcasts(new QUdpSocket(this)) {
+    for (QUdpSocket* pSocket : {m_pSocket, m_pBroadcasts}) {
+        connect(pSocket, &QUdpSocket::readyRead, this, [this, pSocket] { ReadPackets(*pSocket); });
+    }
 }
 
 bool RehearsalServer::Listen() {
     m_upTime.start();
-    return m_pSocket->bind(m_options.address, m_options.port);
+    return m_pSocket->bind(m_options.address, m_options.port, QAbstractSocket::DontShareAddress) &&
+           ListenToBroadcasts();
+}
+
+/// A socket with an address of its own hears no broadcast; a second one on the broadcast address does, shared
+/// with the other servers of this machine.
+bool RehearsalServer::ListenToBroadcasts() {
+    const QList<QNetworkInterface> interfaces = QNetworkInterface::allInterfaces();
+    for (const QNetworkInterface& interface : interfaces) {
+        const QList<QNetworkAddressEntry> entries = interface.addressEntries();
+        for (const QNetworkAddressEntry& entry : entries) {
+            if (entry.ip() == m_options.address && !entry.broadcast().isNull()) {
+                return m_pBroadcasts->bind(entry.broadcast(), m_options.port,
+                                           QAbstractSocket::ShareAddress | QAbstractSocket::ReuseAddressHint);
+            }
+        }
+    }
+    return true;
 }
 
 QString RehearsalServer::ErrorText() const {
-    return m_pSocket->errorString();
+    return (m_pSocket->state() == QAbstractSocket::BoundState ? m_pBroadcasts : m_pSocket)->errorString();
 }
 
-void RehearsalServer::ReadPackets() {
-    while (m_pSocket->hasPendingDatagrams()) {
-        const QNetworkDatagram datagram = m_pSocket->receiveDatagram();
+void RehearsalServer::ReadPackets(QUdpSocket& socket) {
+    while (socket.hasPendingDatagrams()) {
+        const QNetworkDatagram datagram = socket.receiveDatagram();
         if (!IsSilent() && datagram.isValid()) {
             ReadMessage(datagram.data(), datagram.senderAddress(),
                         static_cast<quint16>(datagram.senderPort()));

@@ -50,7 +50,8 @@ private:
         QString Name() const { return QString("%1:%2").arg(address.toString()).arg(port); }
     };
 
-    void ReadPackets();
+    bool ListenToBroadcasts();
+    void ReadPackets(QUdpSocket& socket);
     void ReadMessage(const QByteArray& datagram, const QHostAddress& address, quint16 port);
     void Answer(int nType, const JSONNode& content, const Client& client);
     void SwitchScene(const Scene& change, const Client& from);
@@ -67,6 +68,7 @@ private:
     Options m_options;
     Log m_log;
     QUdpSocket* m_pSocket;
+    QUdpSocket* m_pBroadcasts;  ///< hears what is sent to everyone when m_pSocket has an address of its own
     QElapsedTimer m_upTime;
     std::vector<Client> m_clients;
     Color m_color;

@@ -1,6 +1,7 @@
 #include "app/corvane.h"
 #include "tests/peer.h"
 #include "tests/support.h"
+#include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 
 #include <QMessageBox>
@@ -205,7 +206,7 @@ private slots:
         QCOMPARE(m_pPeer->Count(6), nRequests);
         Send(R"({"typ":15,"content":{"serial":"9","serial":"8"}})");
         QTRY_COMPARE(m_pPeer->Count(6), nRequests + 1);
-        QCOMPARE(m_pWindow->Servers().Labels(), QStringList("0042"));  // the address was known
+        QCOMPARE(m_pWindow->Params()->Servers().Labels(), QStringList("0042"));  // the address was known
         QCOMPARE(m_pWindow->ServerAddress(), QString("127.0.0.1"));
     }
 };

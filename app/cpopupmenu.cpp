@@ -1,0 +1,123 @@
+#include "app/cpopupmenu.h"
+
+#include "app/popupmenuaccess.h"
+#include "widgets/artwork.h"
+
+#include <QHelpEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QToolTip>
+
+namespace {
+
+/// The normal or the selected pictures of the entries.
+std::array<QPixmap, CPopupMenu::Entries> EntryPictures(const QString& sSuffix) {
+    const std::array<const char*, CPopupMenu::Entries> names{"Scene", "Prog",   "Color",
+                                                             "Chan",  "Params", "Refresh"};
+    std::array<QPixmap, CPopupMenu::Entries> pictures;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        pictures.at(i) =
+            artwork::Picture(QString(":/Corvane/Images/MenuBut%1%2.png").arg(names.at(i), sSuffix));
+    }
+    return pictures;
+}
+
+}  // namespace
+
+CPopupMenu::CPopupMenu(QWidget* parent) : QWidget(parent) {
+    setFixedWidth(Width);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    setAccessibleName(tr("Pages"));
+    InstallPopupMenuAccess();
+    UpdateRects();
+}
+
+void CPopupMenu::ShowMenu(int iMenu, bool bShow) {
+    if (iMenu < 0 || iMenu >= Refresh) {
+        return;
+    }
+    m_shown.at(static_cast<std::size_t>(iMenu)) = bShow;
+    UpdateRects();
+    update();
+}
+
+void CPopupMenu::SetSelected(int iMenu) {
+    m_iSelected = iMenu;
+    update();
+}
+
+QString CPopupMenu::EntryName(int iMenu) {
+    const std::array<QString, Entries> names{tr("Scenes"),   tr("Programs"),   tr("Color"),
+                                             tr("Channels"), tr("Parameters"), tr("Connect again")};
+    return names.at(static_cast<std::size_t>(iMenu));
+}
+
+void CPopupMenu::Press(int iMenu) {
+    if (iMenu == m_iSelected) {
+        return;
+    }
+    m_iPrevious = m_iSelected;
+    m_iSelected = iMenu;
+    update();
+    emit menuChanged(iMenu);
+}
+
+/// The refresh entry is lit only while it is held; the menu goes on showing the page the user is on.
+void CPopupMenu::Release() {
+    if (m_iSelected == Refresh) {
+        SetSelected(m_iPrevious);
+    }
+}
+
+bool CPopupMenu::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        const auto* pHelp = dynamic_cast<QHelpEvent*>(event);
+        const int iMenu = EntryAt(pHelp->pos());
+        QToolTip::showText(pHelp->globalPos(), iMenu < 0 ? QString() : EntryName(iMenu), this);
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+void CPopupMenu::paintEvent(QPaintEvent*) {
+    static const QPixmap backPicture = artwork::Picture(":/Corvane/Images/MenuBack.png");
+    static const auto pictures = EntryPictures("");
+    static const auto selectedPictures = EntryPictures("Sel");
+
+    QPainter painter(this);
+    painter.drawPixmap(rect(), backPicture);
+    for (std::size_t i = 0; i < m_rects.size(); ++i) {
+        if (m_shown.at(i)) {
+            const bool bSelected = static_cast<int>(i) == m_iSelected;
+            painter.drawPixmap(m_rects.at(i).topLeft(), (bSelected ? selectedPictures : pictures).at(i));
+        }
+    }
+}
+
+void CPopupMenu::mousePressEvent(QMouseEvent* event) {
+    const int iMenu = EntryAt(event->localPos().toPoint());
+    if (iMenu >= 0) {
+        Press(iMenu);
+    }
+}
+
+void CPopupMenu::mouseReleaseEvent(QMouseEvent*) {
+    Release();
+}
+
+void CPopupMenu::UpdateRects() {
+    int nTop = 10;
+    for (std::size_t i = 0; i < m_rects.size(); ++i) {
+        m_rects.at(i) = m_shown.at(i) ? QRect(QPoint(6, nTop), QPoint(55, nTop + 38)) : QRect();
+        nTop += m_shown.at(i) ? 52 : 0;
+    }
+}
+
+int CPopupMenu::EntryAt(const QPoint& position) const {
+    for (int i = 0; i < Entries; ++i) {
+        if (EntryRect(i).contains(position)) {
+            return i;
+        }
+    }
+    return -1;
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QRect>
+#include <QString>
+#include <QWidget>
+
+#include <array>
+
+/// The page menu: a column of picture buttons, one for each page and one that connects again.
+class CPopupMenu : public QWidget {
+    Q_OBJECT
+
+signals:
+    /// The user chose an entry that was not selected.
+    void menuChanged(int iMenu);
+
+public:
+    static constexpr int Width = 62;
+    static constexpr int Entries = 6;
+    static constexpr int Refresh = 5;  ///< the entry that is no page
+
+    explicit CPopupMenu(QWidget* parent);
+
+    /// Puts entry 0 to 4 into the menu or takes it out; the others close up. Any other index is ignored.
+    void ShowMenu(int iMenu, bool bShow);
+
+    int Selected() const { return m_iSelected; }
+    /// Selects an entry without telling anyone.
+    void SetSelected(int iMenu);
+
+    /// Where an entry stands; null while it is not in the menu.
+    QRect EntryRect(int iMenu) const { return m_rects.at(static_cast<std::size_t>(iMenu)); }
+    /// What an entry is called, for tool tips and screen readers.
+    static QString EntryName(int iMenu);
+    /// Does what a press on an entry does.
+    void Press(int iMenu);
+    /// Does what the end of a press does.
+    void Release();
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    void UpdateRects();
+    int EntryAt(const QPoint& position) const;
+
+    int m_iSelected = 2;
+    int m_iPrevious = 2;
+    std::array<QRect, Entries> m_rects;
+    std::array<bool, Entries> m_shown{true, true, true, true, true, true};
+};

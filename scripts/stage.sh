@@ -1,0 +1,98 @@
+# shellcheck shell=bash
+# Plays the operator: starts the rehearsal server and the remote under a virtual display in a private network, and
+# works the remote with mouse and keys. Sourced from the top of the checkout, with -euo pipefail set.
+#
+#   enter_stage "$@"   runs the calling script again inside; returns there, with $room for files
+#   build=FOLDER       where the programs are (default: build)
+
+build=${build:-build}
+
+enter_stage() {
+    if [ -z "${CORVANE_STAGE:-}" ]; then
+        CORVANE_STAGE=1 exec scripts/private-network xvfb-run -a -s '-screen 0 1024x768x24' "$0" "$@"
+    fi
+    room=$(mktemp -d)
+    started=()
+    export XDG_RUNTIME_DIR=$room QT_QPA_PLATFORM=xcb
+    trap 'kill "${started[@]}" 2>/dev/null; wait; rm -rf "$room"' EXIT
+    # A copy, so that its settings file lies in the room and not beside the built program.
+    cp "$build/corvane" "$room/"
+}
+
+complain() {
+    echo "$(basename "$0"): $*" >&2
+    [ ! -e "$room/server.log" ] || sed 's/^/  server: /' "$room/server.log" >&2
+    exit 1
+}
+
+# wait_for WHAT COMMAND...: for ten seconds at the most.
+wait_for() {
+    local what=$1
+    shift
+    for _ in $(seq 100); do
+        "$@" && return 0
+        sleep 0.1
+    done
+    complain "waited in vain for $what"
+}
+
+logged() { grep -q -- "$1" "$room/server.log"; }
+log_count() { grep -c -- "$1" "$room/server.log" || true; }
+logged_more_than() { [ "$(log_count "$1")" -gt "$2" ]; }
+
+start_server() {
+    "$build/corvane-server" >"$room/server.log" &
+    started+=($!)
+    wait_for 'the rehearsal server' logged 'listens'
+}
+
+# find_window WIDTH: the program's window of that width, in $window.
+find_window() {
+    local candidate
+    for candidate in $(xdotool search --onlyvisible --class corvane 2>/dev/null); do
+        window=$candidate
+        xdotool getwindowgeometry "$window" 2>/dev/null | grep -q "Geometry: $1x" && return 0
+    done
+    return 1
+}
+
+# Starts the remote, accepts the first interface, waits for the server's state.
+start_remote() {
+    local asked
+    asked=$(log_count 'asks for the state')
+    "$room/corvane" &
+    remote=$!
+    started+=("$remote")
+    wait_for 'the interface dialog' find_window 200
+    xdotool windowfocus --sync "$window"
+    xdotool key Return
+    wait_for 'the window' find_window 820
+    wait_for 'the state' logged_more_than 'asks for the state' "$asked"
+    xdotool windowfocus --sync "$window"
+    sleep 0.5
+}
+
+quit_remote() {
+    xdotool key Escape
+    wait "$remote"
+    unset 'started[-1]'
+}
+
+# press X Y [BUTTON]: a click at a place in the window.
+press() {
+    xdotool mousemove --sync --window "$window" "$1" "$2" click "${3:-1}"
+    sleep 0.3
+}
+
+open_menu() { press 64 507; }
+
+# choose PLACE: opens the menu and presses the entry at a place from the top, from 0.
+choose() {
+    open_menu
+    press 89 $((58 + 10 + 52 * $1 + 16))
+}
+
+# picture FILE [WIDTHxHEIGHT+X+Y]: what the window, or a part of it, shows.
+picture() {
+    import -window "$window" ${2:+-crop "$2"} +repage "$1"
+}

@@ -1,0 +1,41 @@
+#include "widgets/cswitchctrl.h"
+
+#include "widgets/artwork.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace {
+
+constexpr QSize SwitchSize(70, 26);
+
+}  // namespace
+
+CSwitchCtrl::CSwitchCtrl(QWidget* parent)
+    : CSwitchCtrl(false, SwitchSize, QRect(QPoint(0, 0), SwitchSize), parent) {}
+
+CSwitchCtrl::CSwitchCtrl(bool bState, const QSize& size, const QRect& switchRect, QWidget* parent)
+    : QWidget(parent), m_bState(bState), m_switchRect(switchRect) {
+    setFixedSize(size);
+}
+
+void CSwitchCtrl::SetState(bool bState) {
+    m_bState = bState;
+    update();
+}
+
+void CSwitchCtrl::mousePressEvent(QMouseEvent* event) {
+    if (!m_switchRect.contains(event->localPos().toPoint())) {
+        event->ignore();
+        return;
+    }
+    m_bState = !m_bState;
+    update();
+    emit stateChanged(m_bState);
+}
+
+void CSwitchCtrl::paintEvent(QPaintEvent*) {
+    static const QPixmap onPicture = artwork::Picture(":/Corvane/Images/SwitchOn.png");
+    static const QPixmap offPicture = artwork::Picture(":/Corvane/Images/SwitchOff.png");
+    QPainter(this).drawPixmap(m_switchRect.topLeft(), m_bState ? onPicture : offPicture);
+}
