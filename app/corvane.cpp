@@ -5,9 +5,13 @@
 #include "app/cpopuptab.h"
 #include "device/messages.h"
 #include "widgets/artwork.h"
+#include "widgets/ccolorcircle.h"
+#include "widgets/ccolorpicker.h"
+#include "widgets/ccommandwnd.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 #include "widgets/cscenelistwnd.h"
+#include "widgets/csliderctrl.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -45,7 +49,7 @@ Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
 
     m_pLayout->setContentsMargins(Border, Border, Border, Border);
     setLayout(m_pLayout);
-    ChooseFirstPage();
+    GoToPage(IsOffered(2) ? 2 : FirstOffered());
     ShowPopupTab();
     Refresh();
 }
@@ -55,6 +59,8 @@ void Corvane::CreatePages() {
     m_pSceneWnd->hide();
     m_pProgramWnd = new CSceneListWnd(false, this);
     m_pProgramWnd->hide();
+    m_pPicker = new CColorPicker(this);
+    m_pPicker->hide();
     m_pParams = new CParamsCtrl(m_settings, m_sServerAddress, Stores(), this);
     m_pParams->hide();
 
@@ -71,6 +77,8 @@ void Corvane::CreatePages() {
 void Corvane::CreateConnections() {
     const CSceneList* pScenes = SceneList();
     const CSceneList* pPrograms = ProgramList();
+    const CColorCircle* pWheel = m_pPicker->Wheel();
+    const CCommandWnd* pCommands = m_pPicker->Commands();
     connect(m_pTab, &CPopupTab::tabPressed, this, &Corvane::OnTabPressed);
     connect(m_pMenu, &CPopupMenu::menuChanged, this, &Corvane::OnMenuChanged);
     connect(pScenes, &CSceneList::stateChanged, this, &Corvane::OnSceneStateChanged);
@@ -81,12 +89,22 @@ void Corvane::CreateConnections() {
     connect(pPrograms, &CSceneList::nameChanged, this, &Corvane::OnProgramNameChanged);
     connect(pPrograms, &CSceneList::iconChanged, this, &Corvane::OnProgramIconChanged);
     connect(pPrograms, &CSceneList::colorChanged, this, &Corvane::OnProgramColorChanged);
+    connect(m_pPicker, &CColorPicker::colorChanged, this, &Corvane::OnColorChanged);
+    connect(pWheel, &CColorCircle::colorStateChanged, this, &Corvane::OnColorStateChanged);
+    connect(m_pPicker->Dimmer(), &CSliderCtrl::valueChanged, this, &Corvane::OnDimmerValueChanged);
+    connect(m_pPicker->Speed(), &CSliderCtrl::valueChanged, this, &Corvane::OnSpeedValueChanged);
+    connect(pCommands, &CCommandWnd::whiteChanged, this, &Corvane::OnWhiteChanged);
+    connect(pCommands, &CCommandWnd::blackChanged, this, &Corvane::OnBlackChanged);
+    connect(pCommands, &CCommandWnd::nextChanged, this, &Corvane::OnNextChanged);
+    connect(pCommands, &CCommandWnd::pauseChanged, this, &Corvane::OnPauseChanged);
     connect(m_pParams, &CParamsCtrl::refresh, this, &Corvane::Refresh);
     connect(m_pParams, &CParamsCtrl::showMenu, this, &Corvane::OnShowMenu);
     connect(m_pParams, &CParamsCtrl::enableParam, this, &Corvane::OnEnableParam);
     connect(m_pParams, &CParamsCtrl::pwdStateChanged, this, &Corvane::OnPwdStateChanged);
     connect(pScenes, &CSceneList::mousePressed, this, &Corvane::OnHideMenu);
     connect(pPrograms, &CSceneList::mousePressed, this, &Corvane::OnHideMenu);
+    connect(pWheel, &CColorCircle::mousePressed, this, &Corvane::OnHideMenu);
+    connect(pCommands, &CCommandWnd::mousePressed, this, &Corvane::OnHideMenu);
     connect(m_pParams, &CParamsCtrl::mousePressed, this, &Corvane::OnHideMenu);
 }
 

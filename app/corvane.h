@@ -19,6 +19,7 @@
 
 #include <string>
 
+class CColorPicker;
 class CParamsCtrl;
 class CPopupMenu;
 class CPopupTab;
@@ -164,11 +165,16 @@ public slots:
     /// follow.
     void OnEnableParam(int iParam, bool bEnable);
 
+private:
+    /// A scene or program that starts takes the lights over from the colour page.
+    void ReleaseCommands();
+
     // Pages: corvane_pages.cpp
 public:
     int CurrentPage() const { return m_iCurrentPage; }
     CSceneList* SceneList() const;
     CSceneList* ProgramList() const;
+    CColorPicker* Picker() const { return m_pPicker; }
     CParamsCtrl* Params() const { return m_pParams; }
     CPopupTab* Tab() const { return m_pTab; }
     CPopupMenu* Menu() const { return m_pMenu; }
@@ -179,13 +185,14 @@ public:
 
 public slots:
     void OnTabPressed();
-    /// Shows a page: 0 scenes, 1 programs, 4 parameters; 5 connects again. Leaving the parameters locks them
-    /// if the user wants them locked. Any other index shows nothing new.
+    /// Shows a page: 0 scenes, 1 programs, 2 colour, 4 parameters; 5 connects again. Leaving the parameters
+    /// locks them if the user wants them locked. Any other index shows nothing new.
     void OnMenuChanged(int iMenu);
     void OnHideMenu();
 
 private:
-    void ChooseFirstPage();
+    void GoToPage(int iPage);
+    int FirstOffered() const;
     void LeaveParams();
     bool IsOffered(int iPage) const;
     QWidget* PageWidget(int iPage) const;
@@ -221,6 +228,7 @@ private:
     QWidget* m_pPage = nullptr;  ///< the page in the layout
     CSceneListWnd* m_pSceneWnd;
     CSceneListWnd* m_pProgramWnd;
+    CColorPicker* m_pPicker;
     CParamsCtrl* m_pParams;
     CPopupTab* m_pTab;
     CPopupMenu* m_pMenu;

@@ -1,10 +1,18 @@
 #include "app/corvane.h"
 #include "app/cpopupmenu.h"
 #include "device/messages.h"
+#include "widgets/ccolorpicker.h"
 
 // Customisations stay on this side and are stored whether a server is there or not.
 
+void Corvane::ReleaseCommands() {
+    m_pPicker->ReleaseCommands();
+}
+
 void Corvane::OnSceneStateChanged(int iArea, int nId, bool bState) {
+    if (bState) {
+        ReleaseCommands();
+    }
     if (!m_bConnected) {
         return;
     }
@@ -26,6 +34,9 @@ void Corvane::OnSceneColorChanged(int nId, QColor color) {
 }
 
 void Corvane::OnProgramStateChanged(int, int nId, bool bState) {
+    if (bState) {
+        ReleaseCommands();
+    }
     if (!m_bConnected) {
         return;
     }

@@ -1,6 +1,7 @@
 #include "app/corvane.h"
 #include "app/cpopupmenu.h"
 #include "app/cpopuptab.h"
+#include "widgets/ccolorpicker.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelistwnd.h"
 
@@ -73,13 +74,19 @@ void Corvane::LeaveParams() {
     }
 }
 
-void Corvane::ChooseFirstPage() {
+/// Shows a page that the window chose itself.
+void Corvane::GoToPage(int iPage) {
+    OnMenuChanged(iPage);
+    m_pMenu->SetSelected(iPage);
+}
+
+/// The first page that the settings let the user see; with none, the parameters, where that can be changed.
+int Corvane::FirstOffered() const {
     int iPage = 0;
     while (iPage < 4 && !IsOffered(iPage)) {
         ++iPage;
     }
-    OnMenuChanged(iPage);
-    m_pMenu->SetSelected(iPage);
+    return iPage;
 }
 
 /// Whether the settings let the user see page 0 to 3.
@@ -93,6 +100,8 @@ QWidget* Corvane::PageWidget(int iPage) const {
             return m_pSceneWnd;
         case 1:
             return m_pProgramWnd;
+        case 2:
+            return m_pPicker;
         case 4:
             return m_pParams;
         default:

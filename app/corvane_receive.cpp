@@ -1,6 +1,7 @@
 #include "app/corvane.h"
 #include "device/messages.h"
 #include "device/readers.h"
+#include "widgets/ccolorpicker.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 
@@ -150,7 +151,11 @@ void Corvane::readScene(const JSONNode& node, bool bShow, bool bComplete) {
         m_scenes.append(scene);
         return;
     }
-    scene.state = scene.state || bComplete;
+    if (bComplete) {
+        scene.state = true;
+    } else if (scene.state) {
+        ReleaseCommands();
+    }
     SceneList()->Update(scene, !bComplete);
 }
 
@@ -162,16 +167,22 @@ void Corvane::readProg(const JSONNode& node, bool bShow, bool bComplete) {
         m_programs.append(program);
         return;
     }
-    program.state = program.state || bComplete;
+    if (bComplete) {
+        program.state = true;
+    } else if (program.state) {
+        ReleaseCommands();
+    }
     ProgramList()->Update(program, !bComplete);
 }
 
 void Corvane::readColor(const JSONNode& content) {
     readInto(content, m_color);
+    m_pPicker->Update(m_color, m_command);
 }
 
 void Corvane::readCommand(const JSONNode& content) {
     readInto(content, m_command);
+    m_pPicker->Update(m_color, m_command);
 }
 
 void Corvane::readDmx(const JSONNode& content) {

@@ -1,5 +1,6 @@
 #include "app/cgetnidlg.h"
 #include "app/corvane.h"
+#include "widgets/ccolorpicker.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 
@@ -177,10 +178,11 @@ void Corvane::PollCurrentPage() {
 void Corvane::Update() {
     SceneList()->Update(m_scenes, m_settings);
     ProgramList()->Update(m_programs, m_settings);
+    m_pPicker->Update(m_color, m_command);
 
     static bool bFirst = true;
     if (bFirst) {
         bFirst = false;
-        ChooseFirstPage();
+        GoToPage(FirstOffered());
     }
 }

@@ -3,7 +3,8 @@
 
 find_program(RSVG_CONVERT rsvg-convert REQUIRED)
 
-# Sets <out> to the path of a generated corvane.qrc; <pictures> to the files it needs to be built first.
+# Sets <out> to the path of a generated corvane.qrc; <pictures> to the files it needs to be built first. The colour
+# wheel is no drawing: the target `colorwheel` computes it.
 function(corvane_artwork out pictures)
     set(source ${CMAKE_SOURCE_DIR}/resources/artwork)
     set(target ${CMAKE_BINARY_DIR}/artwork)
@@ -26,6 +27,17 @@ function(corvane_artwork out pictures)
         list(APPEND rendered ${png} ${png2x})
         string(APPEND entries "    <file alias=\"Images/${name}.png\">${png}</file>\n")
         string(APPEND entries "    <file alias=\"Images/${name}@2x.png\">${png2x}</file>\n")
+    endforeach()
+    foreach(scale 1 2)
+        set(name ColorPicker)
+        if(scale GREATER 1)
+            string(APPEND name "@${scale}x")
+        endif()
+        set(wheel ${target}/${name}.png)
+        add_custom_command(OUTPUT ${wheel} COMMAND colorwheel ${wheel} ${scale} DEPENDS colorwheel VERBATIM)
+        list(APPEND rendered ${wheel})
+        string(APPEND entries "    <file alias=\"Images/${name}.png\">${wheel}</file>
+")
     endforeach()
     file(GLOB brandings RELATIVE ${CMAKE_SOURCE_DIR}/resources/branding CONFIGURE_DEPENDS
         ${CMAKE_SOURCE_DIR}/resources/branding/*.json)

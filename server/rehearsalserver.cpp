@@ -134,6 +134,24 @@ void RehearsalServer::Answer(int nType, const JSONNode& content, const Client& c
             m_log(client.Name() + " polls the scenes");
             Send(client, replies::SceneStates(m_show));
             break;
+        case MessageType::Color:
+            readInto(content, m_color);
+            m_log(client.Name() + QString(" color %1 %2 %3 white %4 %5")
+                                      .arg(m_color.r)
+                                      .arg(m_color.g)
+                                      .arg(m_color.b)
+                                      .arg(m_color.w)
+                                      .arg(OnOff(m_color.state)));
+            TellOthers(client, messages::Color(m_color));
+            break;
+        case MessageType::Command:
+            TakeCommand(content, client);
+            break;
+        case MessageType::CommandPoll:
+            m_log(client.Name() + " polls the commands");
+            Send(client, messages::Color(m_color));
+            Send(client, messages::Command(m_command));
+            break;
         default:
             m_log(client.Name() + " sent type " + QString::number(nType) + ", which is not rehearsed");
             break;
@@ -163,6 +181,28 @@ void RehearsalServer::SwitchProgram(const Scene& change, const Client& from) {
     }
     pProgram->state = change.state;
     TellOthers(from, messages::Program(pProgram->id, pProgram->state));
+}
+
+void RehearsalServer::TakeCommand(const JSONNode& content, const Client& from) {
+    readInto(content, m_command);
+    QStringList flags;
+    for (const auto& [bFlag, pName] : {std::pair{m_command.white, "white"},
+                                       {m_command.bo, "black"},
+                                       {m_command.next, "next"},
+                                       {m_command.prev, "previous"},
+                                       {m_command.hold, "pause"}}) {
+        if (bFlag) {
+            flags.append(pName);
+        }
+    }
+    m_log(from.Name() + QString(" commands [%1] dimmer %2 % speed %3 %")
+                            .arg(flags.join(' '))
+                            .arg(m_command.dim)
+                            .arg(m_command.speed));
+    // Next and previous are done once they are taken.
+    m_command.next = false;
+    m_command.prev = false;
+    TellOthers(from, messages::Command(m_command));
 }
 
 RehearsalServer::Client* RehearsalServer::Admit(const QHostAddress& address, quint16 port) {

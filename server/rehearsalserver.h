@@ -56,6 +56,7 @@ private:
     void Answer(int nType, const JSONNode& content, const Client& client);
     void SwitchScene(const Scene& change, const Client& from);
     void SwitchProgram(const Scene& change, const Client& from);
+    void TakeCommand(const JSONNode& content, const Client& from);
     /// The client of an address; a new one while there is room, else null.
     Client* Admit(const QHostAddress& address, quint16 port);
     void Forget(const Client& client);
@@ -72,5 +73,5 @@ private:
     QElapsedTimer m_upTime;
     std::vector<Client> m_clients;
     Color m_color;
-    Command m_command;
+    Command m_command{false, false, false, false, false, 100, 50};
 };

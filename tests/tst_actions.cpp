@@ -3,8 +3,12 @@
 #include "app/cpopuptab.h"
 #include "tests/peer.h"
 #include "tests/support.h"
+#include "widgets/ccolorcircle.h"
+#include "widgets/ccolorpicker.h"
+#include "widgets/ccommandwnd.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
+#include "widgets/csliderctrl.h"
 
 #include <QLineEdit>
 #include <QtTest>
@@ -72,6 +76,7 @@ private slots:
     void connections() {
         CSceneList* pScenes = m_pWindow->SceneList();
         CSceneList* pPrograms = m_pWindow->ProgramList();
+        CColorPicker* pPicker = m_pWindow->Picker();
         CParamsCtrl* pParams = m_pWindow->Params();
         emit m_pWindow->Tab()->tabPressed();
         QVERIFY(m_pWindow->Menu()->isVisible());
@@ -81,6 +86,22 @@ private slots:
         QCOMPARE(Next(8), QString("{typ:8,content:{id:7,a:2,s:true}}"));
         emit pPrograms->stateChanged(-1, 7, true);
         QCOMPARE(Next(9), QString("{typ:9,content:{id:7,s:true}}"));
+        emit pPicker->colorChanged(1, 2, 3, 4);
+        QCOMPARE(Next(10), QString("{typ:10,content:{color:{r:1,g:2,b:3,w:4},rgbw:false,s:true}}"));
+        emit pPicker->Wheel()->colorStateChanged(false);
+        QCOMPARE(Next(10), QString("{typ:10,content:{color:{r:1,g:2,b:3,w:4},rgbw:false,s:false}}"));
+        emit pPicker->Dimmer()->valueChanged(255);
+        QVERIFY(Next(11).contains("dim:100,speed:0"));
+        emit pPicker->Speed()->valueChanged(128);
+        QVERIFY(Next(11).contains("dim:100,speed:50"));
+        emit pPicker->Commands()->whiteChanged(true);
+        QVERIFY(Next(11).contains("bo:false,next:false,prev:false,white:true,hold:false"));
+        emit pPicker->Commands()->blackChanged(true);
+        QVERIFY(Next(11).contains("bo:true,next:false,prev:false,white:false,hold:false"));
+        emit pPicker->Commands()->nextChanged(true);
+        QVERIFY(Next(11).contains("bo:true,next:true,prev:false,white:false,hold:false"));
+        emit pPicker->Commands()->pauseChanged(true);
+        QVERIFY(Next(11).contains("bo:true,next:false,prev:false,white:false,hold:true"));
         emit pParams->refresh();
         QVERIFY(!m_pWindow->IsAnswered());
         QTRY_VERIFY(m_pWindow->IsAnswered());
@@ -90,9 +111,10 @@ private slots:
         emit pParams->enableParam(2, false);
         QVERIFY(!Next(6).isEmpty());
         emit pParams->pwdStateChanged(true);
-        const std::function<void()> presses[] = {[&] { emit pScenes->mousePressed(); },
-                                                 [&] { emit pPrograms->mousePressed(); },
-                                                 [&] { emit pParams->mousePressed(); }};
+        const std::function<void()> presses[] = {
+            [&] { emit pScenes->mousePressed(); }, [&] { emit pPrograms->mousePressed(); },
+            [&] { emit pPicker->Wheel()->mousePressed(); }, [&] { emit pPicker->Commands()->mousePressed(); },
+            [&] { emit pParams->mousePressed(); }};
         for (const auto& press : presses) {
             m_pWindow->ShowPopupMenu();
             press();
@@ -112,6 +134,8 @@ private slots:
     void colorAndCommands() {
         m_pWindow->OnColorChanged(1, 2, 3, 255);
         QCOMPARE(Next(10), QString("{typ:10,content:{color:{r:1,g:2,b:3,w:255},rgbw:false,s:true}}"));
+        m_pPeer->Send(R"({"typ":10,"content":{"s":true}})");
+        QTRY_VERIFY(m_pWindow->Picker()->Wheel()->IsOn());
         m_pWindow->OnColorStateChanged(true);
         QCOMPARE(Next(10), QString("{typ:10,content:{color:{r:1,g:2,b:3,w:255},rgbw:false,s:false}}"));
         const QString sCommand =
@@ -142,7 +166,11 @@ private slots:
         Open({}, false);
         QVERIFY(!m_pWindow->IsConnected());
         const int nBefore = m_pPeer->Count(-1);
+        m_pWindow->Picker()->Update(Color{0, 0, 0, 0, false, true},
+                                    Command{true, false, false, false, true, 0, 0});
         m_pWindow->OnSceneStateChanged(0, 1, true);
+        QVERIFY(!m_pWindow->Picker()->Wheel()->IsOn());  // released all the same
+        QVERIFY(!m_pWindow->Picker()->Commands()->IsOn(CCommandWnd::Pause));
         m_pWindow->OnProgramStateChanged(0, 1, true);
         m_pWindow->OnColorChanged(1, 2, 3, 4);
         m_pWindow->OnColorStateChanged(false);

@@ -1,8 +1,11 @@
 #include "app/corvane.h"
 #include "tests/peer.h"
 #include "tests/support.h"
+#include "widgets/ccolorcircle.h"
+#include "widgets/ccolorpicker.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
+#include "widgets/csliderctrl.h"
 
 #include <QMessageBox>
 #include <QtTest>
@@ -64,6 +67,9 @@ private slots:
         QCOMPARE(color.r * 1000 + color.g * 100 + color.b * 10 + color.w, 1234);
         QVERIFY(color.rgbw && color.state);
         QCOMPARE(m_pWindow->CommandState().dim, 50);
+        QCOMPARE(m_pWindow->Picker()->Wheel()->GetColor(), QColor(1, 2, 3));
+        QCOMPARE(m_pWindow->Picker()->White()->Value(), 4);
+        QCOMPARE(m_pWindow->Picker()->Speed()->Value(), 154);
         // Each "content" in "scn" counts; what is missing stays as it was, but lists are emptied.
         Send(R"({"typ":7,"content":{"scn":{"content":[{"id":8}],"content":[{"id":9}]}}})");
         QCOMPARE(m_pWindow->Scenes().size(), 2);

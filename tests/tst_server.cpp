@@ -1,8 +1,12 @@
 #include "app/corvane.h"
 #include "server/rehearsalserver.h"
 #include "tests/support.h"
+#include "widgets/ccolorcircle.h"
+#include "widgets/ccolorpicker.h"
+#include "widgets/ccommandwnd.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
+#include "widgets/csliderctrl.h"
 
 #include <QMessageBox>
 #include <QProcess>
@@ -192,6 +196,53 @@ private slots:
         QVERIFY(servers[2]->log.contains("is alive"));
         QCOMPARE(servers[0]->log + servers[1]->log, QByteArray());
         QCOMPARE(pCombo->currentIndex(), 2);
+    }
+
+    /// A drag over the wheel at 200 moves a second: at most a datagram a tick, and the last pick is what
+    /// stays.
+    void wheelDrag() {
+        Server server({});
+        const auto first = OpenRemote("10.77.0.2");
+        const auto second = OpenRemote("10.77.0.3");
+        QTRY_VERIFY(first->IsAnswered() && second->IsAnswered());
+        first->OnMenuChanged(2);
+        second->OnMenuChanged(2);
+        server.log.clear();
+        CColorCircle* pWheel = first->Picker()->Wheel();
+        const auto mouse = [pWheel](QEvent::Type type, const QPoint& at) {
+            QMouseEvent event(type, at, Qt::LeftButton, Qt::LeftButton, {});
+            QCoreApplication::sendEvent(pWheel, &event);
+        };
+        mouse(QEvent::MouseButtonPress, {210, 210});
+        QElapsedTimer clock;
+        clock.start();
+        int nMoves = 0;
+        for (; clock.elapsed() < 2000; ++nMoves) {
+            mouse(QEvent::MouseMove, {30 + nMoves % 360, 60 + nMoves * 3 % 300});
+            QTest::qWait(static_cast<int>(std::max<qint64>(0, 5 * (nMoves + 1) - clock.elapsed())));
+        }
+        mouse(QEvent::MouseMove, {300, 130});
+        mouse(QEvent::MouseButtonRelease, {300, 130});
+        const QColor last = pWheel->GetColor();
+        QTRY_COMPARE(second->Picker()->Wheel()->GetColor(), last);
+        QVERIFY(second->Picker()->Wheel()->IsOn());
+        QTRY_VERIFY(server.log.contains(QString("color %1 %2 %3 white 0 on")
+                                            .arg(last.red())
+                                            .arg(last.green())
+                                            .arg(last.blue())
+                                            .toUtf8()));
+        const int nSent = server.log.count(" color ");
+        qInfo("%d moves in 2 s left in %d datagrams", nMoves, nSent);
+        QVERIFY(nMoves > 250 && nSent > 20 && nSent <= 2000 / 25 + 3);
+        QVERIFY(!server.log.contains("10.77.0.3:8094 color"));  // nothing is echoed
+        // A scene that a client starts releases the colour at the others, and that is told.
+        first->SceneList()->stateChanged(0, 2, true);
+        QTRY_VERIFY(server.log.contains("10.77.0.3:8094 color") && !second->Picker()->Wheel()->IsOn());
+        // Commands pass the same way.
+        QTest::mouseClick(second->Picker()->Commands(), Qt::LeftButton, {}, QPoint(50, 120));
+        QTRY_VERIFY(first->Picker()->Commands()->IsOn(CCommandWnd::Black));
+        emit first->Picker()->Dimmer()->valueChanged(128);
+        QTRY_COMPARE(second->Picker()->Dimmer()->Value(), 128);
     }
 
     void clients() {

@@ -31,7 +31,7 @@ private slots:
     void cleanupTestCase() { QFile::remove(m_sSettings); }
 
     void shape() {
-        const auto window = Open();
+        const auto window = Open("MenuVisible=1|1|0|1");
         QCOMPARE(window->size(), QSize(820, 600));
         QVERIFY(window->windowTitle().isEmpty());
         QVERIFY(!window->mask().contains(QPoint(0, 0)));
@@ -44,8 +44,10 @@ private slots:
 
     void firstPage_data() {
         QTest::addColumn<int>("page");
-        QTest::newRow("1|1|1|1") << 0;
-        QTest::newRow("0|1|1|1") << 1;
+        QTest::newRow("1|1|1|1") << 2;
+        QTest::newRow("0|0|1|0") << 2;
+        QTest::newRow("1|1|0|1") << 0;
+        QTest::newRow("0|1|0|1") << 1;
         QTest::newRow("0|0|0|0") << 4;
     }
 

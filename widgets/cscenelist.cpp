@@ -2,6 +2,7 @@
 
 #include "settings/cinifile.h"
 #include "widgets/artwork.h"
+#include "widgets/fittingfont.h"
 #include "widgets/iconcatalogue.h"
 
 #include <QAction>
@@ -25,14 +26,6 @@ QRect TileRect(int i, int nWidth) {
     const int nTop = RowHeight * (i / Columns);
     const int nLeft = i % Columns == 0 ? 0 : nHalf - 1;
     return QRect(QPoint(nLeft, nTop), QPoint(nLeft + nHalf - 2, nTop + RowHeight - 1));
-}
-
-/// The font, condensed where a text would be too wide for its place: half an id is another scene's id.
-QFont FittingFont(QFont font, int nTextWidth, int nWidth) {
-    if (nTextWidth > nWidth) {
-        font.setStretch(100 * nWidth / nTextWidth);
-    }
-    return font;
 }
 
 }  // namespace
@@ -207,7 +200,6 @@ void CSceneList::PaintItem(QPainter& painter, const SceneItem& item) const {
     static const QFont nameFont("Arial", 14, QFont::Bold);
     static const QFontMetrics nameMetrics(nameFont);
     static const QFont idFont("Comic", 12, QFont::Bold);
-    static const QFontMetrics idMetrics(idFont);
     static const QPixmap checkBox = artwork::Picture(":/Corvane/Images/CheckBox.png");
     static const QPixmap checkBoxSel = artwork::Picture(":/Corvane/Images/CheckBoxSel.png");
 
@@ -233,7 +225,7 @@ void CSceneList::PaintItem(QPainter& painter, const SceneItem& item) const {
         item.group < 0 ? tr("#%1").arg(item.id) : tr("#%1.%2").arg(item.group + 1).arg(item.id);
     painter.setPen(item.state ? selectedPen : QPen(onColor));
     const QRect idRect(bottomRight - QPoint(40, 21), bottomRight - QPoint(1, 2));
-    painter.setFont(FittingFont(idFont, idMetrics.horizontalAdvance(sId), idRect.width()));
+    painter.setFont(FittingFont(idFont, sId, idRect.width()));
     painter.drawText(idRect, Qt::AlignCenter, sId);
 
     PaintIcon(painter, item);

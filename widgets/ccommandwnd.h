@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QRect>
+#include <QWidget>
+
+#include <array>
+
+struct Command;
+
+/// The buttons white, black, next and pause. White and black exclude each other; next is lit only while it is
+/// held.
+class CCommandWnd : public QWidget {
+    Q_OBJECT
+
+signals:
+    /// Any press, before anything else happens.
+    void mousePressed();
+    void whiteChanged(bool bWhite);
+    void blackChanged(bool bBlack);
+    void nextChanged(bool bNext);
+    void pauseChanged(bool bPause);
+
+public:
+    enum Button { White, Black, Next, Pause, Buttons };
+
+    explicit CCommandWnd(QWidget* parent);
+
+    /// Shows the server's flags; next is the user's alone.
+    void Update(const Command& command);
+    /// Shows white, black and pause as off.
+    void ReleaseCommands();
+
+    bool IsOn(Button button) const { return m_on.at(button); }
+    static QRect ButtonRect(int iButton);
+
+protected:
+    bool event(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    static int ButtonAt(const QPoint& position);
+
+    std::array<bool, Buttons> m_on{};
+};

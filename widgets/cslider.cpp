@@ -1,0 +1,100 @@
+#include "widgets/cslider.h"
+
+#include "widgets/artwork.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int Width = 34;
+constexpr int EndHeight = 11;  ///< of the pictures at the track's lower end
+
+QString ThemeName(eSliderLevelClr color) {
+    switch (color) {
+        case slcRed:
+            return "Red";
+        case slcGreen:
+            return "Green";
+        case slcBlue:
+            return "Blue";
+        default:
+            return "Grey";
+    }
+}
+
+}  // namespace
+
+CSlider::CSlider(eSliderLevelClr color, QWidget* parent) : QWidget(parent) {
+    setFixedWidth(Width);
+    SetLevelColor(color);
+}
+
+void CSlider::SetLevelColor(eSliderLevelClr color) {
+    const QString sTheme = ":/Corvane/Images/slider" + ThemeName(color);
+    m_fillBottom = artwork::Picture(sTheme + "Bot.png");
+    m_fillCenter = artwork::Picture(sTheme + "Center.png");
+    update();
+}
+
+void CSlider::SetLevel(int nLevel) {
+    m_nLevel = nLevel;
+    update();
+}
+
+QRect CSlider::GetSliderRect() const {
+    return {QPoint(0, 18), QPoint(width() - 1, height() - 17)};
+}
+
+void CSlider::UpdateValue(int y) {
+    const QRect track = GetSliderRect();
+    if (y < track.top()) {
+        m_nLevel = 255;
+    } else if (y > track.bottom()) {
+        m_nLevel = 0;
+    } else {
+        m_nLevel = (track.bottom() - y) * 255 / track.height();
+    }
+    emit valueChanged(m_nLevel);
+    update();
+}
+
+void CSlider::mousePressEvent(QMouseEvent* event) {
+    m_bPressed = true;
+    grabMouse();
+    UpdateValue(event->localPos().toPoint().y());
+}
+
+void CSlider::mouseReleaseEvent(QMouseEvent*) {
+    releaseMouse();
+    m_bPressed = false;
+}
+
+void CSlider::mouseMoveEvent(QMouseEvent* event) {
+    if (m_bPressed) {
+        UpdateValue(event->localPos().toPoint().y());
+    }
+}
+
+void CSlider::paintEvent(QPaintEvent*) {
+    static const QPixmap top = artwork::Picture(":/Corvane/Images/sliderTop.png");
+    static const QPixmap bottom = artwork::Picture(":/Corvane/Images/sliderBot.png");
+    static const QPixmap center = artwork::Picture(":/Corvane/Images/sliderCenter.png");
+    static const QPixmap cursor = artwork::Picture(":/Corvane/Images/sliderCursor.png");
+
+    const QRect track = GetSliderRect();
+    const int nShown = std::clamp(m_nLevel, 0, 255);
+    const int nY = track.bottom() - track.height() * nShown / 255;
+
+    QPainter painter(this);
+    painter.drawPixmap(0, 0, top);
+    painter.drawPixmap(QRect(0, 10, width(), height() - 20), center);
+    painter.drawPixmap(0, height() - EndHeight, bottom);
+    if (nShown > 0) {
+        painter.drawPixmap(QRect(0, nY, Width, height() - 10 - nY), m_fillCenter);
+        painter.drawPixmap(0, height() - EndHeight, m_fillBottom);
+    }
+    painter.drawPixmap(0, nY - 17, cursor);
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QPixmap>
+#include <QRect>
+#include <QWidget>
+
+/// The colour of a level's fill, caption and button; any other value is grey.
+enum eSliderLevelClr { slcGrey = 0, slcRed = 1, slcGreen = 2, slcBlue = 3 };
+
+/// A vertical bar that sets a level from 0 to 255 by pointing and dragging. The track's top is a shade under
+/// full: full is a drag past it, which the grab of the mouse allows.
+class CSlider : public QWidget {
+    Q_OBJECT
+
+signals:
+    /// The user points at a level, the same or another.
+    void valueChanged(int value);
+
+public:
+    CSlider(eSliderLevelClr color, QWidget* parent);
+
+    void SetLevelColor(eSliderLevelClr color);
+    int Level() const { return m_nLevel; }
+    /// Shows a level without telling anyone. One beyond 0 to 255 is kept and drawn at the track's end.
+    void SetLevel(int nLevel);
+    /// The track, in widget coordinates.
+    QRect GetSliderRect() const;
+    /// Sets the level that the height `y` stands for, and tells it.
+    void UpdateValue(int y);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    bool m_bPressed = false;
+    int m_nLevel = 0;
+    QPixmap m_fillBottom;
+    QPixmap m_fillCenter;
+};

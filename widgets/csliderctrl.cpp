@@ -1,0 +1,127 @@
+#include "widgets/csliderctrl.h"
+
+#include "widgets/artwork.h"
+#include "widgets/fittingfont.h"
+
+#include <QHBoxLayout>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int Width = 54;
+
+struct Theme {
+    QColor caption;
+    const char* pMax;
+};
+
+Theme ThemeOf(eSliderLevelClr color) {
+    switch (color) {
+        case slcRed:
+            return {Qt::red, "MaxRed"};
+        case slcGreen:
+            return {Qt::green, "MaxGreen"};
+        case slcBlue:
+            return {Qt::blue, "MaxBlue"};
+        default:
+            return {QColor(100, 100, 100), "MaxGrey"};
+    }
+}
+
+}  // namespace
+
+CSliderCtrl::CSliderCtrl(eSliderLevelClr color, bool bDefault, QWidget* parent)
+    : QWidget(parent),
+      m_bDefault(bDefault),
+      m_captionPen(ThemeOf(color).caption),
+      m_max(artwork::Picture(QString(":/Corvane/Images/%1.png").arg(ThemeOf(color).pMax))),
+      m_pSlider(new CSlider(color, this)) {
+    setFixedWidth(Width);
+    connect(m_pSlider, &CSlider::valueChanged, this, &CSliderCtrl::OnSliderValueChanged);
+
+    auto* pBar = new QHBoxLayout;
+    pBar->setContentsMargins(0, 0, 0, 0);
+    pBar->addWidget(m_pSlider);
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    pLayout->setSpacing(0);
+    pLayout->addSpacing(GetMaxRect().bottom() + 10);
+    pLayout->addLayout(pBar);
+    if (m_bDefault) {
+        pLayout->addSpacing(60);
+    }
+}
+
+void CSliderCtrl::SetValue(int nValue) {
+    if (nValue == m_pSlider->Level()) {
+        return;
+    }
+    m_pSlider->SetLevel(nValue);
+    update();
+}
+
+void CSliderCtrl::SetShowPercent(bool bPercent) {
+    m_bShowPercent = bPercent;
+    update();
+}
+
+void CSliderCtrl::SetIcon(const QPixmap& icon) {
+    m_icon = icon;
+    update();
+}
+
+QRect CSliderCtrl::GetMaxRect() {
+    return {QPoint(7, 25), QPoint(45, 44)};
+}
+
+QRect CSliderCtrl::GetDefaultRect() const {
+    return {QPoint(7, height() - 50), QPoint(45, height() - 31)};
+}
+
+void CSliderCtrl::OnSliderValueChanged(int value) {
+    update();
+    emit valueChanged(value);
+}
+
+void CSliderCtrl::mousePressEvent(QMouseEvent* event) {
+    const QPoint position = event->localPos().toPoint();
+    if (GetMaxRect().contains(position)) {
+        Choose(255);
+    } else if (m_bDefault && GetDefaultRect().contains(position)) {
+        Choose(128);
+    }
+}
+
+void CSliderCtrl::Choose(int nValue) {
+    SetValue(nValue);
+    update();
+    emit valueChanged(nValue);
+}
+
+void CSliderCtrl::paintEvent(QPaintEvent*) {
+    static const QFont captionFont("Comic", 12, QFont::Bold);
+
+    // A level from the server may be anything; a caption must stay one.
+    const int nLevel = std::clamp(Value(), 0, 256);
+    QPainter painter(this);
+    painter.setPen(m_captionPen);
+    int nCaptionLeft = 0;
+    if (!m_icon.isNull()) {
+        painter.drawPixmap(0, 0, m_icon);
+        nCaptionLeft = 20;
+    }
+    const QRect captionRect(QPoint(nCaptionLeft, 0), QPoint(Width - 1, 19));
+    const QString sCaption = QString("%1").arg(m_bShowPercent ? nLevel * 100 / 255 : nLevel);
+    painter.setFont(FittingFont(captionFont, sCaption, captionRect.width()));
+    painter.drawText(captionRect, Qt::AlignCenter, sCaption);
+    painter.drawPixmap(GetMaxRect().topLeft(), m_max);
+    if (m_bDefault) {
+        painter.setFont(captionFont);
+        painter.drawPixmap(GetDefaultRect().topLeft(), m_max);
+        painter.drawText(GetDefaultRect().translated(0, 25), Qt::AlignCenter, tr("50%"));
+    }
+}
