@@ -5,9 +5,11 @@
 #include "app/cpopuptab.h"
 #include "device/messages.h"
 #include "widgets/artwork.h"
+#include "widgets/cchannelslider.h"
 #include "widgets/ccolorcircle.h"
 #include "widgets/ccolorpicker.h"
 #include "widgets/ccommandwnd.h"
+#include "widgets/channelsgrid.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 #include "widgets/cscenelistwnd.h"
@@ -61,6 +63,8 @@ void Corvane::CreatePages() {
     m_pProgramWnd->hide();
     m_pPicker = new CColorPicker(this);
     m_pPicker->hide();
+    m_pGrid = new ChannelsGrid(this);
+    m_pGrid->hide();
     m_pParams = new CParamsCtrl(m_settings, m_sServerAddress, Stores(), this);
     m_pParams->hide();
 
@@ -79,6 +83,7 @@ void Corvane::CreateConnections() {
     const CSceneList* pPrograms = ProgramList();
     const CColorCircle* pWheel = m_pPicker->Wheel();
     const CCommandWnd* pCommands = m_pPicker->Commands();
+    const CChannelSlider* pEditor = m_pGrid->Editor();
     connect(m_pTab, &CPopupTab::tabPressed, this, &Corvane::OnTabPressed);
     connect(m_pMenu, &CPopupMenu::menuChanged, this, &Corvane::OnMenuChanged);
     connect(pScenes, &CSceneList::stateChanged, this, &Corvane::OnSceneStateChanged);
@@ -97,6 +102,9 @@ void Corvane::CreateConnections() {
     connect(pCommands, &CCommandWnd::blackChanged, this, &Corvane::OnBlackChanged);
     connect(pCommands, &CCommandWnd::nextChanged, this, &Corvane::OnNextChanged);
     connect(pCommands, &CCommandWnd::pauseChanged, this, &Corvane::OnPauseChanged);
+    connect(pEditor, &CChannelSlider::off, this, &Corvane::OnChannelOff);
+    connect(pEditor, &CChannelSlider::ok, this, &Corvane::OnChannelValueChanged);
+    connect(pEditor->Control(), &CSliderCtrl::valueChanged, this, &Corvane::OnChannelValueChanged);
     connect(m_pParams, &CParamsCtrl::refresh, this, &Corvane::Refresh);
     connect(m_pParams, &CParamsCtrl::showMenu, this, &Corvane::OnShowMenu);
     connect(m_pParams, &CParamsCtrl::enableParam, this, &Corvane::OnEnableParam);
@@ -105,6 +113,7 @@ void Corvane::CreateConnections() {
     connect(pPrograms, &CSceneList::mousePressed, this, &Corvane::OnHideMenu);
     connect(pWheel, &CColorCircle::mousePressed, this, &Corvane::OnHideMenu);
     connect(pCommands, &CCommandWnd::mousePressed, this, &Corvane::OnHideMenu);
+    connect(m_pGrid, &ChannelsGrid::mousePressed, this, &Corvane::OnHideMenu);
     connect(m_pParams, &CParamsCtrl::mousePressed, this, &Corvane::OnHideMenu);
 }
 

@@ -5,7 +5,6 @@
 #include "device/dmxchan.h"
 #include "device/fragments.h"
 #include "device/scene.h"
-#include "device/universes.h"
 #include "settings/cinifile.h"
 
 #include <QColor>
@@ -20,6 +19,7 @@
 #include <string>
 
 class CColorPicker;
+class ChannelsGrid;
 class CParamsCtrl;
 class CPopupMenu;
 class CPopupTab;
@@ -104,7 +104,8 @@ public:
     void SendDmxState();
     void SendColor();
     void SendCommand();
-    /// Patterns to try a server with; each call holds the channels or, the next time, releases them.
+    /// Patterns to try a server with. Each call of the first two holds the channels or, the next time,
+    /// releases them.
     void SendUniverse();
     void SendUniverseSingleLevel();
     void SendUniverseColor();
@@ -117,7 +118,6 @@ public:
     const Color& ColorState() const { return m_color; }
     const Command& CommandState() const { return m_command; }
     const DmxChan& ChannelState() const { return m_channel; }
-    const Universes& UniverseTables() const { return m_universes; }
     const QList<Scene>& Scenes() const { return m_scenes; }
     const QList<Scene>& Programs() const { return m_programs; }
 
@@ -158,6 +158,9 @@ public slots:
     void OnBlackChanged(bool bBlack);
     void OnNextChanged(bool bNext);
     void OnPauseChanged(bool bPause);
+    /// Release the channel in the grid's editor, or hold it at a level, 0 to 255.
+    void OnChannelOff();
+    void OnChannelValueChanged(int value);
     void OnPwdStateChanged(bool bState);
     /// Offers page 0 to 3 in the menu or not; the page on screen stays.
     void OnShowMenu(int iMenu, bool bShow);
@@ -175,6 +178,7 @@ public:
     CSceneList* SceneList() const;
     CSceneList* ProgramList() const;
     CColorPicker* Picker() const { return m_pPicker; }
+    ChannelsGrid* Grid() const { return m_pGrid; }
     CParamsCtrl* Params() const { return m_pParams; }
     CPopupTab* Tab() const { return m_pTab; }
     CPopupMenu* Menu() const { return m_pMenu; }
@@ -185,8 +189,8 @@ public:
 
 public slots:
     void OnTabPressed();
-    /// Shows a page: 0 scenes, 1 programs, 2 colour, 4 parameters; 5 connects again. Leaving the parameters
-    /// locks them if the user wants them locked. Any other index shows nothing new.
+    /// Shows a page: 0 scenes, 1 programs, 2 colour, 3 channels, 4 parameters; 5 connects again. Leaving the
+    /// parameters locks them if the user wants them locked. Any other index shows nothing new.
     void OnMenuChanged(int iMenu);
     void OnHideMenu();
 
@@ -207,7 +211,6 @@ private:
     Color m_color;
     Command m_command;
     DmxChan m_channel;  ///< the last channel the server reported
-    Universes m_universes;
     QList<Scene> m_scenes;
     QList<Scene> m_programs;
     int m_iCurrentPage = 2;
@@ -229,6 +232,7 @@ private:
     CSceneListWnd* m_pSceneWnd;
     CSceneListWnd* m_pProgramWnd;
     CColorPicker* m_pPicker;
+    ChannelsGrid* m_pGrid;
     CParamsCtrl* m_pParams;
     CPopupTab* m_pTab;
     CPopupMenu* m_pMenu;

@@ -2,6 +2,7 @@
 #include "app/cpopupmenu.h"
 #include "device/messages.h"
 #include "widgets/ccolorpicker.h"
+#include "widgets/channelsgrid.h"
 
 // Customisations stay on this side and are stored whether a server is there or not.
 
@@ -129,6 +130,20 @@ void Corvane::OnPauseChanged(bool bPause) {
     SendCommand();
 }
 
+void Corvane::OnChannelOff() {
+    if (m_bConnected) {
+        SendPacket(messages::Channel({m_pGrid->SelectedChannel(), m_pGrid->CurrentUniverse(), 0, false}),
+                   true);
+    }
+}
+
+void Corvane::OnChannelValueChanged(int value) {
+    if (m_bConnected) {
+        SendPacket(messages::Channel({m_pGrid->SelectedChannel(), m_pGrid->CurrentUniverse(), value, true}),
+                   true);
+    }
+}
+
 void Corvane::OnPwdStateChanged(bool bState) {
     m_settings.pwdState = bState;
 }
@@ -138,7 +153,7 @@ void Corvane::OnShowMenu(int iMenu, bool bShow) {
         return;
     }
     m_settings.menuVisible.at(static_cast<std::size_t>(iMenu)) = bShow;
-    m_pMenu->ShowMenu(iMenu, IsOffered(iMenu));
+    m_pMenu->ShowMenu(iMenu, bShow);
 }
 
 void Corvane::OnEnableParam(int iParam, bool bEnable) {

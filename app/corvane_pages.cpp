@@ -2,6 +2,7 @@
 #include "app/cpopupmenu.h"
 #include "app/cpopuptab.h"
 #include "widgets/ccolorpicker.h"
+#include "widgets/channelsgrid.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelistwnd.h"
 
@@ -91,7 +92,7 @@ int Corvane::FirstOffered() const {
 
 /// Whether the settings let the user see page 0 to 3.
 bool Corvane::IsOffered(int iPage) const {
-    return m_settings.menuVisible.at(static_cast<std::size_t>(iPage)) && PageWidget(iPage) != nullptr;
+    return m_settings.menuVisible.at(static_cast<std::size_t>(iPage));
 }
 
 QWidget* Corvane::PageWidget(int iPage) const {
@@ -102,6 +103,8 @@ QWidget* Corvane::PageWidget(int iPage) const {
             return m_pProgramWnd;
         case 2:
             return m_pPicker;
+        case 3:
+            return m_pGrid;
         case 4:
             return m_pParams;
         default:

@@ -2,6 +2,7 @@
 #include "device/messages.h"
 #include "device/readers.h"
 #include "widgets/ccolorpicker.h"
+#include "widgets/channelsgrid.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 
@@ -187,10 +188,11 @@ void Corvane::readCommand(const JSONNode& content) {
 
 void Corvane::readDmx(const JSONNode& content) {
     readInto(content, m_channel);
+    m_pGrid->Update(m_channel);
 }
 
 void Corvane::readUniverse(const JSONNode& content) {
-    readInto(content, m_universes);
+    m_pGrid->Update(readInto(content, m_pGrid->Tables()));
 }
 
 void Corvane::readSerial(const JSONNode& content, const QString& sSender) {

@@ -1,5 +1,6 @@
 #include "app/corvane.h"
 #include "device/messages.h"
+#include "widgets/channelsgrid.h"
 #include "widgets/cparamsctrl.h"
 
 // A request's answer may come in fragments: pieces of an earlier one must not get in its way.
@@ -49,16 +50,17 @@ void Corvane::SendUniverse() {
     static bool bHold = false;
     bHold = !bHold;
     SendPacket(messages::Universe(0, 127, bHold), true);
+    m_pGrid->Update(0, 127, bHold);
 }
 
 void Corvane::SendUniverseSingleLevel() {
     static bool bHold = false;
     bHold = !bHold;
     SendPacket(messages::Channel({-1, 0, 127, bHold}), true);
+    m_pGrid->Update(0, 127, bHold);
 }
 
 void Corvane::SendUniverseColor() {
-    static bool bHold = false;
-    bHold = !bHold;
     SendPacket(messages::UniverseColor(0, 0, 100, {50, 100, 200, 0, false, false}), true);
+    m_pGrid->Update(0, 0, 100, 50, 100, 200, 0, false);
 }

@@ -1,6 +1,7 @@
 #include "app/cgetnidlg.h"
 #include "app/corvane.h"
 #include "widgets/ccolorpicker.h"
+#include "widgets/channelsgrid.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 
@@ -179,6 +180,8 @@ void Corvane::Update() {
     SceneList()->Update(m_scenes, m_settings);
     ProgramList()->Update(m_programs, m_settings);
     m_pPicker->Update(m_color, m_command);
+    m_pGrid->ReleaseChannels();
+    m_pGrid->update();
 
     static bool bFirst = true;
     if (bFirst) {

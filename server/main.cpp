@@ -38,7 +38,8 @@ void AddOptions(QCommandLineParser& parser) {
         {"address", "Listen on this address of the machine (default: all of them).", "address"},
         {"fall-back", "Listen on the fall-back port 8011 instead of 8093."},
         {"limit", "Refuse a client when this many are there (default: 8).", "clients", "8"},
-        {"fragment", "Split messages into marked fragments of this many bytes.", "bytes", "0"},
+        {"fragment", "Split longer messages into marked fragments of this many bytes (default: 1400).",
+         "bytes", "1400"},
         {"silent-after", "Answer nothing any more after this many seconds.", "seconds", "-1"},
         {"drop", "Lose this share of all answers.", "percent", "0"},
         {"delay", "Let every answer wait this long.", "ms", "0"},
@@ -53,7 +54,7 @@ RehearsalServer::Options ReadOptions(const QCommandLineParser& parser) {
     }
     options.port = parser.isSet("fall-back") ? FallBackPort : Port;
     options.maxClients = Number(parser, "limit", 0, 1000);
-    options.fragmentSize = Number(parser, "fragment", 0, 60000);
+    options.fragmentSize = Number(parser, "fragment", 1, 60000);
     options.silentAfter = Number(parser, "silent-after", -1, 86400);
     options.dropPercent = Number(parser, "drop", 0, 100);
     options.delayMs = Number(parser, "delay", 0, 60000);

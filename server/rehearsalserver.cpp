@@ -18,8 +18,6 @@ namespace {
 
 /// A client that has said nothing for this long has left without a goodbye.
 constexpr int ClientTimeoutMs = 15000;
-/// What surely fits one datagram.
-constexpr int MaxDatagram = 60000;
 
 Scene* Find(std::vector<Scene>& entries, int nId) {
     const auto entry =
@@ -152,6 +150,19 @@ void RehearsalServer::Answer(int nType, const JSONNode& content, const Client& c
             Send(client, messages::Color(m_color));
             Send(client, messages::Command(m_command));
             break;
+        case MessageType::Channel:
+            TakeChannel(content, client);
+            break;
+        case MessageType::Universe:
+            TakeUniverse(content, client);
+            break;
+        case MessageType::UniverseColor:
+            TakeRun(content, client);
+            break;
+        case MessageType::ChannelPoll:
+            m_log(client.Name() + " polls the channels");
+            SendHeldUniverses(client);
+            break;
         default:
             m_log(client.Name() + " sent type " + QString::number(nType) + ", which is not rehearsed");
             break;
@@ -205,6 +216,63 @@ void RehearsalServer::TakeCommand(const JSONNode& content, const Client& from) {
     TellOthers(from, messages::Command(m_command));
 }
 
+/// Channel -1 stands for all of the universe.
+void RehearsalServer::TakeChannel(const JSONNode& content, const Client& from) {
+    DmxChan channel;
+    readInto(content, channel);
+    m_log(from.Name() + QString(" universe %1 channel %2 level %3 %4")
+                            .arg(channel.univ)
+                            .arg(channel.chan)
+                            .arg(channel.level)
+                            .arg(OnOff(channel.state)));
+    if (channel.chan == -1) {
+        m_universes.SetAll(channel.univ, static_cast<unsigned char>(channel.level), channel.state);
+        TellOthers(from, replies::Universe(m_universes, channel.univ));
+        return;
+    }
+    m_universes.Set(channel.univ, channel.chan, channel.level, channel.state);
+    TellOthers(from, messages::Channel(channel));
+    // A remote shows what the server holds, not what it asked for.
+    Send(from, messages::Channel(channel));
+}
+
+void RehearsalServer::TakeUniverse(const JSONNode& content, const Client& from) {
+    const int nUniverse = readInto(content, m_universes);
+    m_log(from.Name() + QString(" universe %1").arg(nUniverse));
+    TellOthers(from, replies::Universe(m_universes, nUniverse));
+}
+
+void RehearsalServer::TakeRun(const JSONNode& content, const Client& from) {
+    int nUniverse = -1;
+    int nStart = -1;
+    int nCount = 0;
+    Color color;
+    readInto(content, color);
+    content.ForEachMember([&](std::string_view sName, const JSONNode& value) {
+        if (sName == "universe") {
+            nUniverse = value.AsInt();
+        } else if (sName == "chan") {
+            nStart = value.AsInt();
+        } else if (sName == "number") {
+            nCount = value.AsInt();
+        }
+    });
+    m_log(
+        from.Name() +
+        QString(" universe %1 color on %2 fixtures from channel %3").arg(nUniverse).arg(nCount).arg(nStart));
+    m_universes.SetRun(nUniverse, nStart, nCount, color);
+    TellOthers(from, replies::Universe(m_universes, nUniverse));
+}
+
+void RehearsalServer::SendHeldUniverses(const Client& to) {
+    for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
+        const bool* const pStates = &m_universes.states.at(Universes::At(nUniverse, 0));
+        if (std::find(pStates, pStates + Universes::Channels, true) != pStates + Universes::Channels) {
+            Send(to, replies::Universe(m_universes, nUniverse));
+        }
+    }
+}
+
 RehearsalServer::Client* RehearsalServer::Admit(const QHostAddress& address, quint16 port) {
     const auto gone = [](const Client& client) { return client.lastHeard.hasExpired(ClientTimeoutMs); };
     m_clients.erase(std::remove_if(m_clients.begin(), m_clients.end(), gone), m_clients.end());
@@ -236,12 +304,12 @@ void RehearsalServer::TellOthers(const Client& from, const std::string& sText) {
 }
 
 void RehearsalServer::Send(const Client& to, const std::string& sText) {
-    const int nLimit = m_options.fragmentSize > 0 ? m_options.fragmentSize : MaxDatagram;
-    if (sText.size() <= static_cast<std::size_t>(nLimit)) {
+    const auto nLimit = static_cast<std::size_t>(m_options.fragmentSize);
+    if (sText.size() <= nLimit) {
         SendDatagram(to, sText);
         return;
     }
-    for (const std::string& sPiece : replies::Split(sText, static_cast<std::size_t>(nLimit))) {
+    for (const std::string& sPiece : replies::Split(sText, nLimit)) {
         SendDatagram(to, sPiece);
     }
 }

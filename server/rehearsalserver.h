@@ -3,6 +3,7 @@
 #include "device/color.h"
 #include "device/command.h"
 #include "device/jsonnode.h"
+#include "device/universes.h"
 #include "server/show.h"
 
 #include <QElapsedTimer>
@@ -25,10 +26,10 @@ public:
         QHostAddress address{QHostAddress::AnyIPv4};
         quint16 port = 8093;
         int maxClients = 8;
-        int fragmentSize = 0;  ///< bytes a datagram; 0 splits only what would not fit one
-        int silentAfter = -1;  ///< seconds until it answers no more; -1 never
-        int dropPercent = 0;   ///< how many of its datagrams get lost
-        int delayMs = 0;       ///< how late each of them leaves
+        int fragmentSize = 1400;  ///< longer messages leave in marked pieces of so many bytes
+        int silentAfter = -1;     ///< seconds until it answers no more; -1 never
+        int dropPercent = 0;      ///< how many of its datagrams get lost
+        int delayMs = 0;          ///< how late each of them leaves
     };
     using Log = std::function<void(const QString&)>;
 
@@ -57,6 +58,10 @@ private:
     void SwitchScene(const Scene& change, const Client& from);
     void SwitchProgram(const Scene& change, const Client& from);
     void TakeCommand(const JSONNode& content, const Client& from);
+    void TakeChannel(const JSONNode& content, const Client& from);
+    void TakeUniverse(const JSONNode& content, const Client& from);
+    void TakeRun(const JSONNode& content, const Client& from);
+    void SendHeldUniverses(const Client& to);
     /// The client of an address; a new one while there is room, else null.
     Client* Admit(const QHostAddress& address, quint16 port);
     void Forget(const Client& client);
@@ -72,6 +77,7 @@ private:
     QUdpSocket* m_pBroadcasts;  ///< hears what is sent to everyone when m_pSocket has an address of its own
     QElapsedTimer m_upTime;
     std::vector<Client> m_clients;
+    Universes m_universes;
     Color m_color;
     Command m_command{false, false, false, false, false, 100, 50};
 };

@@ -2,6 +2,7 @@
 
 #include "device/color.h"
 #include "device/command.h"
+#include "device/universes.h"
 #include "server/show.h"
 
 #include <string>
@@ -17,6 +18,9 @@ std::string State(const Show& show, const Color& color, const Command& command);
 
 /// Which scenes and programs run.
 std::string SceneStates(const Show& show);
+
+/// The held channels of one universe, all others being released; none for a universe that is none.
+std::string Universe(const Universes& universes, int nUniverse);
 
 /// Splits a text into pieces of `nSize` bytes, each with the marker of a fragment at its end.
 std::vector<std::string> Split(const std::string& sText, std::size_t nSize);

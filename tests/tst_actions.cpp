@@ -3,9 +3,11 @@
 #include "app/cpopuptab.h"
 #include "tests/peer.h"
 #include "tests/support.h"
+#include "widgets/cchannelslider.h"
 #include "widgets/ccolorcircle.h"
 #include "widgets/ccolorpicker.h"
 #include "widgets/ccommandwnd.h"
+#include "widgets/channelsgrid.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 #include "widgets/csliderctrl.h"
@@ -77,6 +79,7 @@ private slots:
         CSceneList* pScenes = m_pWindow->SceneList();
         CSceneList* pPrograms = m_pWindow->ProgramList();
         CColorPicker* pPicker = m_pWindow->Picker();
+        ChannelsGrid* pGrid = m_pWindow->Grid();
         CParamsCtrl* pParams = m_pWindow->Params();
         emit m_pWindow->Tab()->tabPressed();
         QVERIFY(m_pWindow->Menu()->isVisible());
@@ -102,6 +105,14 @@ private slots:
         QVERIFY(Next(11).contains("bo:true,next:true,prev:false,white:false,hold:false"));
         emit pPicker->Commands()->pauseChanged(true);
         QVERIFY(Next(11).contains("bo:true,next:false,prev:false,white:false,hold:true"));
+        CChannelSlider* pEditor = pGrid->Editor();
+        pEditor->Edit(34, 0);
+        emit pEditor->Control()->valueChanged(9);
+        QCOMPARE(Next(12), QString("{typ:12,content:{chan:33,univ:0,level:9,s:true}}"));
+        emit pEditor->ok(10);
+        QCOMPARE(Next(12), QString("{typ:12,content:{chan:33,univ:0,level:10,s:true}}"));
+        emit pEditor->off();
+        QCOMPARE(Next(12), QString("{typ:12,content:{chan:33,univ:0,level:0,s:false}}"));
         emit pParams->refresh();
         QVERIFY(!m_pWindow->IsAnswered());
         QTRY_VERIFY(m_pWindow->IsAnswered());
@@ -111,10 +122,12 @@ private slots:
         emit pParams->enableParam(2, false);
         QVERIFY(!Next(6).isEmpty());
         emit pParams->pwdStateChanged(true);
-        const std::function<void()> presses[] = {
-            [&] { emit pScenes->mousePressed(); }, [&] { emit pPrograms->mousePressed(); },
-            [&] { emit pPicker->Wheel()->mousePressed(); }, [&] { emit pPicker->Commands()->mousePressed(); },
-            [&] { emit pParams->mousePressed(); }};
+        const std::function<void()> presses[] = {[&] { emit pScenes->mousePressed(); },
+                                                 [&] { emit pPrograms->mousePressed(); },
+                                                 [&] { emit pPicker->Wheel()->mousePressed(); },
+                                                 [&] { emit pPicker->Commands()->mousePressed(); },
+                                                 [&] { emit pGrid->mousePressed(); },
+                                                 [&] { emit pParams->mousePressed(); }};
         for (const auto& press : presses) {
             m_pWindow->ShowPopupMenu();
             press();
@@ -180,6 +193,8 @@ private slots:
         m_pWindow->OnBlackChanged(true);
         m_pWindow->OnNextChanged(true);
         m_pWindow->OnPauseChanged(true);
+        m_pWindow->OnChannelValueChanged(1);
+        m_pWindow->OnChannelOff();
         QTest::qWait(100);
         QCOMPARE(m_pPeer->Count(-1), nBefore);
         const Color& color = m_pWindow->ColorState();

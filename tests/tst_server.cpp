@@ -1,9 +1,11 @@
 #include "app/corvane.h"
 #include "server/rehearsalserver.h"
 #include "tests/support.h"
+#include "widgets/cchannelslider.h"
 #include "widgets/ccolorcircle.h"
 #include "widgets/ccolorpicker.h"
 #include "widgets/ccommandwnd.h"
+#include "widgets/channelsgrid.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 #include "widgets/csliderctrl.h"
@@ -243,6 +245,37 @@ private slots:
         QTRY_VERIFY(first->Picker()->Commands()->IsOn(CCommandWnd::Black));
         emit first->Picker()->Dimmer()->valueChanged(128);
         QTRY_COMPARE(second->Picker()->Dimmer()->Value(), 128);
+    }
+
+    /// The user's channel 1 is the server's first channel, and its answer lands in the same cell.
+    void channels() {
+        Server server({});
+        const auto first = OpenRemote("10.77.0.2");
+        const auto second = OpenRemote("10.77.0.3");
+        QTRY_VERIFY(first->IsAnswered() && second->IsAnswered());
+        first->OnMenuChanged(3);
+        first->show();
+        ChannelsGrid* pGrid = first->Grid();
+        QTest::mouseClick(pGrid, Qt::LeftButton, {}, pGrid->CellRect(0).center());
+        QCOMPARE(pGrid->Editor()->Channel(), 1);
+        QTest::mouseClick(pGrid->Editor()->Control()->Slider(), Qt::LeftButton, {}, QPoint(5, 0));
+        QTRY_VERIFY(server.log.contains("universe 0 channel 0 level 255 on"));
+        QTRY_VERIFY(first->ChannelState().level == 255 && first->ChannelState().chan == 0);
+        QVERIFY(pGrid->Tables().states[0]);  // shown by the answer, before the editor is closed
+        QTRY_VERIFY(second->Grid()->Tables().states[0] && second->Grid()->Tables().levels[0] == 255);
+        emit pGrid->Editor()->off();
+        QTRY_VERIFY(!second->Grid()->Tables().states[0]);
+        // Whole universes and runs, in fragments; a poll brings what is held.
+        first->SendUniverse();
+        QTRY_VERIFY(second->Grid()->Tables().states[511] && second->Grid()->Tables().levels[511] == 127);
+        first->SendUniverseSingleLevel();
+        first->SendUniverseSingleLevel();
+        QTRY_VERIFY(!second->Grid()->Tables().states[0]);
+        first->SendUniverseColor();
+        QTRY_VERIFY(second->Grid()->Tables().levels[299] == 200 && !second->Grid()->Tables().states[300]);
+        first->Grid()->ReleaseChannels();
+        first->SendDmxState();
+        QTRY_VERIFY(first->Grid()->Tables().levels[1] == 100 && first->Grid()->Tables().states[298]);
     }
 
     void clients() {

@@ -1,0 +1,34 @@
+#include "device/universes.h"
+
+#include <algorithm>
+
+void Universes::Set(int nUniverse, int nChannel, int nLevel, bool bState) {
+    if (HasUniverse(nUniverse) && HasChannel(nChannel)) {
+        levels[At(nUniverse, nChannel)] = static_cast<unsigned char>(nLevel);
+        states[At(nUniverse, nChannel)] = bState;
+    }
+}
+
+void Universes::SetAll(int nUniverse, unsigned char ucLevel, bool bState) {
+    if (HasUniverse(nUniverse)) {
+        const unsigned char ucShown = bState ? ucLevel : static_cast<unsigned char>(0);
+        std::fill_n(&levels[At(nUniverse, 0)], Channels, ucShown);
+        std::fill_n(&states[At(nUniverse, 0)], Channels, bState);
+    }
+}
+
+void Universes::SetRun(int nUniverse, int nStart, int nCount, const Color& color) {
+    if (!HasUniverse(nUniverse) || !HasChannel(nStart)) {
+        return;
+    }
+    const int nWidth = color.rgbw ? 4 : 3;
+    const int nLimit = Channels - nWidth;
+    for (int nChannel = nStart; nCount > 0 && nChannel < nLimit; nChannel += nWidth, --nCount) {
+        Set(nUniverse, nChannel, color.r, true);
+        Set(nUniverse, nChannel + 1, color.g, true);
+        Set(nUniverse, nChannel + 2, color.b, true);
+        if (color.rgbw) {
+            Set(nUniverse, nChannel + 3, color.w, true);
+        }
+    }
+}

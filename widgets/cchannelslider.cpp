@@ -1,0 +1,59 @@
+#include "widgets/cchannelslider.h"
+
+#include "widgets/artwork.h"
+#include "widgets/csliderctrl.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+CChannelSlider::CChannelSlider(QWidget* parent)
+    : QWidget(parent), m_pControl(new CSliderCtrl(slcBlue, false, this)) {
+    m_pControl->SetShowPercent(false);
+    auto* pOk = new QPushButton(tr("OK"));
+    auto* pOff = new QPushButton(tr("Off"));
+    connect(pOk, &QPushButton::pressed, this, &CChannelSlider::OnSliderOk);
+    connect(pOff, &QPushButton::pressed, this, &CChannelSlider::OnSliderOff);
+
+    auto* pBar = new QHBoxLayout;
+    pBar->setContentsMargins(0, 0, 0, 0);
+    pBar->addWidget(m_pControl);
+    auto* pColumn = new QVBoxLayout;
+    pColumn->setContentsMargins(0, 0, 0, 0);
+    pColumn->addSpacing(10);
+    pColumn->addLayout(pBar);
+    pColumn->addSpacing(10);
+    pColumn->addWidget(pOk);
+    pColumn->addWidget(pOff);
+    auto* pLayout = new QHBoxLayout(this);
+    pLayout->addLayout(pColumn);
+}
+
+void CChannelSlider::Edit(int nChannel, int nLevel) {
+    m_nChannel = nChannel;
+    setAccessibleName(tr("Channel %1").arg(nChannel));
+    m_pControl->SetValue(nLevel);
+    update();
+}
+
+void CChannelSlider::OnSliderOk() {
+    emit ok(m_pControl->Value());
+}
+
+void CChannelSlider::OnSliderOff() {
+    emit off();
+}
+
+void CChannelSlider::paintEvent(QPaintEvent*) {
+    static const QPixmap backPicture = artwork::Picture(":/Corvane/Images/MenuBack.png");
+    static const QFont channelFont("Arial", 12, QFont::Bold);
+    QPainter painter(this);
+    painter.drawPixmap(rect(), backPicture);
+    painter.setPen(QColor(60, 60, 60));
+    painter.drawRect(QRect(QPoint(0, 0), QPoint(width() - 2, height() - 2)));
+    painter.setFont(channelFont);
+    painter.setPen(Qt::red);
+    painter.drawText(QRect(QPoint(6, 6), QPoint(width() - 1, height() - 1)), Qt::AlignLeft | Qt::AlignTop,
+                     QString("#%1").arg(m_nChannel));
+}

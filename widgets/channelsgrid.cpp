@@ -1,0 +1,178 @@
+#include "widgets/channelsgrid.h"
+
+#include "device/dmxchan.h"
+#include "widgets/artwork.h"
+#include "widgets/cchannelslider.h"
+#include "widgets/csliderctrl.h"
+#include "widgets/fittingfont.h"
+
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+
+ChannelsGrid::ChannelsGrid(QWidget* parent) : QWidget(parent), m_pEditor(new CChannelSlider(this)) {
+    setAccessibleName(tr("Channels"));
+    connect(m_pEditor, &CChannelSlider::ok, this, &ChannelsGrid::OnSliderOk);
+    connect(m_pEditor, &CChannelSlider::off, this, &ChannelsGrid::OnSliderOff);
+    m_pEditor->hide();
+}
+
+void ChannelsGrid::UpdateRects() {
+    const int nW = width();
+    const int nGroup = (nW - 140) / 2;
+    m_univLessRect = QRect(QPoint(nGroup + 10, 10), QPoint(nGroup + 41, 41));
+    m_univBoxRect = QRect(QPoint(nGroup + 42, 10), QPoint(nGroup + 97, 41));
+    m_univPlusRect = QRect(QPoint(nW - 43 - nGroup, 10), QPoint(nW - 12 - nGroup, 41));
+    m_leftRect = QRect(QPoint(10, 10), QPoint(41, 41));
+    m_rightRect = QRect(QPoint(nW - 43, 10), QPoint(nW - 12, 41));
+    const QSize cell(nW / Columns, (height() - 52) / Rows);
+    for (int i = 0; i < Cells; ++i) {
+        const QPoint corner(1 + i % Columns * cell.width(), 53 + i / Columns * cell.height());
+        m_cells.at(static_cast<std::size_t>(i)) = QRect(corner, cell);
+    }
+}
+
+void ChannelsGrid::Update(int nUniverse) {
+    if (nUniverse == m_nUniverse) {
+        update();
+    }
+}
+
+void ChannelsGrid::Update(const DmxChan& channel) {
+    m_universes.Set(channel.univ, channel.chan, channel.level, channel.state);
+    Update(channel.univ);
+}
+
+void ChannelsGrid::Update(int nUniverse, unsigned char ucLevel, bool bState) {
+    m_universes.SetAll(nUniverse, ucLevel, bState);
+    Update(nUniverse);
+}
+
+void ChannelsGrid::Update(int nUniverse, int nStart, int nCount, unsigned char ucR, unsigned char ucG,
+                          unsigned char ucB, unsigned char ucW, bool bRgbw) {
+    m_universes.SetRun(nUniverse, nStart, nCount, Color{ucR, ucG, ucB, ucW, bRgbw, true});
+    Update(nUniverse);
+}
+
+void ChannelsGrid::ReleaseChannels() {
+    m_universes = Universes();
+}
+
+int ChannelsGrid::SelectedChannel() const {
+    return IndexOf(m_pEditor->Channel());
+}
+
+void ChannelsGrid::OnSliderOk(int) {
+    CloseEditor(true);
+}
+
+/// The level stays while the channel is off.
+void ChannelsGrid::OnSliderOff() {
+    CloseEditor(false);
+}
+
+void ChannelsGrid::CloseEditor(bool bState) {
+    m_universes.Set(m_nUniverse, SelectedChannel(), m_pEditor->Control()->Value(), bState);
+    m_pEditor->hide();
+    update();
+}
+
+void ChannelsGrid::mousePressEvent(QMouseEvent* event) {
+    emit mousePressed();
+    if (m_pEditor->isVisible()) {
+        return;
+    }
+    const QPoint position = event->localPos().toPoint();
+    for (int i = 0; i < Cells; ++i) {
+        if (CellRect(i).contains(position)) {
+            OpenEditor(i);
+            return;
+        }
+    }
+    PressBar(position);
+}
+
+/// Pages and universes go round.
+void ChannelsGrid::PressBar(const QPoint& position) {
+    if (m_leftRect.contains(position)) {
+        m_nFirstChannel = m_nFirstChannel < 2 ? Universes::Channels - Cells + 1 : m_nFirstChannel - Cells;
+    } else if (m_rightRect.contains(position)) {
+        m_nFirstChannel = m_nFirstChannel > Universes::Channels - Cells ? 1 : m_nFirstChannel + Cells;
+    } else if (m_univLessRect.contains(position)) {
+        m_nUniverse = m_nUniverse < 1 ? Universes::Count - 1 : m_nUniverse - 1;
+    } else if (m_univPlusRect.contains(position)) {
+        m_nUniverse = m_nUniverse > Universes::Count - 2 ? 0 : m_nUniverse + 1;
+    } else {
+        return;
+    }
+    update();
+}
+
+void ChannelsGrid::OpenEditor(int iCell) {
+    const int nNumber = m_nFirstChannel + iCell;
+    m_pEditor->Edit(nNumber, m_universes.levels.at(Universes::At(m_nUniverse, IndexOf(nNumber))));
+    m_pEditor->setGeometry(QRect(QPoint(width() / 2 - 50, height() / 2 - 200), QSize(100, 400)));
+    m_pEditor->show();
+}
+
+void ChannelsGrid::paintEvent(QPaintEvent* event) {
+    static const QPixmap left = artwork::Picture(":/Corvane/Images/Left.png");
+    static const QPixmap right = artwork::Picture(":/Corvane/Images/Right.png");
+    static const QPixmap less = artwork::Picture(":/Corvane/Images/Less.png");
+    static const QPixmap plus = artwork::Picture(":/Corvane/Images/Plus.png");
+    static const QPixmap univBox = artwork::Picture(":/Corvane/Images/UnivBox.png");
+    static const QFont universeFont("Arial", 10, QFont::Bold);
+
+    QPainter painter(this);
+    painter.drawPixmap(m_leftRect.topLeft(), left);
+    painter.drawPixmap(m_univLessRect.topLeft(), less);
+    painter.drawPixmap(m_univBoxRect.topLeft(), univBox);
+    painter.drawPixmap(m_univPlusRect.topLeft(), plus);
+    painter.drawPixmap(m_rightRect.topLeft(), right);
+    painter.setFont(universeFont);
+    painter.setPen(Qt::white);
+    painter.drawText(m_univBoxRect.adjusted(20, 0, 0, 0), Qt::AlignCenter,
+                     QString("%1").arg(m_nUniverse + 1));
+    for (int i = 0; i < Cells; ++i) {
+        // A cell's outline reaches one pixel beyond it.
+        if (event->region().intersects(CellRect(i).adjusted(0, 0, 1, 1))) {
+            PaintCell(painter, i);
+        }
+    }
+}
+
+void ChannelsGrid::PaintCell(QPainter& painter, int iCell) const {
+    static const QPen outlinePen(QColor(160, 160, 160));
+    static const QPen levelPen(QColor(80, 80, 80));
+    static const QColor heldColor(100, 160, 255);
+    static const QColor releasedColor(200, 200, 200);
+    static const QFont levelFont("Arial", 16, QFont::Bold);
+    static const QFont channelFont("Arial", 12, QFont::Bold);
+
+    const QRect cell = CellRect(iCell);
+    const int nNumber = m_nFirstChannel + iCell;
+    const std::size_t at = Universes::At(m_nUniverse, IndexOf(nNumber));
+    const int nLevel = m_universes.levels.at(at);
+    const bool bHeld = m_universes.states.at(at);
+
+    painter.setPen(outlinePen);
+    painter.drawRect(cell);
+    const int nBar = nLevel * cell.height() / 255;
+    const QRect bar(QPoint(cell.left() + 1, cell.bottom() + 2 - nBar), cell.bottomRight());
+    if (bar.isValid()) {
+        painter.fillRect(bar, bHeld ? heldColor : releasedColor);
+    }
+    const QString sLevel = bHeld ? QString("%1").arg(nLevel) : tr("Off");
+    const QRect levelRect = cell.adjusted(0, 0, -6, -4);
+    painter.setFont(FittingFont(levelFont, sLevel, levelRect.width()));
+    painter.setPen(levelPen);
+    painter.drawText(levelRect, Qt::AlignRight | Qt::AlignBottom, sLevel);
+    painter.setFont(channelFont);
+    painter.setPen(Qt::red);
+    painter.drawText(cell.adjusted(6, 6, 0, 0), Qt::AlignLeft | Qt::AlignTop, QString("#%1").arg(nNumber));
+}
+
+void ChannelsGrid::resizeEvent(QResizeEvent*) {
+    UpdateRects();
+    update();
+}

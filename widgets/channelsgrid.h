@@ -1,0 +1,88 @@
+#pragma once
+
+#include "device/universes.h"
+
+#include <QRect>
+#include <QWidget>
+
+#include <array>
+
+class CChannelSlider;
+class QPainter;
+struct DmxChan;
+
+/// The channels page: 32 channels of one universe at a time, each with its level or "Off". A press on one
+/// opens its editor, and until that closes the grid ignores presses.
+///
+/// It holds the levels and hold flags of all universes. What the server reports is shown and told to no one.
+class ChannelsGrid : public QWidget {
+    Q_OBJECT
+
+signals:
+    /// Any press, before anything else happens.
+    void mousePressed();
+
+public:
+    static constexpr int Rows = 4;
+    static constexpr int Columns = 8;
+    static constexpr int Cells = Rows * Columns;
+
+    explicit ChannelsGrid(QWidget* parent);
+
+    /// Lays everything out over the widget's size.
+    void UpdateRects();
+    /// Repaints if that universe is on screen.
+    void Update(int nUniverse);
+    void Update(const DmxChan& channel);
+    /// Holds a whole universe at a level, or releases it.
+    void Update(int nUniverse, unsigned char ucLevel, bool bState);
+    /// Puts a colour on a run of fixtures from channel index `nStart` on.
+    void Update(int nUniverse, int nStart, int nCount, unsigned char ucR, unsigned char ucG,
+                unsigned char ucB, unsigned char ucW, bool bRgbw);
+    /// Zeroes and releases every channel, without repainting.
+    void ReleaseChannels();
+
+    /// For the reader of universe messages, which fills them in place and then calls Update().
+    Universes& Tables() { return m_universes; }
+
+    int CurrentUniverse() const { return m_nUniverse; }
+    int FirstChannel() const { return m_nFirstChannel; }
+    /// Index, 0 to 511, of the channel in the editor: what messages call it.
+    int SelectedChannel() const;
+    CChannelSlider* Editor() const { return m_pEditor; }
+
+    QRect UnivLessRect() const { return m_univLessRect; }
+    QRect UnivPlusRect() const { return m_univPlusRect; }
+    QRect LeftRect() const { return m_leftRect; }
+    QRect RightRect() const { return m_rightRect; }
+    QRect CellRect(int iCell) const { return m_cells.at(static_cast<std::size_t>(iCell)); }
+
+public slots:
+    void OnSliderOk(int nLevel);
+    void OnSliderOff();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    /// Users count channels from 1, tables and messages from 0.
+    static constexpr int IndexOf(int nNumber) { return nNumber - 1; }
+
+    void PressBar(const QPoint& position);
+    void OpenEditor(int iCell);
+    void CloseEditor(bool bState);
+    void PaintCell(QPainter& painter, int iCell) const;
+
+    int m_nUniverse = 0;
+    int m_nFirstChannel = 1;  ///< number of the first cell's channel
+    QRect m_univLessRect;
+    QRect m_univPlusRect;
+    QRect m_leftRect;
+    QRect m_rightRect;
+    QRect m_univBoxRect;
+    Universes m_universes;
+    std::array<QRect, Cells> m_cells;
+    CChannelSlider* m_pEditor;
+};
