@@ -40,7 +40,7 @@ private:
 QPalette LightPalette() {
     const QColor page(242, 243, 245);
     const QColor ink(47, 52, 60);
-    const QColor faded(140, 147, 158);
+    const QColor faded(96, 102, 112);
     QPalette palette(page);
     palette.setColor(QPalette::Window, page);
     palette.setColor(QPalette::Button, QColor(230, 233, 238));

@@ -50,3 +50,31 @@ function(corvane_artwork out pictures)
     set(${out} ${target}/corvane.qrc PARENT_SCOPE)
     set(${pictures} ${rendered} PARENT_SCOPE)
 endfunction()
+
+# Renders the application's icon for desktops, 16 to 256 pixels, and has it installed beside the drawing itself.
+function(corvane_application_icons)
+    set(drawing ${CMAKE_SOURCE_DIR}/resources/artwork/AppIcon.svg)
+    set(icons)
+    foreach(size 16 22 24 32 48 64 128 256)
+        set(icon ${CMAKE_BINARY_DIR}/icons/${size}x${size}/corvane.png)
+        add_custom_command(
+            OUTPUT ${icon}
+            COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/icons/${size}x${size}
+            COMMAND ${RSVG_CONVERT} --width ${size} --height ${size} -o ${icon} ${drawing}
+            DEPENDS ${drawing}
+            VERBATIM)
+        list(APPEND icons ${icon})
+        install(FILES ${icon} DESTINATION share/icons/hicolor/${size}x${size}/apps)
+    endforeach()
+    add_custom_target(application-icons ALL DEPENDS ${icons})
+    install(FILES ${drawing} DESTINATION share/icons/hicolor/scalable/apps RENAME corvane.svg)
+endfunction()
+
+# `cmake --build build --target contact-sheet`: every picture with its name, to look at.
+function(corvane_contact_sheet)
+    add_custom_target(contact-sheet
+        COMMAND ${CMAKE_SOURCE_DIR}/scripts/contact-sheet ${CMAKE_BINARY_DIR}/artwork
+            ${CMAKE_BINARY_DIR}/contact-sheet.png
+        DEPENDS ${ARGN}
+        VERBATIM)
+endfunction()

@@ -4,16 +4,18 @@
 #
 #   enter_stage "$@"   runs the calling script again inside; returns there, with $room for files
 #   build=FOLDER       where the programs are (default: build)
+#   scale=FACTOR       density of the display (default: 1); places stay in logical pixels
 
 build=${build:-build}
+scale=${scale:-1}
 
 enter_stage() {
     if [ -z "${CORVANE_STAGE:-}" ]; then
-        CORVANE_STAGE=1 exec scripts/private-network xvfb-run -a -s '-screen 0 1024x768x24' "$0" "$@"
+        CORVANE_STAGE=1 exec scripts/private-network xvfb-run -a -s "-screen 0 $((1024 * scale))x$((768 * scale))x24" "$0" "$@"
     fi
     room=$(mktemp -d)
     started=()
-    export XDG_RUNTIME_DIR=$room QT_QPA_PLATFORM=xcb
+    export XDG_RUNTIME_DIR=$room QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=$scale
     trap 'kill "${started[@]}" 2>/dev/null; wait; rm -rf "$room"' EXIT
     # A copy, so that its settings file lies in the room and not beside the built program.
     cp "$build/corvane" "$room/"
@@ -51,12 +53,13 @@ find_window() {
     local candidate
     for candidate in $(xdotool search --onlyvisible --class corvane 2>/dev/null); do
         window=$candidate
-        xdotool getwindowgeometry "$window" 2>/dev/null | grep -q "Geometry: $1x" && return 0
+        xdotool getwindowgeometry "$window" 2>/dev/null | grep -q "Geometry: $(($1 * scale))x" && return 0
     done
     return 1
 }
 
-# Starts the remote, accepts the first interface, waits for the server's state.
+# Starts the remote, accepts the first interface, waits for the server's state. The dialog's picture goes to the file
+# $dialog_picture, if that is set.
 start_remote() {
     local asked
     asked=$(log_count 'asks for the state')
@@ -65,6 +68,7 @@ start_remote() {
     started+=("$remote")
     wait_for 'the interface dialog' find_window 200
     xdotool windowfocus --sync "$window"
+    [ -z "${dialog_picture:-}" ] || { sleep 0.3; picture "$dialog_picture"; }
     xdotool key Return
     wait_for 'the window' find_window 820
     wait_for 'the state' logged_more_than 'asks for the state' "$asked"
@@ -80,9 +84,12 @@ quit_remote() {
 
 # press X Y [BUTTON]: a click at a place in the window.
 press() {
-    xdotool mousemove --sync --window "$window" "$1" "$2" click "${3:-1}"
+    point "$1" "$2"
+    xdotool click "${3:-1}"
     sleep 0.3
 }
+
+point() { xdotool mousemove --window "$window" $(($1 * scale)) $(($2 * scale)); }
 
 open_menu() { press 64 507; }
 
@@ -95,4 +102,9 @@ choose() {
 # picture FILE [WIDTHxHEIGHT+X+Y]: what the window, or a part of it, shows.
 picture() {
     import -window "$window" ${2:+-crop "$2"} +repage "$1"
+}
+
+# screen_picture FILE: the same with the menus that lie over the window.
+screen_picture() {
+    import -window root -crop "$((820 * scale))x$((600 * scale))+0+0" +repage "$1"
 }

@@ -26,12 +26,20 @@ QPixmap Load(const QString& sPath) {
     return QPixmap(sPath);
 }
 
+QHash<QString, QPixmap>& Pictures() {
+    static QHash<QString, QPixmap> pictures;
+    return pictures;
+}
+
 }  // namespace
 
 QPixmap Picture(const QString& sPath) {
-    static QHash<QString, QPixmap> pictures;
-    const auto known = pictures.constFind(sPath);
-    return known != pictures.constEnd() ? *known : *pictures.insert(sPath, Load(sPath));
+    const auto known = Pictures().constFind(sPath);
+    return known != Pictures().constEnd() ? *known : *Pictures().insert(sPath, Load(sPath));
+}
+
+QStringList Asked() {
+    return Pictures().keys();
 }
 
 QIcon Icon(const QString& sPath) {

@@ -2,6 +2,7 @@
 
 #include "widgets/artwork.h"
 #include "widgets/csliderctrl.h"
+#include "widgets/fonts.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
@@ -47,7 +48,7 @@ void CChannelSlider::OnSliderOff() {
 
 void CChannelSlider::paintEvent(QPaintEvent*) {
     static const QPixmap backPicture = artwork::Picture(":/Corvane/Images/MenuBack.png");
-    static const QFont channelFont("Arial", 12, QFont::Bold);
+    static const QFont channelFont = fonts::Bold("Arial", 12);
     QPainter painter(this);
     painter.drawPixmap(rect(), backPicture);
     painter.setPen(QColor(60, 60, 60));

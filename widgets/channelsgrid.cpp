@@ -4,7 +4,7 @@
 #include "widgets/artwork.h"
 #include "widgets/cchannelslider.h"
 #include "widgets/csliderctrl.h"
-#include "widgets/fittingfont.h"
+#include "widgets/fonts.h"
 
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -121,7 +121,7 @@ void ChannelsGrid::paintEvent(QPaintEvent* event) {
     static const QPixmap less = artwork::Picture(":/Corvane/Images/Less.png");
     static const QPixmap plus = artwork::Picture(":/Corvane/Images/Plus.png");
     static const QPixmap univBox = artwork::Picture(":/Corvane/Images/UnivBox.png");
-    static const QFont universeFont("Arial", 10, QFont::Bold);
+    static const QFont universeFont = fonts::Bold("Arial", 10);
 
     QPainter painter(this);
     painter.drawPixmap(m_leftRect.topLeft(), left);
@@ -146,8 +146,8 @@ void ChannelsGrid::PaintCell(QPainter& painter, int iCell) const {
     static const QPen levelPen(QColor(80, 80, 80));
     static const QColor heldColor(100, 160, 255);
     static const QColor releasedColor(200, 200, 200);
-    static const QFont levelFont("Arial", 16, QFont::Bold);
-    static const QFont channelFont("Arial", 12, QFont::Bold);
+    static const QFont levelFont = fonts::Bold("Arial", 16);
+    static const QFont channelFont = fonts::Bold("Arial", 12);
 
     const QRect cell = CellRect(iCell);
     const int nNumber = m_nFirstChannel + iCell;
@@ -164,7 +164,7 @@ void ChannelsGrid::PaintCell(QPainter& painter, int iCell) const {
     }
     const QString sLevel = bHeld ? QString("%1").arg(nLevel) : tr("Off");
     const QRect levelRect = cell.adjusted(0, 0, -6, -4);
-    painter.setFont(FittingFont(levelFont, sLevel, levelRect.width()));
+    painter.setFont(fonts::Fitting(levelFont, sLevel, levelRect.width()));
     painter.setPen(levelPen);
     painter.drawText(levelRect, Qt::AlignRight | Qt::AlignBottom, sLevel);
     painter.setFont(channelFont);

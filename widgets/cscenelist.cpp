@@ -2,7 +2,7 @@
 
 #include "settings/cinifile.h"
 #include "widgets/artwork.h"
-#include "widgets/fittingfont.h"
+#include "widgets/fonts.h"
 #include "widgets/iconcatalogue.h"
 
 #include <QAction>
@@ -197,9 +197,9 @@ void CSceneList::PaintItem(QPainter& painter, const SceneItem& item) const {
     static const QPen selectedPen(Qt::white);
     static const QColor sceneColor(100, 160, 255);
     static const QColor programColor(Qt::green);
-    static const QFont nameFont("Arial", 14, QFont::Bold);
+    static const QFont nameFont = fonts::Bold("Arial", 14);
     static const QFontMetrics nameMetrics(nameFont);
-    static const QFont idFont("Comic", 12, QFont::Bold);
+    static const QFont idFont = fonts::Bold("Comic", 12);
     static const QPixmap checkBox = artwork::Picture(":/Corvane/Images/CheckBox.png");
     static const QPixmap checkBoxSel = artwork::Picture(":/Corvane/Images/CheckBoxSel.png");
 
@@ -225,7 +225,7 @@ void CSceneList::PaintItem(QPainter& painter, const SceneItem& item) const {
         item.group < 0 ? tr("#%1").arg(item.id) : tr("#%1.%2").arg(item.group + 1).arg(item.id);
     painter.setPen(item.state ? selectedPen : QPen(onColor));
     const QRect idRect(bottomRight - QPoint(40, 21), bottomRight - QPoint(1, 2));
-    painter.setFont(FittingFont(idFont, sId, idRect.width()));
+    painter.setFont(fonts::Fitting(idFont, sId, idRect.width()));
     painter.drawText(idRect, Qt::AlignCenter, sId);
 
     PaintIcon(painter, item);

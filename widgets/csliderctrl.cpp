@@ -1,7 +1,7 @@
 #include "widgets/csliderctrl.h"
 
 #include "widgets/artwork.h"
-#include "widgets/fittingfont.h"
+#include "widgets/fonts.h"
 
 #include <QHBoxLayout>
 #include <QMouseEvent>
@@ -103,7 +103,7 @@ void CSliderCtrl::Choose(int nValue) {
 }
 
 void CSliderCtrl::paintEvent(QPaintEvent*) {
-    static const QFont captionFont("Comic", 12, QFont::Bold);
+    static const QFont captionFont = fonts::Bold("Comic", 12);
 
     // A level from the server may be anything; a caption must stay one.
     const int nLevel = std::clamp(Value(), 0, 256);
@@ -116,7 +116,7 @@ void CSliderCtrl::paintEvent(QPaintEvent*) {
     }
     const QRect captionRect(QPoint(nCaptionLeft, 0), QPoint(Width - 1, 19));
     const QString sCaption = QString("%1").arg(m_bShowPercent ? nLevel * 100 / 255 : nLevel);
-    painter.setFont(FittingFont(captionFont, sCaption, captionRect.width()));
+    painter.setFont(fonts::Fitting(captionFont, sCaption, captionRect.width()));
     painter.drawText(captionRect, Qt::AlignCenter, sCaption);
     painter.drawPixmap(GetMaxRect().topLeft(), m_max);
     if (m_bDefault) {
