@@ -1,6 +1,7 @@
 #include "app/corvane.h"
 #include "app/cpopupmenu.h"
 #include "app/cpopuptab.h"
+#include "device/messages.h"
 #include "tests/peer.h"
 #include "tests/support.h"
 #include "widgets/cchannelslider.h"
@@ -22,284 +23,199 @@
 class TestActions : public QObject {
     Q_OBJECT
 
+    /// What is done, and type and content of the message it leads to.
+    using Step = std::tuple<std::function<void()>, int, const char*>;
+
     std::unique_ptr<Peer> m_pPeer;
     std::unique_ptr<Corvane> m_pWindow;
+    QFile m_settings{QCoreApplication::applicationDirPath() + "/Corvane.ini"};
 
-    static QString SettingsPath() { return QCoreApplication::applicationDirPath() + "/Corvane.ini"; }
-
-    void Open(const QByteArray& settings = {}, bool bConnect = true) {
+    void Open(const QByteArray& settings = {}) {
         m_pWindow.reset();
-        QFile file(SettingsPath());
-        if (!file.open(QIODevice::WriteOnly) || file.write(settings) < 0) {
-            qFatal("no settings file");
-        }
-        file.close();
-        if (bConnect) {
-            ChooseInterface();
-        } else {
-            OnNext<QDialog>([](QDialog* pDialog) { pDialog->reject(); });
-        }
+        QVERIFY(m_settings.open(QIODevice::WriteOnly) && m_settings.write(settings) == settings.size());
+        m_settings.close();
+        ChooseInterface();
         m_pWindow = std::make_unique<Corvane>();
         m_pWindow->show();
-        if (bConnect) {
-            QTRY_VERIFY(m_pWindow->IsAnswered());
-        }
+        QTRY_VERIFY(m_pWindow->IsAnswered());
     }
 
     /// What the settings file holds once the window is gone.
     QByteArray Saved() {
         m_pWindow.reset();
-        QFile file(SettingsPath());
+        QFile file(m_settings.fileName());
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    /// The next message of a type as one line, "" when none leaves.
+    /// The content of the next message of a type, without what is false in its midst; "" when none leaves.
     QString Next(int nType) {
+        static const QRegularExpression marks("[\\s\"{}]");
+        static const QRegularExpression noise("typ:\\d+,|content:|color:|\\w+:false,");
         const int nBefore = m_pPeer->Count(nType);
-        for (int i = 0; i < 20 && m_pPeer->Count(nType) == nBefore; ++i) {
-            QTest::qWait(10);
-        }
-        return m_pPeer->Count(nType) > nBefore
-                   ? QString(m_pPeer->Received(nType).last().text).remove(QRegularExpression("[\\s\"]"))
-                   : QString();
+        const bool bSent = QTest::qWaitFor([=] { return m_pPeer->Count(nType) > nBefore; }, 200);
+        return bSent ? QString(m_pPeer->Received(nType).last().text).remove(marks).remove(noise) : "";
+    }
+
+    /// What the pages tell, one after the other.
+    std::vector<Step> Steps() const {
+        CColorPicker* pPicker = m_pWindow->Picker();
+        CCommandWnd* pCommands = pPicker->Commands();
+        CChannelSlider* pEditor = m_pWindow->Grid()->Editor();
+        pEditor->Edit(34, 0);
+        return {{[=] { emit m_pWindow->Params()->enableParam(2, false); }, 6, "typ:6"},
+                {[=] { emit m_pWindow->SceneList()->stateChanged(2, 7, true); }, 8, "id:7,a:2,s:true"},
+                {[=] { emit m_pWindow->ProgramList()->stateChanged(-1, 7, true); }, 9, "id:7,s:true"},
+                {[=] { emit pPicker->colorChanged(1, 2, 3, 255); }, 10, "r:1,g:2,b:3,w:255,s:true"},
+                {[=] { emit pPicker->Wheel()->colorStateChanged(true); }, 10, "r:1,g:2,b:3,w:255,s:false"},
+                {[=] { emit pPicker->Dimmer()->valueChanged(255); }, 11, "dim:100,speed:0"},
+                {[=] { emit pPicker->Speed()->valueChanged(128); }, 11, "dim:100,speed:50"},
+                {[=] { emit pPicker->Dimmer()->valueChanged(254); }, 11, "dim:99,speed:50"},
+                {[=] { emit pPicker->Speed()->valueChanged(127); }, 11, "dim:99,speed:49"},
+                {[=] { emit pPicker->Dimmer()->valueChanged(2); }, 11, "dim:0,speed:49"},
+                {[=] { emit pCommands->whiteChanged(true); }, 11, "white:true,dim:0,speed:49"},
+                {[=] { emit pCommands->blackChanged(true); }, 11, "bo:true,dim:0,speed:49"},
+                {[=] { emit pCommands->nextChanged(true); }, 11, "bo:true,next:true,dim:0,speed:49"},
+                {[=] { emit pCommands->pauseChanged(true); }, 11, "bo:true,hold:true,dim:0,speed:49"},
+                {[=] { emit pCommands->whiteChanged(true); }, 11, "white:true,hold:true,dim:0,speed:49"},
+                {[=] { emit pCommands->whiteChanged(false); }, 11, "hold:true,dim:0,speed:49"},
+                {[=] { emit pEditor->Control()->valueChanged(9); }, 12, "chan:33,univ:0,level:9,s:true"},
+                {[=] { emit pEditor->ok(10); }, 12, "chan:33,univ:0,level:10,s:true"},
+                {[=] { emit pEditor->off(); }, 12, "chan:33,univ:0,level:0,s:false"}};
     }
 
 private slots:
     void init() {
+        m_pPeer.reset();
         m_pPeer = std::make_unique<Peer>();
         Open();
     }
 
-    void cleanup() {
-        m_pWindow.reset();
-        m_pPeer.reset();
+    void messagesWhileConnected() {
+        for (const auto& [act, nType, pSent] : Steps()) {
+            act();
+            QCOMPARE(Next(nType), QString(pSent));
+        }
+        // Without a connection a scene takes the lights over all the same, but nothing is told or kept.
+        m_pWindow->Disconnect();
+        const int nBefore = m_pPeer->Count(-1);
+        const auto mirror = [this] {
+            return messages::Color(m_pWindow->ColorState()) + messages::Command(m_pWindow->CommandState());
+        };
+        const std::string sBefore = mirror();
+        CColorPicker* pPicker = m_pWindow->Picker();
+        pPicker->Update(Color{0, 0, 0, 0, false, true}, Command{true, false, false, false, true, 0, 0});
+        m_pWindow->OnSceneStateChanged(0, 1, true);
+        QVERIFY(!pPicker->Wheel()->IsOn() && !pPicker->Commands()->IsOn(CCommandWnd::Pause));
+        for (const auto& step : Steps()) {
+            std::get<0>(step)();
+            QVERIFY(mirror() == sBefore);
+        }
+        m_pWindow->Refresh();
+        QTest::qWait(100);
+        QCOMPARE(m_pPeer->Count(-1), nBefore + 1);  // its own request: nothing waited to be sent
     }
 
-    void connections() {
+    void settings() {
         CSceneList* pScenes = m_pWindow->SceneList();
         CSceneList* pPrograms = m_pWindow->ProgramList();
-        CColorPicker* pPicker = m_pWindow->Picker();
-        ChannelsGrid* pGrid = m_pWindow->Grid();
         CParamsCtrl* pParams = m_pWindow->Params();
-        emit m_pWindow->Tab()->tabPressed();
-        QVERIFY(m_pWindow->Menu()->isVisible());
-        emit m_pWindow->Menu()->menuChanged(1);
-        QCOMPARE(m_pWindow->CurrentPage(), 1);
-        emit pScenes->stateChanged(2, 7, true);
-        QCOMPARE(Next(8), QString("{typ:8,content:{id:7,a:2,s:true}}"));
-        emit pPrograms->stateChanged(-1, 7, true);
-        QCOMPARE(Next(9), QString("{typ:9,content:{id:7,s:true}}"));
-        emit pPicker->colorChanged(1, 2, 3, 4);
-        QCOMPARE(Next(10), QString("{typ:10,content:{color:{r:1,g:2,b:3,w:4},rgbw:false,s:true}}"));
-        emit pPicker->Wheel()->colorStateChanged(false);
-        QCOMPARE(Next(10), QString("{typ:10,content:{color:{r:1,g:2,b:3,w:4},rgbw:false,s:false}}"));
-        emit pPicker->Dimmer()->valueChanged(255);
-        QVERIFY(Next(11).contains("dim:100,speed:0"));
-        emit pPicker->Speed()->valueChanged(128);
-        QVERIFY(Next(11).contains("dim:100,speed:50"));
-        emit pPicker->Commands()->whiteChanged(true);
-        QVERIFY(Next(11).contains("bo:false,next:false,prev:false,white:true,hold:false"));
-        emit pPicker->Commands()->blackChanged(true);
-        QVERIFY(Next(11).contains("bo:true,next:false,prev:false,white:false,hold:false"));
-        emit pPicker->Commands()->nextChanged(true);
-        QVERIFY(Next(11).contains("bo:true,next:true,prev:false,white:false,hold:false"));
-        emit pPicker->Commands()->pauseChanged(true);
-        QVERIFY(Next(11).contains("bo:true,next:false,prev:false,white:false,hold:true"));
-        CChannelSlider* pEditor = pGrid->Editor();
-        pEditor->Edit(34, 0);
-        emit pEditor->Control()->valueChanged(9);
-        QCOMPARE(Next(12), QString("{typ:12,content:{chan:33,univ:0,level:9,s:true}}"));
-        emit pEditor->ok(10);
-        QCOMPARE(Next(12), QString("{typ:12,content:{chan:33,univ:0,level:10,s:true}}"));
-        emit pEditor->off();
-        QCOMPARE(Next(12), QString("{typ:12,content:{chan:33,univ:0,level:0,s:false}}"));
-        emit pParams->refresh();
-        QVERIFY(!m_pWindow->IsAnswered());
-        QTRY_VERIFY(m_pWindow->IsAnswered());
-        emit pParams->showMenu(1, false);
-        QVERIFY(m_pWindow->Menu()->EntryRect(1).isNull());
-        QCOMPARE(m_pWindow->CurrentPage(), 1);  // the page on screen stays
-        emit pParams->enableParam(2, false);
-        QVERIFY(!Next(6).isEmpty());
-        emit pParams->pwdStateChanged(true);
-        const std::function<void()> presses[] = {[&] { emit pScenes->mousePressed(); },
-                                                 [&] { emit pPrograms->mousePressed(); },
-                                                 [&] { emit pPicker->Wheel()->mousePressed(); },
-                                                 [&] { emit pPicker->Commands()->mousePressed(); },
-                                                 [&] { emit pGrid->mousePressed(); },
-                                                 [&] { emit pParams->mousePressed(); }};
-        for (const auto& press : presses) {
-            m_pWindow->ShowPopupMenu();
-            press();
-            QVERIFY(!m_pWindow->Menu()->isVisible() && m_pWindow->Tab()->isVisible());
-        }
+        m_pWindow->OnMenuChanged(1);
+        m_pWindow->Disconnect();  // what stays on this side is kept all the same
         emit pScenes->nameChanged(3, "Party");
         emit pScenes->iconChanged(3, ":/x.png");
         emit pScenes->colorChanged(3, Qt::red);
         emit pPrograms->nameChanged(4, "Loop");
         emit pPrograms->iconChanged(4, ":/y.png");
         emit pPrograms->colorChanged(4, Qt::green);
-        QVERIFY(QFileInfo(SettingsPath()).size() == 0);  // nothing is written before the end
+        emit pParams->pwdStateChanged(true);
+        for (const int i : {1, 4, -1}) {
+            emit pParams->showMenu(i, false);
+            emit pParams->enableParam(i == 1 ? 2 : i - 1, false);
+        }
+        QVERIFY(m_pWindow->Menu()->EntryRect(1).isNull() &&
+                m_pWindow->CurrentPage() == 1);  // though it stays
+        m_pPeer->state = R"({"typ":7,"content":{"scn":{"content":[{"n":"Plain","id":3}]}}})";
+        emit pParams->refresh();
+        QVERIFY(!m_pWindow->IsAnswered());
+        QTRY_COMPARE(pScenes->Items().value(0).name, QString("Party"));
+        for (const bool bOwn : {false, true}) {
+            emit pParams->enableParam(0, bOwn);
+            QTRY_COMPARE(pScenes->Items().value(0).name, QString(bOwn ? "Party" : "Plain"));
+        }
+        QVERIFY(m_settings.size() == 0);  // nothing is written before the end
         QCOMPARE(Saved(), QByteArray("PwdState=1\nPwdValue=\nMenuVisible=1|0|1|1\nSceneParams=1|1|0\n"
                                      "Scenes=3;Party;:/x.png;255\nPrograms=4;Loop;:/y.png;65280\n"));
     }
 
-    void colorAndCommands() {
-        m_pWindow->OnColorChanged(1, 2, 3, 255);
-        QCOMPARE(Next(10), QString("{typ:10,content:{color:{r:1,g:2,b:3,w:255},rgbw:false,s:true}}"));
-        m_pPeer->Send(R"({"typ":10,"content":{"s":true}})");
-        QTRY_VERIFY(m_pWindow->Picker()->Wheel()->IsOn());
-        m_pWindow->OnColorStateChanged(true);
-        QCOMPARE(Next(10), QString("{typ:10,content:{color:{r:1,g:2,b:3,w:255},rgbw:false,s:false}}"));
-        const QString sCommand =
-            "{typ:11,content:{bo:%1,next:%2,prev:false,white:%3,hold:%4,dim:%5,speed:%6}}";
-        const auto command = [&sCommand](const char* pBo, const char* pNext, const char* pWhite,
-                                         const char* pHold, int nDim, int nSpeed) {
-            return sCommand.arg(pBo, pNext, pWhite, pHold).arg(nDim).arg(nSpeed);
-        };
-        m_pWindow->OnBlackChanged(true);
-        QCOMPARE(Next(11), command("true", "false", "false", "false", 0, 0));
-        m_pWindow->OnWhiteChanged(true);
-        QCOMPARE(Next(11), command("false", "false", "true", "false", 0, 0));
-        m_pWindow->OnWhiteChanged(false);
-        QCOMPARE(Next(11), command("false", "false", "false", "false", 0, 0));
-        m_pWindow->OnNextChanged(true);
-        QCOMPARE(Next(11), command("false", "true", "false", "false", 0, 0));
-        m_pWindow->OnPauseChanged(true);
-        QCOMPARE(Next(11), command("false", "false", "false", "true", 0, 0));
-        for (const auto& [nLevel, nPercent] : {std::pair{255, 100}, {254, 99}, {128, 50}, {2, 0}}) {
-            m_pWindow->OnDimmerValueChanged(nLevel);
-            m_pWindow->OnSpeedValueChanged(255 - nLevel);
-            QCOMPARE(Next(11),
-                     command("false", "false", "false", "true", nPercent, (255 - nLevel) * 100 / 255));
-        }
-    }
-
-    void nothingWhileNotConnected() {
-        Open({}, false);
-        QVERIFY(!m_pWindow->IsConnected());
-        const int nBefore = m_pPeer->Count(-1);
-        m_pWindow->Picker()->Update(Color{0, 0, 0, 0, false, true},
-                                    Command{true, false, false, false, true, 0, 0});
-        m_pWindow->OnSceneStateChanged(0, 1, true);
-        QVERIFY(!m_pWindow->Picker()->Wheel()->IsOn());  // released all the same
-        QVERIFY(!m_pWindow->Picker()->Commands()->IsOn(CCommandWnd::Pause));
-        m_pWindow->OnProgramStateChanged(0, 1, true);
-        m_pWindow->OnColorChanged(1, 2, 3, 4);
-        m_pWindow->OnColorStateChanged(false);
-        m_pWindow->OnDimmerValueChanged(255);
-        m_pWindow->OnSpeedValueChanged(255);
-        m_pWindow->OnWhiteChanged(true);
-        m_pWindow->OnBlackChanged(true);
-        m_pWindow->OnNextChanged(true);
-        m_pWindow->OnPauseChanged(true);
-        m_pWindow->OnChannelValueChanged(1);
-        m_pWindow->OnChannelOff();
-        QTest::qWait(100);
-        QCOMPARE(m_pPeer->Count(-1), nBefore);
-        const Color& color = m_pWindow->ColorState();
-        const Command& command = m_pWindow->CommandState();
-        QVERIFY(color.r == 0 && color.w == 0 && !color.state);
-        QVERIFY(command.dim == 0 && command.speed == 0 && !command.white && !command.bo && !command.hold);
-        // What stays on this side is kept all the same.
-        m_pWindow->OnSceneNameChanged(1, "Kept");
-        m_pWindow->OnPwdStateChanged(true);
-        m_pWindow->OnShowMenu(0, false);
-        m_pWindow->OnShowMenu(4, false);
-        m_pWindow->OnEnableParam(0, false);
-        m_pWindow->OnEnableParam(3, false);
-        QCOMPARE(
-            Saved(),
-            QByteArray("PwdState=1\nPwdValue=\nMenuVisible=0|1|1|1\nSceneParams=0|1|1\nScenes=1;Kept;;-1\n"));
-    }
-
-    void customisationFlagsRebuildTheLists() {
-        m_pPeer->state = R"({"typ":7,"content":{"scn":{"content":[{"n":"Plain","id":3}]}}})";
-        m_pWindow->OnSceneNameChanged(3, "Mine");
-        m_pWindow->Refresh();
-        QTRY_COMPARE(m_pWindow->SceneList()->Items().value(0).name, QString("Mine"));
-        emit m_pWindow->Params()->enableParam(0, false);
-        QTRY_COMPARE(m_pWindow->SceneList()->Items().value(0).name, QString("Plain"));
-        emit m_pWindow->Params()->enableParam(0, true);
-        QTRY_COMPARE(m_pWindow->SceneList()->Items().value(0).name, QString("Mine"));
-    }
-
     void leavingTheParameters_data() {
-        QTest::addColumn<QByteArray>("settings");
-        QTest::addColumn<bool>("lockedAfter");
-        QTest::addColumn<QByteArray>("saved");  // the password at the end
-        QTest::newRow("lock on: relocks with the new password")
-            << QByteArray("PwdState=1\nPwdValue=old\n") << true << QByteArray("");
-        QTest::newRow("lock off: stays open")
-            << QByteArray("PwdState=0\nPwdValue=old\n") << false << QByteArray("new");
+        QTest::addColumn<bool>("locks");
+        QTest::newRow("lock on: relocks with the new password") << true;
+        QTest::newRow("lock off: stays open") << false;
     }
 
     void leavingTheParameters() {
-        QFETCH(QByteArray, settings);
-        QFETCH(bool, lockedAfter);
-        Open(settings);
+        QFETCH(bool, locks);
+        Open(QByteArray(locks ? "PwdState=1" : "PwdState=0") + "\nPwdValue=old\n");
         CParamsCtrl* pParams = m_pWindow->Params();
-        m_pWindow->OnMenuChanged(4);
-        QVERIFY(pParams->isVisible());
-        const auto edits = pParams->findChildren<QLineEdit*>();
-        auto* pPassword =
-            *std::find_if(edits.begin(), edits.end(), [](auto* p) { return p->inputMask().isEmpty(); });
-        pPassword->setText("old");
-        if (pParams->IsLocked()) {
+        auto* pPassword = pParams->findChildren<QLineEdit*>().last();
+        const auto unlocks = [&](const char* pText) {
+            pPassword->setText(pText);
             pParams->OnPwdStateChanged(true);
-        }
-        QVERIFY(!pParams->IsLocked());
+            return !pParams->IsLocked();
+        };
+        m_pWindow->OnMenuChanged(4);
+        QVERIFY(pParams->isVisible() && (!locks || unlocks("old")));
         m_pWindow->OnMenuChanged(4);  // going where one is locks nothing
         QVERIFY(!pParams->IsLocked());
         pPassword->setText("new");
         m_pWindow->OnMenuChanged(1);
-        QVERIFY(!pParams->isVisible());
-        QCOMPARE(pParams->IsLocked(), lockedAfter);
-        if (lockedAfter) {
+        QVERIFY(!pParams->isVisible() && pParams->IsLocked() == locks);
+        if (locks) {
             m_pWindow->OnMenuChanged(4);
-            pPassword->setText("old");
-            pParams->OnPwdStateChanged(true);
-            QVERIFY(pParams->IsLocked());
-            pPassword->setText("new");
-            pParams->OnPwdStateChanged(true);
-            QVERIFY(!pParams->IsLocked());
+            QVERIFY(!unlocks("old") && unlocks("new"));
             m_pWindow->OnMenuChanged(0);
         }
-        QFETCH(QByteArray, saved);
-        QVERIFY(Saved().contains("\nPwdValue=" + saved + "\n"));
+        QVERIFY(Saved().contains(locks ? "\nPwdValue=\n" : "\nPwdValue=new\n"));
     }
 
     void menu() {
+        CPopupMenu* pMenu = m_pWindow->Menu();
         m_pWindow->OnMenuChanged(1);
         QCOMPARE(m_pWindow->Tab()->geometry(), QRect(QPoint(58, 482), QPoint(71, 531)));
-        QTest::mouseClick(m_pWindow->Tab(), Qt::LeftButton);
-        QVERIFY(m_pWindow->Menu()->isVisible() && !m_pWindow->Tab()->isVisible());
-        QCOMPARE(m_pWindow->Menu()->geometry(), QRect(QPoint(58, 58), QPoint(119, 541)));
-        QVERIFY(m_pWindow->childAt(80, 100) == m_pWindow->Menu());
+        QTest::mouseClick(m_pWindow->Tab(), Qt::LeftButton, {}, QPoint(13, 49));
+        QVERIFY(pMenu->isVisible() && !m_pWindow->Tab()->isVisible());
+        QCOMPARE(pMenu->geometry(), QRect(QPoint(58, 58), QPoint(119, 541)));
+        QVERIFY(m_pWindow->childAt(80, 100) == pMenu);
         // Refresh connects again and leaves page and menu alone.
-        QTest::mousePress(m_pWindow->Menu(), Qt::LeftButton, {}, m_pWindow->Menu()->EntryRect(5).center());
-        QVERIFY(!m_pWindow->IsAnswered() && m_pWindow->Menu()->isVisible());
-        QCOMPARE(m_pWindow->CurrentPage(), 1);
-        QTest::mouseRelease(m_pWindow->Menu(), Qt::LeftButton);
+        QTest::mousePress(pMenu, Qt::LeftButton, {}, pMenu->EntryRect(5).center());
+        QVERIFY(!m_pWindow->IsAnswered() && pMenu->isVisible() && m_pWindow->CurrentPage() == 1);
+        QTest::mouseRelease(pMenu, Qt::LeftButton);
+        // A press anywhere else closes the menu.
         QTest::mouseClick(m_pWindow.get(), Qt::LeftButton, {}, QPoint(300, 20));
-        QVERIFY(!m_pWindow->Menu()->isVisible() && m_pWindow->Tab()->isVisible());
-        QTRY_VERIFY(m_pWindow->IsAnswered());
+        QVERIFY(!pMenu->isVisible() && m_pWindow->Tab()->isVisible());
+        CColorPicker* pPicker = m_pWindow->Picker();
+        for (QObject* pPage :
+             QList<QObject*>{m_pWindow->SceneList(), m_pWindow->ProgramList(), m_pWindow->Grid(),
+                             m_pWindow->Params(), pPicker->Wheel(), pPicker->Commands()}) {
+            m_pWindow->ShowPopupMenu();
+            QMetaObject::invokeMethod(pPage, "mousePressed");
+            QVERIFY(!pMenu->isVisible() && m_pWindow->Tab()->isVisible());
+        }
         // A page: shown, and the menu closes.
         m_pWindow->ShowPopupMenu();
-        QTest::mouseClick(m_pWindow->Menu(), Qt::LeftButton, {}, m_pWindow->Menu()->EntryRect(4).center());
-        QVERIFY(m_pWindow->Params()->isVisible() && !m_pWindow->Menu()->isVisible());
-        QCOMPARE(m_pWindow->Params()->geometry(), QRect(QPoint(58, 58), QPoint(761, 541)));
-        QVERIFY(!m_pWindow->ProgramList()->isVisible());
+        QTest::mouseClick(pMenu, Qt::LeftButton, {}, pMenu->EntryRect(4).center());
+        QVERIFY(m_pWindow->Params()->isVisible() && !m_pWindow->ProgramList()->isVisible());
+        QVERIFY(!pMenu->isVisible());
     }
 
     void addressesThatAreNone() {
-        m_pWindow = nullptr;
         m_pPeer->answersSerial = false;
         ChooseInterface();
+        m_pWindow.reset();
         m_pWindow = std::make_unique<Corvane>();
+        const int nBefore = m_pPeer->Count(6);
         for (const char* pAddress : {"...", "999.0.0.1", "256.1.1.1"}) {
             m_pWindow->Params()->SetIp(pAddress);
-            const int nBefore = m_pPeer->Count(6);
             m_pWindow->SendState();
             QTest::qWait(50);
             QCOMPARE(m_pPeer->Count(6), nBefore);

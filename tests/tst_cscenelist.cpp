@@ -8,17 +8,17 @@
 #include <QColorDialog>
 #include <QInputDialog>
 #include <QMenu>
-#include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QtTest>
 
-#include <algorithm>
+#include <memory>
 
 class TestSceneList : public QObject {
     Q_OBJECT
 
     CIniFile m_settings;
+    std::unique_ptr<CSceneList> m_pList;
 
     static QList<Scene> Scenes(int nCount, int nArea = 0) {
         QList<Scene> scenes;
@@ -28,117 +28,95 @@ class TestSceneList : public QObject {
         return scenes;
     }
 
-    static QString States(const CSceneList& list) {
+    void Open(const QList<Scene>& scenes, bool bScenes = true) {
+        m_pList = std::make_unique<CSceneList>(bScenes, nullptr);
+        m_pList->resize(300, 400);
+        m_pList->Update(scenes, m_settings);
+        m_pList->show();
+    }
+
+    const CSceneList::SceneItem& Item(int i) const { return m_pList->Items()[i]; }
+
+    QString States() const {
         QString s;
-        for (const auto& item : list.Items()) {
+        for (const auto& item : m_pList->Items()) {
             s += item.state ? '1' : '0';
         }
         return s;
     }
 
     /// Opens the context menu of a tile and triggers its entry `iEntry`, or that of one of its submenus.
-    static void UseMenu(CSceneList& list, int iTile, int iEntry, int iSubEntry = -1) {
-        OnNextMenu([=](QMenu* pMenu) {
+    void UseMenu(int iTile, int iEntry, int iSubEntry = -1) {
+        QTimer::singleShot(20, [=] {
+            auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             QAction* pAction = pMenu->actions()[iEntry];
             pAction = iSubEntry < 0 ? pAction : pAction->menu()->actions()[iSubEntry];
             pMenu->close();
             pAction->trigger();
         });
-        QTest::mouseClick(&list, Qt::RightButton, {}, list.Items()[iTile].rect.center());
+        QTest::mouseClick(m_pList.get(), Qt::RightButton, {}, Item(iTile).rect.center());
     }
 
-    template <typename Act>
-    static void OnNextMenu(Act act) {
-        QTimer::singleShot(20, [act] {
-            auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            QVERIFY(pMenu != nullptr);
-            act(pMenu);
+    /// While the dialog is open, the server sends the list again, or another.
+    void Rename(int iTile, const QString& sName, const QList<Scene>& meanwhile = Scenes(3)) {
+        OnNext<QInputDialog>([=](QInputDialog* pDialog) {
+            QCOMPARE(pDialog->textValue(), Item(iTile).name);
+            m_pList->Update(meanwhile, m_settings);
+            pDialog->setTextValue(sName);
+            pDialog->accept();
         });
+        UseMenu(iTile, 0);
     }
 
 private slots:
-    void geometry() {
-        CSceneList list(true, nullptr);
-        list.resize(300, 400);
-        QCOMPARE(list.minimumHeight(), 0);
-        list.Update(Scenes(3), m_settings);
-        QCOMPARE(list.Items()[0].rect, QRect(QPoint(0, 0), QPoint(148, 52)));
-        QCOMPARE(list.Items()[1].rect, QRect(QPoint(149, 0), QPoint(297, 52)));
-        QCOMPARE(list.Items()[2].rect, QRect(QPoint(0, 53), QPoint(148, 105)));
-        QCOMPARE(list.minimumHeight(), 105);
-        list.resize(401, 400);
-        QTest::qWait(0);
-        list.Update({}, m_settings);
-        QCOMPARE(list.minimumHeight(), 0);
-    }
-
-    void presses_data() {
-        QTest::addColumn<bool>("scenes");
-        QTest::addColumn<QPoint>("at");
-        QTest::addColumn<QString>("states");   // from 0100
-        QTest::addColumn<QString>("emitted");  // group, id, state
-        QTest::newRow("on, its group goes off") << true << QPoint(5, 52) << "1000"
-                                                << "0 10 1";
-        QTest::newRow("next row") << true << QPoint(5, 53) << "0010"
-                                  << "0 12 1";
-        QTest::newRow("off, others stay") << true << QPoint(297, 0) << "0000"
-                                          << "0 11 0";
-        QTest::newRow("programs exclude nothing") << false << QPoint(5, 5) << "1100"
-                                                  << "0 10 1";
-        QTest::newRow("strip on the right") << true << QPoint(298, 5) << "0100"
-                                            << "";
-        QTest::newRow("below") << true << QPoint(5, 106) << "0100"
-                               << "";
-    }
-
     void presses() {
-        QFETCH(bool, scenes);
-        QFETCH(QPoint, at);
-        CSceneList list(scenes, nullptr);
-        list.resize(300, 400);
-        list.Update(Scenes(4), m_settings);
-        list.Update(Scene{"", 11, 0, 0, true}, true);
-        QSignalSpy presses(&list, &CSceneList::mousePressed);
-        QString sEmitted;
-        connect(&list, &CSceneList::stateChanged, [&](int iArea, int nId, bool bState) {
-            QCOMPARE(presses.count(), 1);  // told before anything else
-            sEmitted += QString("%1 %2 %3").arg(iArea).arg(nId).arg(int{bState});
-        });
-        QTest::mouseClick(&list, Qt::LeftButton, {}, at);
-        QCOMPARE(presses.count(), 1);
-        QTEST(States(list), "states");
-        QTEST(sEmitted, "emitted");
+        const struct {
+            bool scenes;
+            QPoint at;
+            const char* pResult;  // states, from 0100, and what is told: group, id, state
+        } rows[] = {
+            {true, {148, 52}, "1000 press 0,10,1"},  // on, its group goes off
+            {true, {148, 53}, "0010 press 0,12,1"},
+            {true, {149, 0}, "0000 press 0,11,0"},  // off, others stay
+            {true, {297, 52}, "0000 press 0,11,0"},
+            {true, {298, 5}, "0100 press"},
+            {false, {0, 1}, "1100 press 0,10,1"},  // programs exclude nothing
+        };
+        for (const auto& row : rows) {
+            Open(Scenes(4), row.scenes);
+            m_pList->Update(Scene{"", 11, 0, 0, true}, true);
+            QString sTold;
+            connect(m_pList.get(), &CSceneList::mousePressed, [&] { sTold += " press"; });
+            connect(m_pList.get(), &CSceneList::stateChanged, [&](int iArea, int nId, bool bState) {
+                sTold += QString(" %1,%2,%3").arg(iArea).arg(nId).arg(int{bState});
+            });
+            QTest::mouseClick(m_pList.get(), Qt::LeftButton, {}, row.at);
+            QCOMPARE(States() + sTold, QString(row.pResult));
+        }
     }
 
     void reportsAreShownWithoutEcho() {
-        CSceneList list(true, nullptr);
-        QList<Scene> scenes = Scenes(3, -1) + Scenes(1, 2);  // the last repeats the first's id
-        list.Update(scenes, m_settings);
-        QSignalSpy echo(&list, &CSceneList::stateChanged);
-        list.Update(Scene{"", 10, -1, 0, true}, true);
-        QCOMPARE(States(list), QString("1000"));
-        list.Update(Scene{"", 12, -1, 0, true}, false);
-        QCOMPARE(States(list), QString("1010"));
-        list.Update(Scene{"", 11, -1, 0, true}, true);  // group -1 excludes too
-        QCOMPARE(States(list), QString("0100"));
-        list.Update(Scene{"", 99, -1, 0, true}, true);
-        QCOMPARE(States(list), QString("0100"));
-        list.ResetState();
-        QCOMPARE(States(list), QString("0000"));
+        Open(Scenes(3, -1) + Scenes(1, 2));  // the last repeats the first's id
+        QSignalSpy echo(m_pList.get(), &CSceneList::stateChanged);
+        const auto report = [this](int nId, bool bExclusive) {
+            m_pList->Update(Scene{"", nId, -1, 0, true}, bExclusive);
+            return States();
+        };
+        const QStringList states{report(10, true), report(12, false), report(11, true), report(99, true)};
+        QCOMPARE(states, QStringList({"1000", "1010", "0100", "0100"}));  // group -1 excludes too
+        m_pList->ResetState();
+        QCOMPARE(States(), QString("0000"));
         QCOMPARE(echo.count(), 0);
     }
 
     void painting() {
         for (const bool bScenes : {true, false}) {
-            CSceneList list(bScenes, nullptr);
-            list.resize(300, 159);
-            list.Update(Scenes(3), m_settings);
-            list.Update(Scene{"", 11, 0, 0, true}, true);
-            const QImage image = list.grab().toImage();
+            Open(Scenes(3), bScenes);
+            m_pList->Update(Scene{"", 11, 0, 0, true}, true);
+            const QImage image = m_pList->grab().toImage();
             const QColor on = bScenes ? QColor(100, 160, 255) : QColor(Qt::green);
-            const QRect tile = list.Items()[1].rect;
-            QCOMPARE(image.pixelColor(tile.left() + 1, tile.top() + 1), on);
-            QCOMPARE(image.pixelColor(tile.right(), tile.bottom()), on);
+            QCOMPARE(image.pixelColor(Item(1).rect.topLeft() + QPoint(1, 1)), on);
+            QCOMPARE(image.pixelColor(Item(1).rect.bottomRight()), on);
             for (const QPoint line :
                  {QPoint(0, 0), QPoint(149, 20), QPoint(298, 20), QPoint(20, 53), QPoint(20, 106)}) {
                 QCOMPARE(image.pixelColor(line), QColor(180, 180, 180));
@@ -173,12 +151,9 @@ private slots:
     }
 
     void everyIconExists() {
-        QStringList icons = catalogue::DefaultIconList();
-        for (const QStringList& list :
-             {catalogue::IconList1(), catalogue::IconList2(), catalogue::IconList3(), catalogue::IconList4(),
-              catalogue::IconList5()}) {
-            icons += list;
-        }
+        using namespace catalogue;
+        const QStringList icons =
+            DefaultIconList() + IconList1() + IconList2() + IconList3() + IconList4() + IconList5();
         QCOMPARE(icons.size(), 52);
         for (const QString& sPath : icons) {
             QCOMPARE(artwork::Picture(sPath).size(), QSize(80, 80));
@@ -186,89 +161,53 @@ private slots:
         }
     }
 
-    void customisation() {
-        m_settings.SaveSceneParams(10, "Mine", catalogue::IconList2()[1], Qt::red);
-        CSceneList list(true, nullptr);
-        list.Update({Scene{"caf\xC3\xA9", 5, 0, 0, false}, Scene{"x", 10, 0, 0, true}}, m_settings);
-        QCOMPARE(list.Items()[0].name, QString("caf\u00E9"));
-        QCOMPARE(list.Items()[0].color, QColor(120, 120, 120));
-        QCOMPARE(list.Items()[1].name, QString("Mine"));
-        QCOMPARE(list.Items()[1].icon, catalogue::IconList2()[1]);
-        QCOMPARE(list.Items()[1].color, QColor(Qt::red));
-        m_settings.scenes.clear();
+    void replacing() {
+        CIniFile settings;
+        settings.SaveSceneParams(10, "Mine", "icon", Qt::red);
+        Open(Scenes(3));
+        QCOMPARE(m_pList->minimumHeight(), 105);
+        m_pList->Update({Scene{"caf\xC3\xA9", 5, 0, 0, false}, Scene{"x", 10, 0, 0, true}}, settings);
+        const auto shown = [this](int i) { return Item(i).name + Item(i).icon + Item(i).color.name(); };
+        QCOMPARE(shown(0), "caf\u00E9" + catalogue::DefaultIconList()[0] + "#787878");
+        QCOMPARE(shown(1), QString("Mineicon#ff0000"));
+        m_pList->Update({}, settings);
+        QCOMPARE(m_pList->minimumHeight(), 0);
     }
 
-    void contextMenu() {
-        CSceneList list(true, nullptr);
-        list.resize(300, 400);
-        list.show();
-        list.Update(Scenes(3), m_settings);
-        QSignalSpy names(&list, &CSceneList::nameChanged);
-        QSignalSpy icons(&list, &CSceneList::iconChanged);
-        QSignalSpy colors(&list, &CSceneList::colorChanged);
-        list.OnRename();  // nothing was right-clicked yet
-        list.SetSceneIcon("x");
-
-        OnNext<QInputDialog>([](QInputDialog* pDialog) {
-            QCOMPARE(pDialog->textValue(), QString("Scene"));
-            pDialog->setTextValue("Party");
-            pDialog->accept();
-        });
-        UseMenu(list, 1, 0);
-        QCOMPARE(names, QList<QVariantList>({{11, "Party"}}));
-        QCOMPARE(list.Items()[1].name, QString("Party"));
-
-        OnNext<QInputDialog>([](QInputDialog* pDialog) {
-            pDialog->setTextValue("");
-            pDialog->accept();
-        });
-        UseMenu(list, 1, 0);
-        QCOMPARE(names.count(), 1);
-
-        OnNext<QColorDialog>([](QColorDialog* pDialog) {
-            pDialog->setCurrentColor(Qt::magenta);
-            pDialog->accept();
-        });
-        UseMenu(list, 2, 1);
+    void iconsAndColors() {
+        Open(Scenes(3));
+        QSignalSpy icons(m_pList.get(), &CSceneList::iconChanged);
+        QSignalSpy colors(m_pList.get(), &CSceneList::colorChanged);
+        m_pList->SetSceneIcon("x");  // nothing was right-clicked yet
+        for (const auto finish : {&QDialog::accept, &QDialog::reject}) {
+            OnNext<QColorDialog>([finish](QColorDialog* pDialog) {
+                pDialog->setCurrentColor(Qt::magenta);
+                (pDialog->*finish)();
+            });
+            UseMenu(2, 1);
+        }
         QCOMPARE(colors, QList<QVariantList>({{12, QColor(Qt::magenta)}}));
-        OnNext<QColorDialog>([](QColorDialog* pDialog) { pDialog->reject(); });
-        UseMenu(list, 2, 1);
-        QCOMPARE(colors.count(), 1);
-
-        UseMenu(list, 0, 4);  // after the separator: the two defaults
-        UseMenu(list, 0, 9, 6);
-        QCOMPARE(icons, QList<QVariantList>(
-                            {{10, catalogue::DefaultIconList()[1]}, {10, catalogue::IconList5()[6]}}));
-        QCOMPARE(list.Items()[0].icon, catalogue::IconList5()[6]);
-        QCOMPARE(States(list), QString("000"));
+        UseMenu(0, 4);  // after the separator: the two defaults
+        UseMenu(0, 9, 6);
+        const QStringList chosen{catalogue::DefaultIconList()[1], catalogue::IconList5()[6]};
+        QCOMPARE(icons, QList<QVariantList>({{10, chosen[0]}, {10, chosen[1]}}));
+        QCOMPARE(Item(0).icon, chosen[1]);
+        QCOMPARE(States(), QString("000"));
     }
 
-    void rebuiltUnderAnOpenDialog() {
-        CSceneList list(true, nullptr);
-        list.resize(300, 400);
-        list.show();
-        list.Update(Scenes(3), m_settings);
-        QSignalSpy names(&list, &CSceneList::nameChanged);
-        OnNext<QInputDialog>([&](QInputDialog* pDialog) {
-            QList<Scene> scenes = Scenes(3);
-            std::reverse(scenes.begin(), scenes.end());
-            list.Update(scenes, m_settings);
-            pDialog->setTextValue("Party");
-            pDialog->accept();
-        });
-        UseMenu(list, 0, 0);
-        QCOMPARE(names, QList<QVariantList>({{10, "Party"}}));
-        QCOMPARE(list.Items()[2].name, QString("Party"));
-        QCOMPARE(list.Items()[0].name, QString("Scene"));
-
-        OnNext<QInputDialog>([&](QInputDialog* pDialog) {
-            list.Update(Scenes(1), m_settings);  // the scene is gone
-            pDialog->setTextValue("Lost");
-            pDialog->accept();
-        });
-        UseMenu(list, 0, 0);
-        QCOMPARE(names.count(), 1);
-        QCOMPARE(list.Items()[0].name, QString("Scene"));
+    void renaming() {
+        const QList<Scene> scenes = Scenes(3);
+        Open(scenes);
+        QSignalSpy names(m_pList.get(), &CSceneList::nameChanged);
+        m_pList->OnRename();  // nothing was right-clicked yet
+        Rename(1, "Party");
+        QCOMPARE(Item(1).name, QString("Party"));
+        Rename(1, "");
+        Rename(0, "Fog", {scenes[2], scenes[1], scenes[0]});
+        QCOMPARE(Item(2).name + Item(0).name, QString("FogScene"));
+        Rename(0, "Lost", Scenes(1));  // the scene is gone
+        QCOMPARE(Item(0).name, QString("Scene"));
+        QCOMPARE(names, QList<QVariantList>({{11, "Party"}, {10, "Fog"}}));
     }
 };
 

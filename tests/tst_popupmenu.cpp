@@ -1,104 +1,81 @@
 #include "app/cpopupmenu.h"
-#include "app/cpopuptab.h"
 
 #include <QAccessible>
 #include <QtTest>
 
+#include <memory>
+
 class TestPopupMenu : public QObject {
     Q_OBJECT
 
+    std::unique_ptr<CPopupMenu> m_pMenu;
+
+    void Click(const QPoint& at) { QTest::mouseClick(m_pMenu.get(), Qt::LeftButton, {}, at); }
+    QImage Shown(const QRect& rect) { return m_pMenu->grab(rect).toImage(); }
+
 private slots:
+    void init() { m_pMenu = std::make_unique<CPopupMenu>(nullptr); }
+
     void geometry_data() {
         QTest::addColumn<QList<int>>("hidden");
-        QTest::addColumn<QList<int>>("tops");  // -1: not in the menu
-        QTest::newRow("all shown") << QList<int>{} << QList<int>{10, 62, 114, 166, 218, 270};
-        QTest::newRow("scenes and programs hidden")
-            << QList<int>{0, 1} << QList<int>{-1, -1, 10, 62, 114, 166};
-        QTest::newRow("programs and channels hidden")
-            << QList<int>{1, 3} << QList<int>{10, -1, 62, -1, 114, 166};
-        QTest::newRow("pages hidden") << QList<int>{0, 1, 2, 3} << QList<int>{-1, -1, -1, -1, 10, 62};
-        QTest::newRow("refresh cannot be") << QList<int>{5, -1, 6} << QList<int>{10, 62, 114, 166, 218, 270};
+        QTest::addColumn<QList<int>>("places");  // from the top; -1: not in the menu
+        QTest::newRow("all shown") << QList<int>{} << QList<int>{0, 1, 2, 3, 4, 5};
+        QTest::newRow("scenes and programs hidden") << QList<int>{0, 1} << QList<int>{-1, -1, 0, 1, 2, 3};
+        QTest::newRow("programs and channels hidden") << QList<int>{1, 3} << QList<int>{0, -1, 1, -1, 2, 3};
+        QTest::newRow("pages hidden") << QList<int>{0, 1, 2, 3} << QList<int>{-1, -1, -1, -1, 0, 1};
+        QTest::newRow("refresh cannot be") << QList<int>{5, -1, 6} << QList<int>{0, 1, 2, 3, 4, 5};
     }
 
     void geometry() {
         QFETCH(QList<int>, hidden);
-        QFETCH(QList<int>, tops);
-        CPopupMenu menu(nullptr);
-        menu.resize(62, 484);
-        QCOMPARE(menu.width(), 62);
-        for (const int iMenu : hidden) {
-            menu.ShowMenu(iMenu, false);
-        }
-        QSignalSpy chosen(&menu, &CPopupMenu::menuChanged);
-        for (int i = 0; i < tops.size(); ++i) {
-            const QRect rect = menu.EntryRect(i);
-            QCOMPARE(rect, tops[i] < 0 ? QRect() : QRect(QPoint(6, tops[i]), QPoint(55, tops[i] + 38)));
+        QFETCH(QList<int>, places);
+        std::for_each(hidden.begin(), hidden.end(), [this](int i) { m_pMenu->ShowMenu(i, false); });
+        m_pMenu->SetSelected(-1);
+        const auto place = [](int i) { return QRect(QPoint(6, 10 + 52 * i), QPoint(55, 48 + 52 * i)); };
+        const QImage ground = Shown(place(7));
+        for (int i = 0; i < CPopupMenu::Entries; ++i) {
+            const QRect rect = m_pMenu->EntryRect(i);
+            QCOMPARE(rect, places[i] < 0 ? QRect() : place(places[i]));
+            QCOMPARE(Shown(place(i)) != ground, places.contains(i));  // a picture only where an entry is
             // The last pixel that belongs to it chooses it; the next does not.
-            if (!rect.isNull() && i != menu.Selected()) {
-                QTest::mouseClick(&menu, Qt::LeftButton, {}, rect.bottomRight() + QPoint(1, 0));
-                QTest::mouseClick(&menu, Qt::LeftButton, {}, rect.bottomRight() + QPoint(0, 1));
-                const int nBefore = chosen.count();
-                QTest::mouseClick(&menu, Qt::LeftButton, {}, rect.bottomRight());
-                QCOMPARE(chosen.count(), nBefore + 1);
-                QCOMPARE(chosen.last()[0].toInt(), i);
+            QSignalSpy chosen(m_pMenu.get(), &CPopupMenu::menuChanged);
+            for (const QPoint off : {QPoint(1, 0), QPoint(0, 1), QPoint(0, 0)}) {
+                QCOMPARE(chosen.count(), 0);
+                Click(rect.bottomRight() + off);
             }
-        }
-        // Pictures only where entries are.
-        const QImage image = menu.grab().toImage();
-        const QColor ground = image.pixelColor(3, 3);
-        for (int nSlot = 0; nSlot < 6; ++nSlot) {
-            QImage plain(50, 39, image.format());
-            plain.fill(ground);
-            const bool bPainted = image.copy(6, 10 + 52 * nSlot, 50, 39) != plain;
-            QCOMPARE(bPainted, tops.contains(10 + 52 * nSlot));
+            QCOMPARE(chosen.value(0).value(0), rect.isNull() ? QVariant() : QVariant(i));
         }
     }
 
     void selecting() {
-        CPopupMenu menu(nullptr);
-        menu.resize(62, 484);
-        QSignalSpy chosen(&menu, &CPopupMenu::menuChanged);
-        QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.EntryRect(2).center());  // selected at first
-        QTest::mouseClick(&menu, Qt::LeftButton, {}, QPoint(2, 2));
-        QCOMPARE(chosen.count(), 0);
-        QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.EntryRect(4).center());
-        QCOMPARE(menu.Selected(), 4);
+        QSignalSpy chosen(m_pMenu.get(), &CPopupMenu::menuChanged);
+        Click(m_pMenu->EntryRect(2).center());  // selected at first
+        Click(QPoint(2, 2));
+        Click(m_pMenu->EntryRect(4).center());
         // Refresh is lit while held.
-        const QRect refresh = menu.EntryRect(5);
-        const QImage calm = menu.grab(refresh).toImage();
-        QTest::mousePress(&menu, Qt::LeftButton, {}, refresh.center());
-        QVERIFY(menu.grab(refresh).toImage() != calm);
-        QTest::mouseRelease(&menu, Qt::LeftButton, {}, QPoint(-50, 0));
-        QVERIFY(menu.grab(refresh).toImage() == calm);
-        QCOMPARE(menu.Selected(), 4);
+        const QRect refresh(6, 270, 50, 39);
+        const QImage calm = Shown(refresh);
+        QTest::mousePress(m_pMenu.get(), Qt::LeftButton, {}, refresh.center());
+        QVERIFY(Shown(refresh) != calm);
+        QTest::mouseRelease(m_pMenu.get(), Qt::LeftButton, {}, QPoint(-50, 0));
+        QVERIFY(Shown(refresh) == calm && m_pMenu->Selected() == 4);
         QCOMPARE(chosen, QList<QVariantList>({{4}, {5}}));
     }
 
     void access() {
-        CPopupMenu menu(nullptr);
-        menu.ShowMenu(1, false);
-        QSignalSpy chosen(&menu, &CPopupMenu::menuChanged);
-        QAccessibleInterface* pMenu = QAccessible::queryAccessibleInterface(&menu);
-        QCOMPARE(pMenu->childCount(), 6);
+        m_pMenu->ShowMenu(1, false);
+        QSignalSpy chosen(m_pMenu.get(), &CPopupMenu::menuChanged);
+        QAccessibleInterface* pMenu = QAccessible::queryAccessibleInterface(m_pMenu.get());
         QStringList names;
         for (int i = 0; i < pMenu->childCount(); ++i) {
-            names += pMenu->child(i)->text(QAccessible::Name);
-            QCOMPARE(pMenu->indexOfChild(pMenu->child(i)), i);
-            pMenu->child(i)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+            QAccessibleInterface* pEntry = pMenu->child(i);
+            names += pEntry->text(QAccessible::Name);
+            QVERIFY(pMenu->indexOfChild(pEntry) == i && pEntry->parent() == pMenu);
+            pEntry->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         }
-        QCOMPARE(names,
-                 QStringList({"Scenes", "Programs", "Color", "Channels", "Parameters", "Connect again"}));
+        QCOMPARE(names.join(", "), QString("Scenes, Programs, Color, Channels, Parameters, Connect again"));
         QCOMPARE(chosen, QList<QVariantList>({{0}, {2}, {3}, {4}, {5}}));
         QVERIFY(pMenu->child(4)->state().selected && pMenu->child(1)->state().invisible);
-        QVERIFY(pMenu->child(4)->parent() == pMenu);
-    }
-
-    void tab() {
-        CPopupTab tab(nullptr);
-        tab.resize(14, 50);
-        QSignalSpy pressed(&tab, &CPopupTab::tabPressed);
-        QTest::mouseClick(&tab, Qt::LeftButton, {}, QPoint(13, 49));
-        QCOMPARE(pressed.count(), 1);
     }
 };
 

@@ -1,0 +1,52 @@
+// Feeds bytes to the readers of the settings file and of the rehearsal server's show file. What the settings
+// keep of them must survive being written and read again, but for the texts that are known not to.
+
+#include "server/show.h"
+#include "settings/cinifile.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cstdint>
+#include <stdexcept>
+
+namespace {
+
+QString WriteInput(const uint8_t* pData, size_t nSize) {
+    static int nArgs = 1;
+    static char name[] = "fuzz_files";
+    static char* args[] = {name, nullptr};
+    static QCoreApplication application(nArgs, args);
+    static QTemporaryDir folder("/dev/shm/fuzz_files");
+    const QString sPath = folder.filePath("input");
+    QFile file(sPath);
+    if (!file.open(QIODevice::WriteOnly)) {
+        qFatal("cannot write %s", qPrintable(sPath));
+    }
+    file.write(reinterpret_cast<const char*>(pData), static_cast<qint64>(nSize));
+    return sPath;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
+    const QString sPath = WriteInput(pData, nSize);
+    try {
+        Show::Load(sPath);
+    } catch (const std::runtime_error&) {
+        // a clear refusal
+    }
+    CIniFile settings;
+    settings.path = sPath;
+    settings.Read();
+    settings.Write();
+    CIniFile again;
+    again.path = sPath;
+    again.Read();
+    if (again.menuVisible != settings.menuVisible || again.sceneParams != settings.sceneParams ||
+        again.pwdState != settings.pwdState) {
+        qFatal("the flags did not survive");
+    }
+    return 0;
+}
