@@ -137,6 +137,7 @@ private slots:
         QTest::newRow("empty") << QByteArray();
         QTest::newRow("noise") << noise;
         QTest::newRow("noise in fragments") << noise.left(65000) + "!#(";
+        QTest::newRow("brackets") << QByteArray(50000, '[');
         QTest::newRow("braces") << QByteArray(50000, '{') + "!#(";
         QTest::newRow("closing braces") << QByteArray(50000, '}') + "!#(";
         QTest::newRow("marker alone") << QByteArray("!#(");
@@ -159,9 +160,13 @@ private slots:
         m_pPeer->answersState = false;  // a serial among the noise asks for it
         m_pPeer->Send(bytes);
         m_pPeer->Send(bytes);
-        // A good message works next.
-        m_pPeer->Send(R"({"typ":7,"content":{"scn":{"content":[{"id":5,"s":true}]}}})");
+        // A good message works next, whatever is in its names and behind its end.
+        m_pPeer->Send(
+            "{\"typ\":7,\"content\":{\"scn\":{\"content\":[{\"id\":5,\"n\":\"\xE9\",\"s\":true}]}}}");
         QTRY_COMPARE(Running(), QString("5"));
+        QCOMPARE(m_pWindow->SceneList()->Items()[0].name, QString("\uFFFD"));
+        m_pPeer->Send(QByteArray(R"({"typ":8,"content":{"id":5}})") + '\0');
+        QTRY_COMPARE(Running(), QString());
     }
 
     void tooManyClients() {
