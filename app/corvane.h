@@ -147,7 +147,7 @@ public slots:
     void OnProgramNameChanged(int nId, QString sName);
     void OnProgramIconChanged(int nId, QString sIcon);
     void OnProgramColorChanged(int nId, QColor color);
-    /// Puts a colour on the lights; each part 0 to 255.
+    /// Puts a colour on the lights; each level 0 to 255.
     void OnColorChanged(unsigned char ucR, unsigned char ucG, unsigned char ucB, unsigned char ucW);
     /// Releases the colour, whatever the argument.
     void OnColorStateChanged(bool bState);

@@ -157,7 +157,7 @@ private slots:
                 order += p->accessibleName().section(',', -1).trimmed();
             }
         }
-        QCOMPARE(order, QStringList({"Server", "part 1 of 4", "part 2 of 4", "part 3 of 4", "part 4 of 4",
+        QCOMPARE(order, QStringList({"Server", "field 1 of 4", "field 2 of 4", "field 3 of 4", "field 4 of 4",
                                      "Connect again", "Password of this page"}));
     }
 };

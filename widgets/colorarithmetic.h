@@ -5,7 +5,7 @@
 
 struct HSVColor;
 
-/// A colour by its parts, each 0 to 255.
+/// A colour by its levels, each 0 to 255.
 struct RGBColor {
     int red = 0;
     int green = 0;

@@ -111,7 +111,7 @@ QHBoxLayout* CParamsCtrl::AddressRow() {
         m_fields[i]->setAlignment(Qt::AlignCenter);
         m_fields[i]->setInputMask("000");
         m_fields[i]->setFixedWidth(40);
-        Describe(m_fields[i], tr("Address of the server, part %1 of 4").arg(i + 1));
+        Describe(m_fields[i], tr("Address of the server, field %1 of 4").arg(i + 1));
         pRow->addWidget(m_fields[i]);
     }
     pRow->addSpacing(10);
