@@ -166,7 +166,7 @@ private slots:
             double worst = 0;
             int nSent = 0;
             QElapsedTimer clock;
-            for (clock.start(); clock.elapsed() < 1000 * nSeconds; QTest::qWait(1)) {
+            for (clock.start(); clock.elapsed() < qint64{1000} * nSeconds; QTest::qWait(1)) {
                 // A few universes at a time, as the wire would bring them.
                 for (const qint64 nDue = clock.elapsed() * Rate / 1000; nSent < nDue; ++nSent) {
                     flood.writeDatagram(texts[nSent % 64], QHostAddress::LocalHost, 8094);
@@ -199,7 +199,7 @@ private slots:
             QTest::qWait(2);
         }
         const auto& levels = pGrid->Tables().levels;
-        QTRY_COMPARE(std::count(levels.begin(), levels.end(), 20), 32 * 512);
+        QTRY_COMPARE(std::count(levels.begin(), levels.end(), 20), std::ptrdiff_t{32} * 512);
         // Half a universe is never applied.
         peer.Send(texts[0].left(6000) + "!#(");
         peer.Send(texts[0].left(6000));

@@ -173,7 +173,7 @@ private slots:
         int nMoves = 0;
         for (; clock.elapsed() < 2000; ++nMoves) {
             mouse(QEvent::MouseMove, {30 + nMoves % 360, 60 + nMoves * 3 % 300});
-            QTest::qWait(static_cast<int>(std::max<qint64>(0, 5 * (nMoves + 1) - clock.elapsed())));
+            QTest::qWait(static_cast<int>(std::max<qint64>(0, qint64{5} * (nMoves + 1) - clock.elapsed())));
         }
         mouse(QEvent::MouseMove, {300, 130});
         mouse(QEvent::MouseButtonRelease, {300, 130});
