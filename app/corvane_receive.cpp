@@ -10,6 +10,26 @@
 
 #include <stdexcept>
 
+namespace {
+
+/// Reads each element of an array. A complete one names all that run: whatever it leaves out of its list is
+/// off.
+template <typename Read>
+void readArray(const JSONNode& node, CSceneList& list, bool bComplete, Read&& read) {
+    if (!node.IsArray()) {
+        return;
+    }
+    if (bComplete) {
+        list.ResetState();
+    }
+    node.ForEachElement(read);
+    if (bComplete) {
+        list.update();
+    }
+}
+
+}  // namespace
+
 void Corvane::ReadData(const QByteArray& datagram, const QString& sSender) {
     const std::optional<QByteArray> message = m_fragments.Join(datagram);
     if (!message) {
@@ -118,29 +138,13 @@ void Corvane::readSceneState(const JSONNode& content) {
 }
 
 void Corvane::readSceneArray(const JSONNode& node, bool bShow, bool bComplete) {
-    if (!node.IsArray()) {
-        return;
-    }
-    if (bComplete) {
-        SceneList()->ResetState();
-    }
-    node.ForEachElement([&](const JSONNode& element) { readScene(element, bShow, bComplete); });
-    if (bComplete) {
-        SceneList()->update();
-    }
+    readArray(node, *SceneList(), bComplete,
+              [&](const JSONNode& element) { readScene(element, bShow, bComplete); });
 }
 
 void Corvane::readProgArray(const JSONNode& node, bool bShow, bool bComplete) {
-    if (!node.IsArray()) {
-        return;
-    }
-    if (bComplete) {
-        ProgramList()->ResetState();
-    }
-    node.ForEachElement([&](const JSONNode& element) { readProg(element, bShow, bComplete); });
-    if (bComplete) {
-        ProgramList()->update();
-    }
+    readArray(node, *ProgramList(), bComplete,
+              [&](const JSONNode& element) { readProg(element, bShow, bComplete); });
 }
 
 /// `bShow` puts the scene on screen instead of into the list; `bComplete` means that it is one of a list of
