@@ -24,8 +24,10 @@ constexpr int AliveMs = 2000;
 constexpr int LostMs = 5000;
 constexpr int PollMs = 5000;
 
-/// How much of a flood is read before the timer and the user get their turn again.
+/// How much of a flood is read before the timer and the user get their turn again: so many datagrams, or for
+/// so long when each of them is dear.
 constexpr int DatagramsPerRead = 64;
+constexpr int ReadMs = 8;
 /// A large state comes as a burst of fragments, and the window may be painting.
 constexpr int ReceiveBufferSize = 4 * 1024 * 1024;
 
@@ -117,7 +119,10 @@ void Corvane::SendPacket(const std::string& sText, bool bDeferred) {
 }
 
 void Corvane::ReadPacket() {
-    for (int i = 0; i < DatagramsPerRead && m_pSocket->hasPendingDatagrams(); ++i) {
+    QElapsedTimer turn;
+    turn.start();
+    for (int i = 0; i < DatagramsPerRead && !turn.hasExpired(ReadMs) && m_pSocket->hasPendingDatagrams();
+         ++i) {
         const qint64 nSize = m_pSocket->pendingDatagramSize();
         if (nSize < 1) {
             // Take the empty datagram off the queue, or the socket never signals again.

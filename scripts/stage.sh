@@ -5,16 +5,18 @@
 #   enter_stage "$@"   runs the calling script again inside; returns there, with $room for files
 #   build=FOLDER       where the programs are (default: build)
 #   scale=FACTOR       density of the display (default: 1); places stay in logical pixels
+#   wrap=(COMMAND...)  what the remote runs under, if anything
 
 build=${build:-build}
 scale=${scale:-1}
+wrap=()
 
 enter_stage() {
     if [ -z "${CORVANE_STAGE:-}" ]; then
         CORVANE_STAGE=1 exec scripts/private-network xvfb-run -a -s "-screen 0 $((1024 * scale))x$((768 * scale))x24" "$0" "$@"
     fi
     room=$(mktemp -d)
-    started=()
+    started=()  # what is to end with the script, by its id
     export XDG_RUNTIME_DIR=$room QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=$scale
     trap 'kill "${started[@]}" 2>/dev/null; wait; rm -rf "$room"' EXIT
     # A copy, so that its settings file lies in the room and not beside the built program.
@@ -38,13 +40,16 @@ wait_for() {
     complain "waited in vain for $what"
 }
 
-logged() { grep -q -- "$1" "$room/server.log"; }
+logged() { grep -qs -- "$1" "$room/server.log"; }
 log_count() { grep -c -- "$1" "$room/server.log" || true; }
 logged_more_than() { [ "$(log_count "$1")" -gt "$2" ]; }
 
+# start_server [OPTION...]
+# shellcheck disable=SC2120  # most scripts give none
 start_server() {
-    "$build/corvane-server" >"$room/server.log" &
-    started+=($!)
+    "$build/corvane-server" "$@" >"$room/server.log" &
+    server=$!
+    started[server]=$server
     wait_for 'the rehearsal server' logged 'listens'
 }
 
@@ -63,9 +68,9 @@ find_window() {
 start_remote() {
     local asked
     asked=$(log_count 'asks for the state')
-    "$room/corvane" &
+    "${wrap[@]}" "$room/corvane" &
     remote=$!
-    started+=("$remote")
+    started[remote]=$remote
     wait_for 'the interface dialog' find_window 200
     xdotool windowfocus --sync "$window"
     [ -z "${dialog_picture:-}" ] || { sleep 0.3; picture "$dialog_picture"; }
@@ -79,7 +84,7 @@ start_remote() {
 quit_remote() {
     xdotool key Escape
     wait "$remote"
-    unset 'started[-1]'
+    unset "started[$remote]"
 }
 
 # press X Y [BUTTON]: a click at a place in the window.

@@ -41,8 +41,10 @@ void AddOptions(QCommandLineParser& parser) {
         {"fragment", "Split longer messages into marked fragments of this many bytes (default: 1400).",
          "bytes", "1400"},
         {"silent-after", "Answer nothing any more after this many seconds.", "seconds", "-1"},
-        {"drop", "Lose this share of all answers.", "percent", "0"},
         {"delay", "Let every answer wait this long.", "ms", "0"},
+        {"drop", "Lose this share of all datagrams, in both directions.", "percent", "0"},
+        {"duplicate", "Bring this share of all datagrams twice.", "percent", "0"},
+        {"reorder", "Let this share of all datagrams be overtaken by others.", "percent", "0"},
     });
 }
 
@@ -56,8 +58,10 @@ RehearsalServer::Options ReadOptions(const QCommandLineParser& parser) {
     options.maxClients = Number(parser, "limit", 0, 1000);
     options.fragmentSize = Number(parser, "fragment", 1, 60000);
     options.silentAfter = Number(parser, "silent-after", -1, 86400);
-    options.dropPercent = Number(parser, "drop", 0, 100);
     options.delayMs = Number(parser, "delay", 0, 60000);
+    options.dropPercent = Number(parser, "drop", 0, 100);
+    options.duplicatePercent = Number(parser, "duplicate", 0, 100);
+    options.reorderPercent = Number(parser, "reorder", 0, 100);
     return options;
 }
 

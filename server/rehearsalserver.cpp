@@ -18,11 +18,17 @@ namespace {
 
 /// A client that has said nothing for this long has left without a goodbye.
 constexpr int ClientTimeoutMs = 15000;
+/// How late a datagram is that others overtake.
+constexpr int OvertakenMs = 30;
 
 Scene* Find(std::vector<Scene>& entries, int nId) {
     const auto entry =
         std::find_if(entries.begin(), entries.end(), [nId](const Scene& s) { return s.id == nId; });
     return entry != entries.end() ? &*entry : nullptr;
+}
+
+bool Happens(int nPercent) {
+    return QRandomGenerator::global()->bounded(100) < nPercent;
 }
 
 QString OnOff(bool bState) {
@@ -73,8 +79,24 @@ void RehearsalServer::ReadPackets(QUdpSocket& socket) {
     while (socket.hasPendingDatagrams()) {
         const QNetworkDatagram datagram = socket.receiveDatagram();
         if (!IsSilent() && datagram.isValid()) {
-            ReadMessage(datagram.data(), datagram.senderAddress(),
-                        static_cast<quint16>(datagram.senderPort()));
+            Carry(0, [this, datagram] {
+                ReadMessage(datagram.data(), datagram.senderAddress(),
+                            static_cast<quint16>(datagram.senderPort()));
+            });
+        }
+    }
+}
+
+void RehearsalServer::Carry(int nDelayMs, const std::function<void()>& deliver) {
+    if (Happens(m_options.dropPercent)) {
+        return;
+    }
+    for (int nCopies = Happens(m_options.duplicatePercent) ? 2 : 1; nCopies > 0; --nCopies) {
+        const int nLate = nDelayMs + (Happens(m_options.reorderPercent) ? OvertakenMs : 0);
+        if (nLate > 0) {
+            QTimer::singleShot(nLate, this, deliver);
+        } else {
+            deliver();
         }
     }
 }
@@ -315,15 +337,8 @@ void RehearsalServer::Send(const Client& to, const std::string& sText) {
 }
 
 void RehearsalServer::SendDatagram(const Client& to, const std::string& sText) {
-    if (QRandomGenerator::global()->bounded(100) < m_options.dropPercent) {
-        return;
-    }
     const QNetworkDatagram datagram(QByteArray::fromStdString(sText), to.address, to.port);
-    if (m_options.delayMs > 0) {
-        QTimer::singleShot(m_options.delayMs, this, [this, datagram] { m_pSocket->writeDatagram(datagram); });
-    } else {
-        m_pSocket->writeDatagram(datagram);
-    }
+    Carry(m_options.delayMs, [this, datagram] { m_pSocket->writeDatagram(datagram); });
 }
 
 bool RehearsalServer::IsSilent() const {

@@ -28,8 +28,11 @@ public:
         int maxClients = 8;
         int fragmentSize = 1400;  ///< longer messages leave in marked pieces of so many bytes
         int silentAfter = -1;     ///< seconds until it answers no more; -1 never
-        int dropPercent = 0;      ///< how many of its datagrams get lost
-        int delayMs = 0;          ///< how late each of them leaves
+        int delayMs = 0;          ///< how late each of its datagrams leaves
+        // A bad network, for what comes as well as for what leaves: how many of 100 datagrams it
+        int dropPercent = 0;       ///< loses
+        int duplicatePercent = 0;  ///< brings twice
+        int reorderPercent = 0;    ///< lets others overtake
     };
     using Log = std::function<void(const QString&)>;
 
@@ -53,6 +56,9 @@ private:
 
     bool ListenToBroadcasts();
     void ReadPackets(QUdpSocket& socket);
+    /// Lets the network do its worst with a datagram before `deliver` gets it: not at all, once or twice, now
+    /// or `nDelayMs` and more later.
+    void Carry(int nDelayMs, const std::function<void()>& deliver);
     void ReadMessage(const QByteArray& datagram, const QHostAddress& address, quint16 port);
     void Answer(int nType, const JSONNode& content, const Client& client);
     void SwitchScene(const Scene& change, const Client& from);

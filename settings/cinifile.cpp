@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QStringList>
 #include <QTextStream>
@@ -121,8 +122,10 @@ void CIniFile::Read() {
 }
 
 void CIniFile::Write() const {
+    // A folder that takes no new file may still hold one that can be written. On a full disk that way would
+    // leave nothing of it.
     QSaveFile file(path);
-    file.setDirectWriteFallback(true);
+    file.setDirectWriteFallback(!QFileInfo(QFileInfo(path).path()).isWritable());
     if (!file.open(QIODevice::WriteOnly)) {
         return;
     }
@@ -138,6 +141,10 @@ void CIniFile::Write() const {
         stream << "Programs=" << RecordsText(programs) << '\n';
     }
     stream.flush();
+    // What is still in the file's own buffer fails on a full disk, too, and commit() does not look at that.
+    if (!file.flush()) {
+        file.cancelWriting();
+    }
     file.commit();
 }
 
