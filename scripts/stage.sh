@@ -5,15 +5,17 @@
 #   enter_stage "$@"   runs the calling script again inside; returns there, with $room for files
 #   build=FOLDER       where the programs are (default: build)
 #   scale=FACTOR       density of the display (default: 1); places stay in logical pixels
-#   wrap=(COMMAND...)  what the remote runs under, if anything
+#   under=COMMAND      what the remote runs under, if anything
+#   patience=TIMES     how much slower than usual that makes it (default: 1)
 
 build=${build:-build}
 scale=${scale:-1}
-wrap=()
+patience=${patience:-1}
+read -rd "" -a wrap <<<"${under:-}" || true
 
 enter_stage() {
     if [ -z "${CORVANE_STAGE:-}" ]; then
-        CORVANE_STAGE=1 exec scripts/private-network xvfb-run -a -s "-screen 0 $((1024 * scale))x$((768 * scale))x24" "$0" "$@"
+        CORVANE_STAGE=1 exec scripts/private-network xvfb-run -a -s "-noreset -screen 0 $((1024 * scale))x$((768 * scale))x24" "$0" "$@"
     fi
     room=$(mktemp -d)
     started=()  # what is to end with the script, by its id
@@ -29,11 +31,11 @@ complain() {
     exit 1
 }
 
-# wait_for WHAT COMMAND...: for ten seconds at the most.
+# wait_for WHAT COMMAND...: for ten seconds, times the patience, at the most.
 wait_for() {
     local what=$1
     shift
-    for _ in $(seq 100); do
+    for _ in $(seq $((100 * patience))); do
         "$@" && return 0
         sleep 0.1
     done
@@ -78,7 +80,7 @@ start_remote() {
     wait_for 'the window' find_window 820
     wait_for 'the state' logged_more_than 'asks for the state' "$asked"
     xdotool windowfocus --sync "$window"
-    sleep 0.5
+    sleep $((500 * patience))e-3
 }
 
 quit_remote() {
@@ -91,7 +93,7 @@ quit_remote() {
 press() {
     point "$1" "$2"
     xdotool click "${3:-1}"
-    sleep 0.3
+    sleep $((300 * patience))e-3
 }
 
 point() { xdotool mousemove --window "$window" $(($1 * scale)) $(($2 * scale)); }

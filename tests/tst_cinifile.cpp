@@ -3,6 +3,9 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <utility>
 
 class TestIniFile : public QObject {
@@ -86,6 +89,42 @@ private slots:
             settings.SetSceneParams(7, sName, sIcon, color);
             const char* const shown[] = {"Bar i #0000ff", "n :/i.png #0000ff", "n i #ff0000"};
             QCOMPARE(sName + ' ' + sIcon + ' ' + color.name(), QString(shown[i]));
+        }
+    }
+
+    /// Wherever a file is cut off, its whole lines are read as they stand.
+    void truncated() {
+        const QByteArray full =
+            "PwdState=1\nPwdValue=a=b \nMenuVisible=1|0|0|1\nSceneParams=0|1|0\n"
+            "Scenes=3;Party;;-1|7;;:/x.png;255\nPrograms=3;Loop;;0\n";
+        for (int n = 0; n <= full.size(); ++n) {
+            const QByteArray saved = Saved(Load(full.left(n)));
+            for (const QByteArray& line : full.left(full.left(n).lastIndexOf('\n') + 1).split('\n')) {
+                QVERIFY2(saved.contains(line), saved);
+            }
+        }
+    }
+
+    /// However the program is killed while it writes, the file is the old one or the new one, whole.
+    void killedWhileWriting() {
+        CIniFile settings = Load("PwdValue=old\n");
+        settings.scenes = QVector<SceneParam>(500, {1, "A name", "", Qt::red}).toList();
+        const QByteArray old = Saved(settings);
+        CIniFile changed = settings;
+        changed.pwdValue = "new";
+        const QByteArray next = Saved(changed);
+        for (int i = 0; i < 100; ++i) {
+            const pid_t writer = fork();
+            while (writer == 0) {
+                settings.Write();
+                changed.Write();
+            }
+            QThread::usleep(static_cast<unsigned long>(2000 + i * 37));
+            QVERIFY(::kill(writer, SIGKILL) == 0 && ::waitpid(writer, nullptr, 0) == writer);
+            QFile file(settings.path);
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QByteArray found = file.readAll();
+            QVERIFY2(found == old || found == next, found);
         }
     }
 
