@@ -49,7 +49,7 @@ std::string Command(const ::Command& command);
 std::string Channel(const DmxChan& channel);
 /// Every channel of a universe at one level, held (true) or released.
 std::string Universe(int nUniverse, unsigned char ucLevel, bool bState);
-/// A colour on `nNumber` channels of a universe from `nChannel` on.
+/// A colour on `nNumber` fixtures side by side in a universe, from channel `nChannel` on.
 std::string UniverseColor(int nUniverse, int nChannel, int nNumber, const ::Color& color);
 
 /// The members of a colour's or a command's content, for whoever builds a larger message around them.

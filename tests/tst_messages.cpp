@@ -1,67 +1,106 @@
 #include "device/jsonwriter.h"
 #include "device/messages.h"
+#include "server/rehearsalserver.h"
 
+#include <QNetworkDatagram>
+#include <QTemporaryFile>
+#include <QUdpSocket>
 #include <QtTest>
 
-/// Compares whole texts, byte for byte, with what servers have always been sent.
+/// The examples of docs/protocol.md are what goes over the wire, byte for byte: they are the golden texts.
 class TestMessages : public QObject {
     Q_OBJECT
 
+    /// The fenced blocks of a document that have a name, as in ```json alive
+    static QMap<QString, QString> Examples(const QString& sDocument) {
+        QFile file(DOCS_FOLDER "/" + sDocument);
+        const QString sText = file.open(QIODevice::ReadOnly) ? file.readAll() : QString();
+        QMap<QString, QString> examples;
+        for (const QString& sBlock : sText.split("\n```json ").mid(1)) {
+            const int nName = sBlock.indexOf('\n');
+            examples[sBlock.left(nName)] = sBlock.mid(nName + 1, sBlock.indexOf("\n```") - nName - 1);
+        }
+        return examples;
+    }
+
+    /// The manual's show, which the server of the examples plays.
+    static Show ExampleShow() {
+        QTemporaryFile file;
+        if (file.open()) {
+            file.write(Examples("manual.md")["show"].toUtf8());
+            file.flush();
+        }
+        return Show::Load(file.fileName());
+    }
+
+    const QMap<QString, QString> m_examples = Examples("protocol.md");
+
 private slots:
-    void golden_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("golden");
-        const auto row = [](const char* pName, const std::string& sText, const char* pGolden) {
-            QTest::newRow(pName) << QString::fromStdString(sText) << QString(pGolden);
-        };
-        row("alive", messages::Bare(MessageType::Alive), "{\n\t\"typ\" : 1\n}");
-        row("goodbye", messages::Bare(MessageType::Goodbye), "{\n\t\"typ\" : 3\n}");
-        row("state", messages::Bare(MessageType::StateRequest), "{\n\t\"typ\" : 6\n}");
-        row("discovery", messages::Bare(MessageType::Discovery), "{\n\t\"typ\" : 14\n}");
-        row("scene poll", messages::Bare(MessageType::ScenePoll), "{\n\t\"typ\" : 17\n}");
-        row("command poll", messages::Bare(MessageType::CommandPoll), "{\n\t\"typ\" : 19\n}");
-        row("channel poll", messages::Bare(MessageType::ChannelPoll), "{\n\t\"typ\" : 20\n}");
-        row("scene", messages::Scene(5, -1, true),
-            "{\n\t\"typ\" : 8,\n\t\"content\" : {\n\t\t\"id\" : 5,\n\t\t\"a\" : -1,\n\t\t\"s\" : "
-            "true\n\t}\n}");
-        row("program", messages::Program(2147483647, false),
-            "{\n\t\"typ\" : 9,\n\t\"content\" : {\n\t\t\"id\" : 2147483647,\n\t\t\"s\" : false\n\t}\n}");
-        row("color", messages::Color({255, 0, 1, 2, false, true}),
-            "{\n\t\"typ\" : 10,\n\t\"content\" : {\n\t\t\"color\" : {\n\t\t\t\"r\" : 255,\n\t\t\t\"g\" : 0,\n"
-            "\t\t\t\"b\" : 1,\n\t\t\t\"w\" : 2\n\t\t},\n\t\t\"rgbw\" : false,\n\t\t\"s\" : true\n\t}\n}");
-        row("command", messages::Command({true, false, true, false, true, 100, 7}),
-            "{\n\t\"typ\" : 11,\n\t\"content\" : {\n\t\t\"bo\" : true,\n\t\t\"next\" : false,\n"
-            "\t\t\"prev\" : true,\n\t\t\"white\" : false,\n\t\t\"hold\" : true,\n\t\t\"dim\" : 100,\n"
-            "\t\t\"speed\" : 7\n\t}\n}");
-        row("channel", messages::Channel({511, 31, 255, true}),
-            "{\n\t\"typ\" : 12,\n\t\"content\" : {\n\t\t\"chan\" : 511,\n\t\t\"univ\" : 31,\n"
-            "\t\t\"level\" : 255,\n\t\t\"s\" : true\n\t}\n}");
-        row("universe color", messages::UniverseColor(0, 0, 100, {50, 100, 200, 0, false, false}),
-            "{\n\t\"typ\" : 16,\n\t\"content\" : {\n\t\t\"universe\" : 0,\n\t\t\"chan\" : 0,\n"
-            "\t\t\"number\" : 100,\n\t\t\"color\" : {\n\t\t\t\"r\" : 50,\n\t\t\t\"g\" : 100,\n"
-            "\t\t\t\"b\" : 200,\n\t\t\t\"w\" : 0\n\t\t},\n\t\t\"rgbw\" : false\n\t}\n}");
+    void golden() {
+        // Of 512 channels the example shows the first two and the last.
+        QString sUniverse = QString::fromStdString(messages::Universe(0, 127, true));
+        QVERIFY(sUniverse.count("\"c\" : ") == 512 && sUniverse.size() < 65507);
+        const int nThird = sUniverse.indexOf("\t\t\t{\n\t\t\t\t\"c\" : 2,");
+        const int nLast = sUniverse.indexOf("\t\t\t{\n\t\t\t\t\"c\" : 511,");
+        sUniverse.replace(nThird, nLast - nThird, "\t\t\t...\n");
+
+        const QMap<QString, std::string> built{
+            {"alive", messages::Bare(MessageType::Alive)},
+            {"goodbye", messages::Bare(MessageType::Goodbye)},
+            {"state request", messages::Bare(MessageType::StateRequest)},
+            {"scene", messages::Scene(2, 0, true)},
+            {"program", messages::Program(1, true)},
+            {"color", messages::Color({255, 180, 1, 2, false, true})},
+            {"next", messages::Command({false, true, false, false, true, 80, 7})},
+            {"commands", messages::Command({false, false, false, false, true, 80, 7})},
+            {"channel", messages::Channel({511, 31, 255, true})},
+            {"universe", sUniverse.toStdString()},
+            {"discovery", messages::Bare(MessageType::Discovery)},
+            {"universe color", messages::UniverseColor(0, 0, 100, {50, 100, 200, 0, false, false})},
+            {"scene poll", messages::Bare(MessageType::ScenePoll)},
+            {"command poll", messages::Bare(MessageType::CommandPoll)},
+            {"channel poll", messages::Bare(MessageType::ChannelPoll)}};
+        // What only a server sends is met in the conversation.
+        QStringList names{"fragment 1", "fragment 2", "held channels", "scene states",
+                          "serial",     "state",      "too many"};
+        names += built.keys();
+        names.sort();
+        QCOMPARE(m_examples.keys(), names);
+        for (auto it = built.begin(); it != built.end(); ++it) {
+            QCOMPARE(it.key() + ": " + QString::fromStdString(*it), it.key() + ": " + m_examples[it.key()]);
+        }
         JSONWriter writer;
         writer.BeginObject().Member("n", std::string_view("a\"b\\c\n\xC3\xA9\0d", 10)).EndObject();
-        row("text", writer.Take(), "{\n\t\"n\" : \"a\\\"b\\\\c\\u000a\xC3\xA9\"\n}");
+        QCOMPARE(writer.Take(), std::string("{\n\t\"n\" : \"a\\\"b\\\\c\\u000a\xC3\xA9\"\n}"));
     }
 
-    void golden() {
-        QFETCH(QString, text);
-        QTEST(text, "golden");
-    }
-
-    void universe() {
-        const QString sText = QString::fromStdString(messages::Universe(3, 127, true));
-        const QString sHead =
-            "{\n\t\"typ\" : 13,\n\t\"content\" : {\n\t\t\"universe\" : 3,\n\t\t\"channels\" : [\n";
-        const QString sChannel =
-            "\t\t\t{\n\t\t\t\t\"c\" : %1,\n\t\t\t\t\"l\" : 127,\n\t\t\t\t\"s\" : true\n\t\t\t}%2\n";
-        QVERIFY(sText.startsWith(sHead + sChannel.arg(0).arg(',') + sChannel.arg(1).arg(',')));
-        QVERIFY(sText.endsWith(sChannel.arg(510).arg(',') + sChannel.arg(511).arg("") + "\t\t]\n\t}\n}"));
-        QCOMPARE(sText.count("\"c\" : "), 512);
-        QVERIFY2(sText.size() < 65507, "must fit one datagram");
+    /// The server, sent one example after the other, answers with the examples that the document gives.
+    void conversation() {
+        const auto talk = [this](int nClients, int nFragment, const QStringList& turns) {
+            RehearsalServer server(ExampleShow(), {QHostAddress::LocalHost, 8093, nClients, nFragment},
+                                   [](const QString&) {});
+            QUdpSocket remote;
+            QVERIFY(server.Listen() && remote.bind(QHostAddress::LocalHost, 8094));
+            for (const QString& sTurn : turns) {
+                QStringList names = sTurn.split(',');
+                const QByteArray asked = m_examples[names.takeFirst()].toUtf8();
+                remote.writeDatagram(asked, QHostAddress::LocalHost, 8093);
+                for (const QString& sAnswer : names) {
+                    QTRY_VERIFY2(remote.hasPendingDatagrams(), qPrintable(sTurn));
+                    QCOMPARE(QString(remote.receiveDatagram().data()), m_examples[sAnswer]);
+                }
+            }
+            QTest::qWait(50);
+            QVERIFY(!remote.hasPendingDatagrams());
+        };
+        talk(8, 1400,
+             {"discovery,serial", "state request,state", "alive,alive", "scene", "program",
+              "scene poll,scene states", "color", "next", "command poll,color,commands", "channel,channel",
+              "channel poll,held channels", "goodbye"});
+        talk(8, 36, {"discovery,fragment 1,fragment 2"});
+        talk(0, 1400, {"state request,too many"});
     }
 };
 
-QTEST_APPLESS_MAIN(TestMessages)
+QTEST_GUILESS_MAIN(TestMessages)
 #include "tst_messages.moc"

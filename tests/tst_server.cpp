@@ -86,19 +86,6 @@ private slots:
         refuses("{\n\"serial\":5}", "line 2: \"serial\" must be a text");
     }
 
-    void goodShow() {
-        QTemporaryFile file;
-        QVERIFY(file.open());
-        file.write(R"({"serial":"77","scenes":[{"id":4,"name":"Caf\u00e9",)"
-                   R"("area":2,"level":9,"state":true},{"id":5}]})");
-        file.flush();
-        const Show show = Show::Load(file.fileName());
-        const Scene& scene = show.scenes[0];
-        QVERIFY(show.serial == "77" && scene.name == "Caf\xC3\xA9");
-        QVERIFY(scene.area == 2 && scene.level == 9 && scene.state);
-        QVERIFY(show.scenes[1].area == -1 && show.programs.empty());
-    }
-
     /// The main job: two remotes, fragments, a click, a silence.
     void rehearsal() {
         Server server({"--fragment", "400"});
