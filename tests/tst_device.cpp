@@ -23,8 +23,8 @@ private slots:
             QString sRead;
             const JSONDocument document(QString("{\"x\":%1}").arg(sValue).toUtf8());
             document.Root().ForEachMember("x", [&](const JSONNode& node) {
-                const std::string sText(node.AsText());
-                sRead += QString("%1 %2 %3").arg(node.AsInt()).arg(node.AsBool()).arg(sText.c_str());
+                const QString sText = QString::fromStdString(std::string(node.AsText()));
+                sRead += QString("%1 %2 %3").arg(node.AsInt()).arg(node.AsBool()).arg(sText);
             });
             QCOMPARE(sValue + " = " + sRead, sRow);
         }

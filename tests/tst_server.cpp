@@ -175,7 +175,8 @@ private slots:
         const Universes& other = m_pSecond->Grid()->Tables();
         QTest::mouseClick(pGrid, Qt::LeftButton, {}, pGrid->CellRect(0).center());
         QTest::mouseClick(pGrid->Editor()->Control()->Slider(), Qt::LeftButton, {}, QPoint(5, 0));
-        QTRY_VERIFY(pGrid->Tables().states[0]);  // shown by the answer, before the editor is closed
+        // Shown by the answer, before the editor is closed.
+        QTRY_VERIFY(m_pFirst->ChannelState().level == 255 && pGrid->Tables().states[0]);
         QTRY_VERIFY(other.states[0] && other.levels[0] == 255);
         emit pGrid->Editor()->off();
         QTRY_VERIFY(!other.states[0]);
