@@ -79,14 +79,14 @@ private slots:
         Fragments fragments;
         QVERIFY(!fragments.Join("{\"typ\":8,\"con!#("));
         // A whole message in between goes its own way.
-        QCOMPARE(*fragments.Join("{}"), QByteArray("{}"));
+        QCOMPARE(fragments.Join("{}").value_or("nothing"), QByteArray("{}"));
         QVERIFY(!fragments.Join(QByteArray("tent\":{\"id\":1}!#(\0tail", 22)));
-        QCOMPARE(*fragments.Join("}!#("), QByteArray(R"({"typ":8,"content":{"id":1}})"));
+        QCOMPARE(fragments.Join("}!#(").value_or("nothing"), QByteArray(R"({"typ":8,"content":{"id":1}})"));
         // Nothing of it is left behind.
-        QCOMPARE(*fragments.Join("{}!#("), QByteArray("{}"));
+        QCOMPARE(fragments.Join("{}!#(").value_or("nothing"), QByteArray("{}"));
         QVERIFY(!fragments.Join("{!#("));
         fragments.Clear();
-        QCOMPARE(*fragments.Join("{}!#("), QByteArray("{}"));
+        QCOMPARE(fragments.Join("{}!#(").value_or("nothing"), QByteArray("{}"));
     }
 
     void fragmentsAreBoundedAndLinear() {
