@@ -154,8 +154,8 @@ private slots:
             QTest::mousePress(pCommands, Qt::LeftButton, {}, at);
             QCOMPARE(state(), QString(pResult));
         }
-        pCommands->Update(Command{true, false, false, true, false, 0, 0});
-        QCOMPARE(state(), QString(" > on on on -"));
+        pCommands->Update(Command{true, false, false, false, true, 0, 0});
+        QCOMPARE(state(), QString(" > - on on on"));
         pCommands->ReleaseCommands();
         QCOMPARE(state(), QString(" > - - on -"));
         Click(pCommands, {{24, 10}, {85, 10}, {50, 70}, {50, 310}});  // just beside them

@@ -17,8 +17,7 @@ private slots:
               "-9e99 = -2147483648 1 ", "18446744073709551615 = 2147483647 1 ", "true = 1 1 ", "false = 0 0 ",
               "null = 0 0 ", "[1] = 0 0 ", R"({"a":1} = 0 0 )", R"("12" = 12 1 12)", R"("-3.7" = -3 1 -3.7)",
               R"("0" = 0 0 0)", R"("12px" = 0 0 12px)", R"("nan" = 0 0 nan)", R"("a\u0000b" = 0 0 a)",
-              R"("\u00e9" = 0 0 )"
-              "\xC3\xA9"}) {
+              R"("\u00e9" = 0 0 é)"}) {
             const QString sValue = sRow.section(" = ", 0, 0);
             QString sRead;
             const JSONDocument document(QString("{\"x\":%1}").arg(sValue).toUtf8());

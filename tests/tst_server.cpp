@@ -201,6 +201,7 @@ private slots:
             OnNext<QMessageBox>([&nBoxes](QMessageBox* pBox) { pBox->done(++nBoxes); });
             const auto remote = OpenRemote();
             QTRY_COMPARE(nBoxes, 1);
+            QCOMPARE(remote->LocalPort(), 8012);
         }
         // Silence from the start on: it hears, and says nothing.
         Server server({"--silent-after", "0"});
