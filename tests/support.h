@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
+#include <QMouseEvent>
 #include <QTimer>
 
 /// Does something with the next modal window of a kind, as soon as it is open.
@@ -25,4 +26,10 @@ inline void ChooseInterface(const QString& sEntry = "Auto") {
         pCombo->setCurrentIndex(pCombo->findText(sEntry, Qt::MatchContains));
         pDialog->accept();
     });
+}
+
+/// One step of a drag, with the left button held.
+inline void Mouse(QWidget* pWidget, QEvent::Type type, const QPoint& at) {
+    QMouseEvent event(type, at, pWidget->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(pWidget, &event);
 }

@@ -1,23 +1,10 @@
-#include "app/corvane.h"
-#include "app/cpopupmenu.h"
-#include "app/cpopuptab.h"
 #include "device/messages.h"
 #include "tests/peer.h"
-#include "tests/support.h"
-#include "widgets/cchannelslider.h"
-#include "widgets/ccolorcircle.h"
-#include "widgets/ccolorpicker.h"
-#include "widgets/ccommandwnd.h"
-#include "widgets/channelsgrid.h"
-#include "widgets/cparamsctrl.h"
-#include "widgets/cscenelist.h"
-#include "widgets/csliderctrl.h"
+#include "tests/remote.h"
 
 #include <QLineEdit>
-#include <QtTest>
 
 #include <functional>
-#include <memory>
 
 /// What each thing the user can do becomes: a message, a setting, another page.
 class TestActions : public QObject {
@@ -28,14 +15,10 @@ class TestActions : public QObject {
 
     std::unique_ptr<Peer> m_pPeer;
     std::unique_ptr<Corvane> m_pWindow;
-    QFile m_settings{QCoreApplication::applicationDirPath() + "/Corvane.ini"};
 
     void Open(const QByteArray& settings = {}) {
         m_pWindow.reset();
-        QVERIFY(m_settings.open(QIODevice::WriteOnly) && m_settings.write(settings) == settings.size());
-        m_settings.close();
-        ChooseInterface();
-        m_pWindow = std::make_unique<Corvane>();
+        m_pWindow = OpenRemote(settings);
         m_pWindow->show();
         QTRY_VERIFY(m_pWindow->IsAnswered());
     }
@@ -43,7 +26,7 @@ class TestActions : public QObject {
     /// What the settings file holds once the window is gone.
     QByteArray Saved() {
         m_pWindow.reset();
-        QFile file(m_settings.fileName());
+        QFile file(CIniFile().path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
@@ -68,9 +51,7 @@ class TestActions : public QObject {
                 {[=] { emit pPicker->colorChanged(1, 2, 3, 255); }, 10, "r:1,g:2,b:3,w:255,s:true"},
                 {[=] { emit pPicker->Wheel()->colorStateChanged(true); }, 10, "r:1,g:2,b:3,w:255,s:false"},
                 {[=] { emit pPicker->Dimmer()->valueChanged(255); }, 11, "dim:100,speed:0"},
-                {[=] { emit pPicker->Speed()->valueChanged(128); }, 11, "dim:100,speed:50"},
-                {[=] { emit pPicker->Dimmer()->valueChanged(254); }, 11, "dim:99,speed:50"},
-                {[=] { emit pPicker->Speed()->valueChanged(127); }, 11, "dim:99,speed:49"},
+                {[=] { emit pPicker->Speed()->valueChanged(127); }, 11, "dim:100,speed:49"},
                 {[=] { emit pPicker->Dimmer()->valueChanged(2); }, 11, "dim:0,speed:49"},
                 {[=] { emit pCommands->whiteChanged(true); }, 11, "white:true,dim:0,speed:49"},
                 {[=] { emit pCommands->blackChanged(true); }, 11, "bo:true,dim:0,speed:49"},
@@ -117,112 +98,92 @@ private slots:
 
     void settings() {
         CSceneList* pScenes = m_pWindow->SceneList();
-        CSceneList* pPrograms = m_pWindow->ProgramList();
         CParamsCtrl* pParams = m_pWindow->Params();
         m_pWindow->OnMenuChanged(1);
         m_pWindow->Disconnect();  // what stays on this side is kept all the same
-        emit pScenes->nameChanged(3, "Party");
-        emit pScenes->iconChanged(3, ":/x.png");
-        emit pScenes->colorChanged(3, Qt::red);
-        emit pPrograms->nameChanged(4, "Loop");
-        emit pPrograms->iconChanged(4, ":/y.png");
-        emit pPrograms->colorChanged(4, Qt::green);
+        for (const auto& [pList, nId] : {std::pair{pScenes, 3}, {m_pWindow->ProgramList(), 4}}) {
+            emit pList->nameChanged(nId, nId == 3 ? "Party" : "Loop");
+            emit pList->iconChanged(nId, nId == 3 ? ":/x.png" : ":/y.png");
+            emit pList->colorChanged(nId, nId == 3 ? Qt::red : Qt::green);
+        }
         emit pParams->pwdStateChanged(true);
         for (const int i : {1, 4, -1}) {
             emit pParams->showMenu(i, false);
             emit pParams->enableParam(i == 1 ? 2 : i - 1, false);
         }
-        QVERIFY(m_pWindow->Menu()->EntryRect(1).isNull() &&
-                m_pWindow->CurrentPage() == 1);  // though it stays
+        QVERIFY(m_pWindow->Menu()->EntryRect(1).isNull() && m_pWindow->CurrentPage() == 1);  // it stays
         m_pPeer->state = R"({"typ":7,"content":{"scn":{"content":[{"n":"Plain","id":3}]}}})";
         emit pParams->refresh();
-        QVERIFY(!m_pWindow->IsAnswered());
-        QTRY_COMPARE(pScenes->Items().value(0).name, QString("Party"));
-        for (const bool bOwn : {false, true}) {
+        for (const bool bOwn : {true, false, true}) {
             emit pParams->enableParam(0, bOwn);
             QTRY_COMPARE(pScenes->Items().value(0).name, QString(bOwn ? "Party" : "Plain"));
         }
-        QVERIFY(m_settings.size() == 0);  // nothing is written before the end
         QCOMPARE(Saved(), QByteArray("PwdState=1\nPwdValue=\nMenuVisible=1|0|1|1\nSceneParams=1|1|0\n"
                                      "Scenes=3;Party;:/x.png;255\nPrograms=4;Loop;:/y.png;65280\n"));
     }
 
-    void leavingTheParameters_data() {
-        QTest::addColumn<bool>("locks");
-        QTest::newRow("lock on: relocks with the new password") << true;
-        QTest::newRow("lock off: stays open") << false;
-    }
-
     void leavingTheParameters() {
-        QFETCH(bool, locks);
-        Open(QByteArray(locks ? "PwdState=1" : "PwdState=0") + "\nPwdValue=old\n");
-        CParamsCtrl* pParams = m_pWindow->Params();
-        auto* pPassword = pParams->findChildren<QLineEdit*>().last();
-        const auto unlocks = [&](const char* pText) {
-            pPassword->setText(pText);
-            pParams->OnPwdStateChanged(true);
-            return !pParams->IsLocked();
-        };
-        m_pWindow->OnMenuChanged(4);
-        QVERIFY(pParams->isVisible() && (!locks || unlocks("old")));
-        m_pWindow->OnMenuChanged(4);  // going where one is locks nothing
-        QVERIFY(!pParams->IsLocked());
-        pPassword->setText("new");
-        m_pWindow->OnMenuChanged(1);
-        QVERIFY(!pParams->isVisible() && pParams->IsLocked() == locks);
-        if (locks) {
+        for (const bool bLocks : {true, false}) {
+            Open(QByteArray(bLocks ? "PwdState=1" : "PwdState=0") + "\nPwdValue=old\n");
+            CParamsCtrl* pParams = m_pWindow->Params();
+            auto* pPassword = pParams->findChildren<QLineEdit*>().last();
+            const auto unlocks = [&](const char* pText) {
+                pPassword->setText(pText);
+                pParams->OnPwdStateChanged(true);
+                return !pParams->IsLocked();
+            };
             m_pWindow->OnMenuChanged(4);
-            QVERIFY(!unlocks("old") && unlocks("new"));
+            QVERIFY(!bLocks || unlocks("old"));
+            m_pWindow->OnMenuChanged(4);  // going where one is locks nothing
+            QVERIFY(!pParams->IsLocked());
+            pPassword->setText("new");
+            m_pWindow->OnMenuChanged(1);
+            QVERIFY(!pParams->isVisible() && pParams->IsLocked() == bLocks);
+            QVERIFY(!bLocks || (!unlocks("old") && unlocks("new")));
             m_pWindow->OnMenuChanged(0);
+            QVERIFY(Saved().contains(bLocks ? "\nPwdValue=\n" : "\nPwdValue=new\n"));
         }
-        QVERIFY(Saved().contains(locks ? "\nPwdValue=\n" : "\nPwdValue=new\n"));
     }
 
     void menu() {
         CPopupMenu* pMenu = m_pWindow->Menu();
+        CPopupTab* pTab = m_pWindow->Tab();
         m_pWindow->OnMenuChanged(1);
-        QCOMPARE(m_pWindow->Tab()->geometry(), QRect(QPoint(58, 482), QPoint(71, 531)));
-        QTest::mouseClick(m_pWindow->Tab(), Qt::LeftButton, {}, QPoint(13, 49));
-        QVERIFY(pMenu->isVisible() && !m_pWindow->Tab()->isVisible());
+        QCOMPARE(pTab->geometry(), QRect(QPoint(58, 482), QPoint(71, 531)));
+        QTest::mouseClick(pTab, Qt::LeftButton, {}, QPoint(13, 49));
+        QVERIFY(!pTab->isVisible() && m_pWindow->childAt(80, 100) == pMenu);
         QCOMPARE(pMenu->geometry(), QRect(QPoint(58, 58), QPoint(119, 541)));
-        QVERIFY(m_pWindow->childAt(80, 100) == pMenu);
         // Refresh connects again and leaves page and menu alone.
         QTest::mousePress(pMenu, Qt::LeftButton, {}, pMenu->EntryRect(5).center());
         QVERIFY(!m_pWindow->IsAnswered() && pMenu->isVisible() && m_pWindow->CurrentPage() == 1);
-        QTest::mouseRelease(pMenu, Qt::LeftButton);
-        // A press anywhere else closes the menu.
-        QTest::mouseClick(m_pWindow.get(), Qt::LeftButton, {}, QPoint(300, 20));
-        QVERIFY(!pMenu->isVisible() && m_pWindow->Tab()->isVisible());
+        // A press anywhere else closes the menu, on the frame, on any page, on an entry.
         CColorPicker* pPicker = m_pWindow->Picker();
-        for (QObject* pPage :
-             QList<QObject*>{m_pWindow->SceneList(), m_pWindow->ProgramList(), m_pWindow->Grid(),
-                             m_pWindow->Params(), pPicker->Wheel(), pPicker->Commands()}) {
+        const auto press = [](QObject* pPage) {
+            return [pPage] { QMetaObject::invokeMethod(pPage, "mousePressed"); };
+        };
+        for (const std::function<void()>& act : std::initializer_list<std::function<void()>>{
+                 [this] { QTest::mouseClick(m_pWindow.get(), Qt::LeftButton, {}, QPoint(300, 20)); },
+                 press(m_pWindow->SceneList()), press(m_pWindow->ProgramList()), press(m_pWindow->Grid()),
+                 press(m_pWindow->Params()), press(pPicker->Wheel()), press(pPicker->Commands()),
+                 [=] { QTest::mouseClick(pMenu, Qt::LeftButton, {}, pMenu->EntryRect(4).center()); }}) {
             m_pWindow->ShowPopupMenu();
-            QMetaObject::invokeMethod(pPage, "mousePressed");
-            QVERIFY(!pMenu->isVisible() && m_pWindow->Tab()->isVisible());
+            act();
+            QVERIFY(!pMenu->isVisible() && pTab->isVisible());
         }
-        // A page: shown, and the menu closes.
-        m_pWindow->ShowPopupMenu();
-        QTest::mouseClick(pMenu, Qt::LeftButton, {}, pMenu->EntryRect(4).center());
         QVERIFY(m_pWindow->Params()->isVisible() && !m_pWindow->ProgramList()->isVisible());
-        QVERIFY(!pMenu->isVisible());
     }
 
     void addressesThatAreNone() {
         m_pPeer->answersSerial = false;
-        ChooseInterface();
         m_pWindow.reset();
-        m_pWindow = std::make_unique<Corvane>();
+        m_pWindow = OpenRemote();
         const int nBefore = m_pPeer->Count(6);
         for (const char* pAddress : {"...", "999.0.0.1", "256.1.1.1"}) {
             m_pWindow->Params()->SetIp(pAddress);
             m_pWindow->SendState();
-            QTest::qWait(50);
-            QCOMPARE(m_pPeer->Count(6), nBefore);
         }
-        m_pPeer->answersSerial = true;
-        m_pWindow->Refresh();
-        QTRY_VERIFY(m_pWindow->IsAnswered());
+        QTest::qWait(50);
+        QCOMPARE(m_pPeer->Count(6), nBefore);
     }
 };
 

@@ -77,17 +77,16 @@ private slots:
     }
 
     void overlaying() {
-        CIniFile settings = Load("Scenes=7;Bar;:/i.png;255|7;Other;;0\n");
+        CIniFile settings = Load("Scenes=7;Bar;:/x.png;255|7;Other;;0\n");
+        const char* const shown[] = {"Bar i #0000ff", "n :/x.png #0000ff", "n i #ff0000"};
         for (std::size_t i = 0; i < 3; ++i) {
-            settings.sceneParams = {false, false, false};
-            settings.sceneParams[i] = true;
+            settings.sceneParams = {i == 0, i == 1, i == 2};
             QString sName = "n";
             QString sIcon = "i";
             QColor color = Qt::blue;
             settings.SetProgramParams(7, sName, sIcon, color);
             QCOMPARE(sName + sIcon + color.name(), QString("ni#0000ff"));
             settings.SetSceneParams(7, sName, sIcon, color);
-            const char* const shown[] = {"Bar i #0000ff", "n :/i.png #0000ff", "n i #ff0000"};
             QCOMPARE(sName + ' ' + sIcon + ' ' + color.name(), QString(shown[i]));
         }
     }

@@ -1,16 +1,8 @@
-#include "app/corvane.h"
 #include "tests/peer.h"
-#include "tests/support.h"
-#include "widgets/ccolorcircle.h"
-#include "widgets/ccolorpicker.h"
-#include "widgets/cparamsctrl.h"
-#include "widgets/cscenelist.h"
-#include "widgets/csliderctrl.h"
+#include "tests/remote.h"
 
 #include <QMessageBox>
-#include <QtTest>
 
-#include <memory>
 #include <utility>
 
 /// What the server says, as real datagrams, and what becomes of it.
@@ -40,15 +32,13 @@ class TestReceive : public QObject {
 
 private slots:
     void init() {
-        QFile::remove(QCoreApplication::applicationDirPath() + "/Corvane.ini");
         m_pPeer = std::make_unique<Peer>();
         m_pPeer->state = R"({"typ":7,"content":{
             "scn":{"content":[{"n":"A","id":1,"a":0,"l":9,"s":true},{"id":2,"n":"B","a":0},{"id":3}]},
             "prg":{"content":[{"id":1,"a":5},{"id":2,"s":1}]},
             "clr":{"content":{"color":{"r":1,"g":2,"b":3,"w":4},"rgbw":true,"s":true}},
             "cmd":{"content":{"dim":50,"speed":60,"bo":true}}}})";
-        ChooseInterface();
-        m_pWindow = std::make_unique<Corvane>();
+        m_pWindow = OpenRemote();
         QTRY_VERIFY(m_pWindow->IsAnswered());
     }
 
@@ -61,12 +51,10 @@ private slots:
         const Scene& bare = m_pWindow->Scenes()[2];  // nothing is left of the entry before
         QVERIFY(m_pWindow->Scenes()[0].level == 9 && bare.area == -1 && bare.name.empty());
         QCOMPARE(m_pWindow->Programs()[0].area, -1);  // programs have none
-        const Color& color = m_pWindow->ColorState();
-        QCOMPARE(color.r * 1000 + color.g * 100 + color.b * 10 + color.w, 1234);
-        QVERIFY(color.rgbw && color.state && m_pWindow->CommandState().dim == 50);
-        QCOMPARE(m_pWindow->Picker()->Wheel()->GetColor(), QColor(1, 2, 3));
-        QCOMPARE(m_pWindow->Picker()->White()->Value(), 4);
-        QCOMPARE(m_pWindow->Picker()->Speed()->Value(), 154);
+        const CColorPicker* pPicker = m_pWindow->Picker();
+        QVERIFY(pPicker->Wheel()->IsOn() && pPicker->Wheel()->GetColor() == QColor(1, 2, 3));
+        QCOMPARE(pPicker->White()->Value(), 4);
+        QVERIFY(pPicker->Dimmer()->Value() == 128 && pPicker->Speed()->Value() == 154);
         // Each "content" in "scn" counts; what is missing stays as it was, but lists are emptied.
         Send(R"({"typ":7,"content":{"scn":{"content":[{"id":8}],"content":[{"id":9}]}}})");
         QCOMPARE(m_pWindow->SceneList()->Items().size(), 2);
@@ -128,52 +116,51 @@ private slots:
         QCOMPARE(Running(), QString("1"));
     }
 
-    void hostileDatagrams_data() {
-        QTest::addColumn<QByteArray>("bytes");
+    void hostileDatagrams() {
         QByteArray noise(65507, '\0');
         for (int i = 0; i < noise.size(); ++i) {
             noise[i] = static_cast<char>(1 + (i * 7919) % 255);
         }
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("noise") << noise;
-        QTest::newRow("noise in fragments") << noise.left(65000) + "!#(";
-        QTest::newRow("brackets") << QByteArray(50000, '[');
-        QTest::newRow("braces") << QByteArray(50000, '{') + "!#(";
-        QTest::newRow("closing braces") << QByteArray(50000, '}') + "!#(";
-        QTest::newRow("marker alone") << QByteArray("!#(");
+        const QByteArray braces(50000, '{');
+        QList<QByteArray> texts{"",
+                                noise,
+                                noise.left(65000) + "!#(",
+                                QByteArray(50000, '['),
+                                braces + "!#(",
+                                QByteArray(50000, '}') + "!#(",
+                                "!#("};
+        // Each type with each member that any reader knows, all of one odd value. Type 2 opens a box, which
+        // has a test of its own.
         const QByteArray content =
             R"("typ":@,"content":@,"scn":@,"prg":@,"clr":@,"cmd":@,"n":@,"id":@,"a":@,"l":@,"s":@,"color":@,)"
             R"("r":@,"rgbw":@,"dim":@,"next":@,"chan":@,"univ":@,"universe":@,"channels":@,"c":@,"serial":@)";
         for (const char* pValue : {"null", "\"x\"", "-1e99", "[[],{},1]", "{\"content\":7}", "true"}) {
             QByteArray text = "{";
-            for (int nType = 1; nType <= 20; ++nType) {
-                // Type 2 opens a box, which has a test of its own.
-                const QByteArray number = QByteArray::number(nType == 2 ? 21 : nType);
-                text += "\"typ\":" + number + ",\"content\":{" + content + "},";
+            for (const int nType : {1, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21}) {
+                text += "\"typ\":" + QByteArray::number(nType) + ",\"content\":{" + content + "},";
             }
-            QTest::newRow(pValue) << text.replace("@", pValue) + "\"end\":0}";
+            texts += text.replace("@", pValue) + "\"end\":0}";
         }
-    }
-
-    void hostileDatagrams() {
-        QFETCH(QByteArray, bytes);
         m_pPeer->answersState = false;  // a serial among the noise asks for it
-        m_pPeer->Send(bytes);
-        m_pPeer->Send(bytes);
-        // A good message works next, whatever is in its names and behind its end.
-        m_pPeer->Send(
-            "{\"typ\":7,\"content\":{\"scn\":{\"content\":[{\"id\":5,\"n\":\"\xE9\",\"s\":true}]}}}");
-        QTRY_COMPARE(Running(), QString("5"));
-        QCOMPARE(m_pWindow->SceneList()->Items()[0].name, QString("\uFFFD"));
-        m_pPeer->Send(QByteArray(R"({"typ":8,"content":{"id":5}})") + '\0');
-        QTRY_COMPARE(Running(), QString());
+        for (const QByteArray& text : texts) {
+            m_pWindow->SendState();  // forgets the fragments
+            QTest::qWait(20);
+            m_pPeer->Send(text);
+            m_pPeer->Send(text);
+            // A good message works next, whatever is in its names and behind its end.
+            m_pPeer->Send(
+                "{\"typ\":7,\"content\":{\"scn\":{\"content\":[{\"id\":5,\"n\":\"\xE9\",\"s\":true}]}}}");
+            QTRY_COMPARE(Running(), QString("5"));
+            QCOMPARE(m_pWindow->SceneList()->Items()[0].name, QString("\uFFFD"));
+            m_pPeer->Send(QByteArray(R"({"typ":8,"content":{"id":5}})") + '\0');
+            QTRY_COMPARE(Running(), QString());
+        }
     }
 
     void tooManyClients() {
         int nBoxes = 0;
         OnNext<QMessageBox>([&](QMessageBox* pBox) {
             ++nBoxes;
-            QCOMPARE(pBox->windowTitle(), QString("Error"));
             QCOMPARE(pBox->text(), QString("Number of users max exceeded"));
             // The box is open: messages are read all the same, and no second box joins it.
             Send(R"({"typ":2})");

@@ -1,6 +1,5 @@
 #include "app/branding.h"
 #include "app/cgetnidlg.h"
-#include "widgets/artwork.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -16,24 +15,14 @@ private slots:
     void branding() {
         Branding branding;
         QVERIFY(!branding.Load(99));
-        QVERIFY(branding.Load(Branding::ApplicationType));
-        QCOMPARE(branding.type, 4);
-        QVERIFY(branding.type != Branding::TypeWithoutStores);
-        QVERIFY(!artwork::Picture(branding.icon).isNull());
-        QVERIFY(branding.androidStore.startsWith("https://") && branding.iosStore.startsWith("https://"));
-    }
-
-    void brokenBrandings() {
-        for (const QByteArray text :
-             {"", "{", "[]", R"({"type":4})", R"({"type":5,"name":"n","icon":"i"})"}) {
+        for (const QByteArray text : {"{", "[]", R"({"type":4})", R"({"type":5,"name":"n","icon":"i"})"}) {
             QTemporaryFile file;
-            QVERIFY(file.open());
-            file.write(text);
-            file.flush();
-            Branding branding;
-            QVERIFY2(!branding.Load(file.fileName(), 4), text);
-            QVERIFY(branding.name.isEmpty());
+            QVERIFY(file.open() && file.write(text) == text.size() && file.flush());
+            QVERIFY2(!branding.Load(file.fileName(), 4) && branding.name.isEmpty(), text);
         }
+        QVERIFY(branding.Load(Branding::ApplicationType));
+        QVERIFY(branding.type == 4 && branding.type != Branding::TypeWithoutStores);
+        QVERIFY(branding.androidStore.startsWith("https://") && branding.iosStore.startsWith("https://"));
     }
 
     void offeredAddresses() {
@@ -65,8 +54,6 @@ private slots:
                  QStringList({"0", "Auto|Auto|10.0.0.255", "eth0 : 10.0.0.5|10.0.0.5|10.0.0.255",
                               "eth0 : 2.1.1.1|2.1.1.1|2.255.255.255",
                               "Localhost : 127.0.0.1|127.0.0.1|127.0.0.1"}));
-        QCOMPARE(dialog.windowTitle(), QString("Network Interface"));
-        QCOMPARE(dialog.size(), QSize(200, 100));
         dialog.findChild<QComboBox*>()->setCurrentIndex(-1);
         QCOMPARE(dialog.GetIp() + dialog.GetBroadcast(), QString());
         auto* pButtons = dialog.findChild<QDialogButtonBox*>();

@@ -1,23 +1,12 @@
-#include "app/corvane.h"
 #include "tests/peer.h"
-#include "tests/support.h"
-#include "widgets/cscenelist.h"
-
-#include <QtTest>
-
-#include <memory>
+#include "tests/remote.h"
 
 /// The frame around the pages: shape, drag, closing, and what is kept for the next time.
 class TestWindow : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<Corvane> Open(const QByteArray& menuVisible = "1|1|1|1") {
-        QFile file(QCoreApplication::applicationDirPath() + "/Corvane.ini");
-        file.open(QIODevice::WriteOnly);
-        file.write("MenuVisible=" + menuVisible);
-        file.close();
-        ChooseInterface();
-        auto pWindow = std::make_unique<Corvane>();
+    static std::unique_ptr<Corvane> Open(const QByteArray& menuVisible = "1|1|1|1") {
+        auto pWindow = OpenRemote("MenuVisible=" + menuVisible);
         pWindow->show();
         return pWindow;
     }
@@ -46,22 +35,20 @@ private slots:
     void drag() {
         const auto window = Open();
         window->move(100, 100);
-        const auto mouse = [&window](QEvent::Type type, const QPoint& at, const QPoint& onScreen) {
-            QMouseEvent event(type, at, onScreen, Qt::LeftButton, Qt::LeftButton, {});
-            QCoreApplication::sendEvent(window.get(), &event);
+        const auto mouse = [&window](QEvent::Type type, const QPoint& onScreen) {
+            Mouse(window.get(), type, window->mapFromGlobal(onScreen));
             return window->pos();
         };
-        const QPoint pressed = window->mapToGlobal({300, 20});
-        mouse(QEvent::MouseButtonPress, {300, 20}, pressed);
-        QCOMPARE(mouse(QEvent::MouseMove, {330, 60}, pressed + QPoint(30, 40)), QPoint(130, 140));
-        QCOMPARE(mouse(QEvent::MouseMove, {299, 20}, pressed + QPoint(29, 40)), QPoint(129, 140));
-        mouse(QEvent::MouseButtonRelease, {300, 20}, pressed + QPoint(29, 40));
-        mouse(QEvent::MouseMove, {400, 90}, pressed + QPoint(129, 110));
+        mouse(QEvent::MouseButtonPress, {400, 120});
+        QCOMPARE(mouse(QEvent::MouseMove, {430, 160}), QPoint(130, 140));
+        QCOMPARE(mouse(QEvent::MouseMove, {429, 160}), QPoint(129, 140));
+        mouse(QEvent::MouseButtonRelease, {429, 160});
+        mouse(QEvent::MouseMove, {529, 230});
         // Neither the second of two clicks, even on the close button, nor a press on the page takes hold.
         for (const auto& [type, at] : {std::pair{QEvent::MouseButtonDblClick, QPoint(780, 30)},
                                        std::pair{QEvent::MouseButtonPress, QPoint(58, 58)}}) {
-            mouse(type, at, window->mapToGlobal(at));
-            mouse(QEvent::MouseMove, {500, 300}, window->mapToGlobal({500, 300}));
+            Mouse(window.get(), type, at);
+            mouse(QEvent::MouseMove, {600, 400});
         }
         QVERIFY(window->isVisible() && window->pos() == QPoint(129, 140));
     }
