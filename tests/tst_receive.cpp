@@ -157,24 +157,6 @@ private slots:
         }
     }
 
-    void tooManyClients() {
-        int nBoxes = 0;
-        OnNext<QMessageBox>([&](QMessageBox* pBox) {
-            ++nBoxes;
-            QCOMPARE(pBox->text(), QString("Number of users max exceeded"));
-            // The box is open: messages are read all the same, and no second box joins it.
-            Send(R"({"typ":2})");
-            Send(R"({"typ":8,"content":{"id":3,"s":true}})");
-            QCOMPARE(QApplication::activeModalWidget(), pBox);
-            pBox->accept();
-        });
-        m_pPeer->Send(R"({"typ":2})");
-        QTRY_COMPARE(nBoxes, 1);
-        QCOMPARE(Running(), QString("1 3"));
-        QTest::qWait(50);
-        QVERIFY(QApplication::activeModalWidget() == nullptr && m_pWindow->IsConnected());
-    }
-
     void serials() {
         const int nRequests = m_pPeer->Count(6);
         Send(R"({"typ":15,"content":{"other":1}})");

@@ -237,6 +237,9 @@ private slots:
                         m_pWindow->SceneList()->Items()[1].state);
             QCOMPARE(Boxes(), int{warning});
             QCOMPARE(QApplication::activeModalWidget(), pDialog);
+            const auto* pBox = qobject_cast<QMessageBox*>(pDialog);
+            QCOMPARE(pBox != nullptr ? pBox->windowTitle() + ": " + pBox->text() : QString(),
+                     QString(warning ? "Error: Number of users max exceeded" : ""));
             ++nTold;
             pDialog->accept();
         });
