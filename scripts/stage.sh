@@ -16,7 +16,9 @@ read -rd "" -a wrap <<<"${under:-}" || true
 
 enter_stage() {
     if [ -z "${CORVANE_STAGE:-}" ]; then
-        CORVANE_STAGE=1 exec scripts/private-network xvfb-run -a -s "-noreset -screen 0 $((1024 * scale))x$((768 * scale))x24" "$0" "$@"
+        # Two that look for a free display at once may find the same one: each begins at a number of its own.
+        CORVANE_STAGE=1 exec scripts/private-network xvfb-run -a -n $((100 + $$ % 50000)) \
+            -s "-noreset -screen 0 $((1024 * scale))x$((768 * scale))x24" "$0" "$@"
     fi
     room=$(mktemp -d)
     started=()  # what is to end with the script, by its id
