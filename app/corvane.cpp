@@ -15,11 +15,13 @@
 #include "widgets/cscenelistwnd.h"
 #include "widgets/csliderctrl.h"
 
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QWindow>
 
 namespace {
 
@@ -34,6 +36,11 @@ std::optional<StoreLinks> Stores() {
     return StoreLinks{branding.androidStore, branding.iosStore};
 }
 
+/// There a window's mask only says where it takes the mouse, and only the compositor moves windows.
+bool OnWayland() {
+    return QGuiApplication::platformName().startsWith("wayland");
+}
+
 }  // namespace
 
 Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
@@ -43,6 +50,10 @@ Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
     const QSize size = artwork::LogicalSize(m_background);
     setFixedSize(size);
     setMask(artwork::Shape(BackgroundPath));
+    if (OnWayland()) {
+        setWindowFlag(Qt::FramelessWindowHint);
+        setAttribute(Qt::WA_TranslucentBackground);
+    }
     m_closeRect = QRect(QPoint(size.width() - 55, 20), QPoint(size.width() - 24, 51));
     m_lostRect = QRect(QPoint(size.width() / 2 - 25, 4), QPoint(size.width() / 2 + 24, 53));
 
@@ -160,6 +171,10 @@ void Corvane::mousePressEvent(QMouseEvent* event) {
     }
     ShowPopupTab();
     if (rect().adjusted(Border, Border, -Border, -Border).contains(position)) {
+        return;
+    }
+    if (OnWayland()) {
+        windowHandle()->startSystemMove();
         return;
     }
     m_windowAtPress = pos();

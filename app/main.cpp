@@ -15,6 +15,8 @@ int main(int argc, char* argv[]) {
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 
     QApplication application(argc, argv);
+    // Where a desktop finds the window's name and icon: corvane.desktop.
+    QApplication::setDesktopFileName("corvane");
     ApplyLook();
 
     Branding branding;

@@ -44,9 +44,11 @@ install_packages() {
         apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
-# build PRESET
+# build PRESET [TARGET...]
 build() {
-    echo "Building ($1)"
-    step "configuring" cmake --preset "$1"
-    step "building" cmake --build --preset "$1"
+    local preset=$1
+    shift
+    echo "Building ($preset)"
+    step "configuring" cmake --preset "$preset"
+    step "building" cmake --build --preset "$preset" ${1:+--target "$@"}
 }

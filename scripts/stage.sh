@@ -2,7 +2,8 @@
 # Plays the operator: starts the rehearsal server and the remote under a virtual display in a private network, and
 # works the remote with mouse and keys. Sourced from the top of the checkout, with -euo pipefail set.
 #
-#   enter_stage "$@"   runs the calling script again inside; returns there, with $room for files
+#   enter_stage "$@"   runs the calling script again inside; returns there, with $room for files and
+#                      the remote as $program
 #   build=FOLDER       where the programs are (default: build)
 #   scale=FACTOR       density of the display (default: 1); places stay in logical pixels
 #   under=COMMAND      what the remote runs under, if anything
@@ -15,7 +16,9 @@ read -rd "" -a wrap <<<"${under:-}" || true
 
 enter_stage() {
     if [ -z "${CORVANE_STAGE:-}" ]; then
-        CORVANE_STAGE=1 exec scripts/private-network xvfb-run -a -s "-noreset -screen 0 $((1024 * scale))x$((768 * scale))x24" "$0" "$@"
+        # Two that look for a free display at once may find the same one: each begins at a number of its own.
+        CORVANE_STAGE=1 exec scripts/private-network xvfb-run -a -n $((100 + $$ % 50000)) \
+            -s "-noreset -screen 0 $((1024 * scale))x$((768 * scale))x24" "$0" "$@"
     fi
     room=$(mktemp -d)
     started=()  # what is to end with the script, by its id
@@ -23,6 +26,7 @@ enter_stage() {
     trap 'kill "${started[@]}" 2>/dev/null; wait; rm -rf "$room"' EXIT
     # A copy, so that its settings file lies in the room and not beside the built program.
     cp "$build/corvane" "$room/"
+    program=$room/corvane
 }
 
 complain() {
@@ -70,7 +74,7 @@ find_window() {
 start_remote() {
     local asked
     asked=$(log_count 'asks for the state')
-    "${wrap[@]}" "$room/corvane" &
+    "${wrap[@]}" "$program" &
     remote=$!
     started[remote]=$remote
     wait_for 'the interface dialog' find_window 200

@@ -32,6 +32,7 @@ void AddOptions(QCommandLineParser& parser) {
         "The rehearsal server: plays a networked lighting interface for the Corvane remote.\n"
         "It logs one line for each message. Bad options or a bad show file end it with status 2.");
     parser.addHelpOption();
+    parser.addVersionOption();
     parser.addOptions({
         {"show", "Play the scenes and programs of this JSON file instead of the built-in show.", "file"},
         {"serial", "Go by this serial instead of the show's.", "text"},
@@ -75,6 +76,7 @@ void WriteLine(std::FILE* stream, const QString& sLine) {
 int main(int argc, char* argv[]) {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("corvane-server");
+    QCoreApplication::setApplicationVersion(CORVANE_VERSION);
     QCommandLineParser parser;
     AddOptions(parser);
     if (!parser.parse(QCoreApplication::arguments()) || !parser.positionalArguments().isEmpty()) {
@@ -86,6 +88,9 @@ int main(int argc, char* argv[]) {
     }
     if (parser.isSet("help")) {
         parser.showHelp();
+    }
+    if (parser.isSet("version")) {
+        parser.showVersion();
     }
     try {
         const RehearsalServer::Options options = ReadOptions(parser);
