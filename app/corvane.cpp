@@ -15,6 +15,7 @@
 #include "widgets/cscenelistwnd.h"
 #include "widgets/csliderctrl.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -37,7 +38,11 @@ std::optional<StoreLinks> Stores() {
 }  // namespace
 
 Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
-    : QWidget(parent, flags), m_pLayout(new QHBoxLayout), m_background(artwork::Picture(BackgroundPath)) {
+    : QWidget(parent, flags),
+      PaintedParts(this),
+      m_pLayout(new QHBoxLayout),
+      m_background(artwork::Picture(BackgroundPath)) {
+    setAccessibleName(QApplication::applicationDisplayName());
     m_settings.Read();
 
     const QSize size = artwork::LogicalSize(m_background);
@@ -128,6 +133,14 @@ bool Corvane::Close() {
         SendPacket(messages::Bare(MessageType::Goodbye), true);
     }
     return close();
+}
+
+PaintedPart Corvane::Part(int iPart) const {
+    if (iPart == 0) {
+        return {tr("Close"), QAccessible::Button, m_closeRect};
+    }
+    const QRect sign = m_bConnectionLost ? m_lostRect : QRect();
+    return {tr("The server does not answer"), QAccessible::AlertMessage, sign};
 }
 
 void Corvane::paintEvent(QPaintEvent* event) {
