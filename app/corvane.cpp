@@ -15,7 +15,7 @@
 #include "widgets/cscenelistwnd.h"
 #include "widgets/csliderctrl.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -38,13 +38,17 @@ std::optional<StoreLinks> Stores() {
 
 /// There a window's mask only says where it takes the mouse, and only the compositor moves windows.
 bool OnWayland() {
-    return QGuiApplication::platformName().startsWith("wayland");
+    return QApplication::platformName().startsWith("wayland");
 }
 
 }  // namespace
 
 Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
-    : QWidget(parent, flags), m_pLayout(new QHBoxLayout), m_background(artwork::Picture(BackgroundPath)) {
+    : QWidget(parent, flags),
+      PaintedParts(this),
+      m_pLayout(new QHBoxLayout),
+      m_background(artwork::Picture(BackgroundPath)) {
+    setAccessibleName(QApplication::applicationDisplayName());
     m_settings.Read();
 
     const QSize size = artwork::LogicalSize(m_background);
@@ -139,6 +143,14 @@ bool Corvane::Close() {
         SendPacket(messages::Bare(MessageType::Goodbye), true);
     }
     return close();
+}
+
+PaintedPart Corvane::Part(int iPart) const {
+    if (iPart == 0) {
+        return {tr("Close"), QAccessible::Button, m_closeRect};
+    }
+    const QRect sign = m_bConnectionLost ? m_lostRect : QRect();
+    return {tr("The server does not answer"), QAccessible::AlertMessage, sign};
 }
 
 void Corvane::paintEvent(QPaintEvent* event) {

@@ -6,6 +6,7 @@
 #include "device/fragments.h"
 #include "device/scene.h"
 #include "settings/cinifile.h"
+#include "widgets/paintedparts.h"
 
 #include <QColor>
 #include <QElapsedTimer>
@@ -34,7 +35,7 @@ class QUdpSocket;
 /// settings, the mirror of the server's state and the connection, and all that passes between them.
 ///
 /// Everything runs on the GUI thread, driven by the socket and by a 25 ms timer.
-class Corvane : public QWidget {
+class Corvane : public QWidget, public PaintedParts {
     Q_OBJECT
 
     // Construction, frame, closing: corvane.cpp
@@ -48,6 +49,11 @@ public:
     /// Says goodbye to the server and closes the window. The goodbye leaves with the next tick, if there
     /// still is one; nothing waits for it. Returns whether the window closed.
     bool Close();
+
+    /// The close button and the sign that the connection is lost.
+    int PartCount() const override { return 2; }
+    PaintedPart Part(int iPart) const override;
+    PaintedPart Whole() const override { return {{}, QAccessible::Window}; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

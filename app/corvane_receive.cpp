@@ -24,7 +24,7 @@ void readArray(const JSONNode& node, CSceneList& list, bool bComplete, Read&& re
     }
     node.ForEachElement(read);
     if (bComplete) {
-        list.update();
+        list.ShowParts();
     }
 }
 
@@ -57,7 +57,7 @@ void Corvane::readType(int nType) {
         m_answerTimer.start();
         if (m_bConnectionLost) {
             m_bConnectionLost = false;
-            update();
+            ShowParts();
         }
     } else if (nType == static_cast<int>(MessageType::TooManyClients) && !m_bWarningUsers) {
         // The box must not run inside the socket's signal, which would stay deaf as long as it is open.

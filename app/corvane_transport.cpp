@@ -68,7 +68,7 @@ bool Corvane::Connect() {
         connect(m_pTimer, &QTimer::timeout, this, &Corvane::OnTimer);
         m_pTimer->start(TickMs);
     }
-    update();
+    ShowParts();
     return true;
 }
 
@@ -146,7 +146,7 @@ void Corvane::OnTimer() {
     }
     if (!m_bConnectionLost && m_answerTimer.hasExpired(LostMs)) {
         m_bConnectionLost = true;
-        update();
+        ShowParts();
     } else if (!m_bAnswered) {
         if (m_nLocalPort != FallBackPorts[0] && m_requestTimer.hasExpired(FallBackMs)) {
             InitConnection(FallBackPorts[0], FallBackPorts[1]);
@@ -186,7 +186,7 @@ void Corvane::Update() {
     ProgramList()->Update(m_programs, m_settings);
     m_pPicker->Update(m_color, m_command);
     m_pGrid->ReleaseChannels();
-    m_pGrid->update();
+    m_pGrid->ShowParts();
 
     static bool bFirst = true;
     if (bFirst) {

@@ -1,12 +1,9 @@
 #include "app/cpopupmenu.h"
 
-#include "app/popupmenuaccess.h"
 #include "widgets/artwork.h"
 
-#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QToolTip>
 
 namespace {
 
@@ -24,11 +21,10 @@ std::array<QPixmap, CPopupMenu::Entries> EntryPictures(const QString& sSuffix) {
 
 }  // namespace
 
-CPopupMenu::CPopupMenu(QWidget* parent) : QWidget(parent) {
+CPopupMenu::CPopupMenu(QWidget* parent) : QWidget(parent), PaintedParts(this) {
     setFixedWidth(Width);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     setAccessibleName(tr("Pages"));
-    InstallPopupMenuAccess();
     UpdateRects();
 }
 
@@ -38,45 +34,26 @@ void CPopupMenu::ShowMenu(int iMenu, bool bShow) {
     }
     m_shown.at(static_cast<std::size_t>(iMenu)) = bShow;
     UpdateRects();
-    update();
+    ShowParts();
 }
 
 void CPopupMenu::SetSelected(int iMenu) {
     m_iSelected = iMenu;
-    update();
+    ShowParts();
 }
 
-QString CPopupMenu::EntryName(int iMenu) {
+PaintedPart CPopupMenu::Part(int iPart) const {
     const std::array<QString, Entries> names{tr("Scenes"),   tr("Programs"),   tr("Color"),
                                              tr("Channels"), tr("Parameters"), tr("Connect again")};
-    return names.at(static_cast<std::size_t>(iMenu));
-}
-
-void CPopupMenu::Press(int iMenu) {
-    if (iMenu == m_iSelected) {
-        return;
-    }
-    m_iPrevious = m_iSelected;
-    m_iSelected = iMenu;
-    update();
-    emit menuChanged(iMenu);
-}
-
-/// The refresh entry is lit only while it is held; the menu goes on showing the page the user is on.
-void CPopupMenu::Release() {
-    if (m_iSelected == Refresh) {
-        SetSelected(m_iPrevious);
-    }
+    PaintedPart part{names.at(static_cast<std::size_t>(iPart)),
+                     iPart == Refresh ? QAccessible::Button : QAccessible::PageTab, EntryRect(iPart)};
+    part.state.selectable = iPart != Refresh;
+    part.state.selected = iPart == m_iSelected;
+    return part;
 }
 
 bool CPopupMenu::event(QEvent* event) {
-    if (event->type() == QEvent::ToolTip) {
-        const auto* pHelp = dynamic_cast<QHelpEvent*>(event);
-        const int iMenu = EntryAt(pHelp->pos());
-        QToolTip::showText(pHelp->globalPos(), iMenu < 0 ? QString() : EntryName(iMenu), this);
-        return true;
-    }
-    return QWidget::event(event);
+    return ShowToolTip(event) || QWidget::event(event);
 }
 
 void CPopupMenu::paintEvent(QPaintEvent*) {
@@ -95,14 +72,20 @@ void CPopupMenu::paintEvent(QPaintEvent*) {
 }
 
 void CPopupMenu::mousePressEvent(QMouseEvent* event) {
-    const int iMenu = EntryAt(event->localPos().toPoint());
-    if (iMenu >= 0) {
-        Press(iMenu);
+    const int iMenu = PartAt(event->localPos().toPoint());
+    if (iMenu < 0 || iMenu == m_iSelected) {
+        return;
     }
+    m_iPrevious = m_iSelected;
+    SetSelected(iMenu);
+    emit menuChanged(iMenu);
 }
 
+/// The refresh entry is lit only while it is held; the menu goes on showing the page the user is on.
 void CPopupMenu::mouseReleaseEvent(QMouseEvent*) {
-    Release();
+    if (m_iSelected == Refresh) {
+        SetSelected(m_iPrevious);
+    }
 }
 
 void CPopupMenu::UpdateRects() {
@@ -111,13 +94,4 @@ void CPopupMenu::UpdateRects() {
         m_rects.at(i) = m_shown.at(i) ? QRect(QPoint(6, nTop), QPoint(55, nTop + 38)) : QRect();
         nTop += m_shown.at(i) ? 52 : 0;
     }
-}
-
-int CPopupMenu::EntryAt(const QPoint& position) const {
-    for (int i = 0; i < Entries; ++i) {
-        if (EntryRect(i).contains(position)) {
-            return i;
-        }
-    }
-    return -1;
 }

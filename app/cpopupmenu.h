@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widgets/paintedparts.h"
+
 #include <QRect>
 #include <QString>
 #include <QWidget>
@@ -7,7 +9,7 @@
 #include <array>
 
 /// The page menu: a column of picture buttons, one for each page and one that connects again.
-class CPopupMenu : public QWidget {
+class CPopupMenu : public QWidget, public PaintedParts {
     Q_OBJECT
 
 signals:
@@ -30,12 +32,10 @@ public:
 
     /// Where an entry stands; null while it is not in the menu.
     QRect EntryRect(int iMenu) const { return m_rects.at(static_cast<std::size_t>(iMenu)); }
-    /// What an entry is called, for tool tips and screen readers.
-    static QString EntryName(int iMenu);
-    /// Does what a press on an entry does.
-    void Press(int iMenu);
-    /// Does what the end of a press does.
-    void Release();
+
+    int PartCount() const override { return Entries; }
+    PaintedPart Part(int iPart) const override;
+    PaintedPart Whole() const override { return {{}, QAccessible::PageTabList}; }
 
 protected:
     bool event(QEvent* event) override;
@@ -45,7 +45,6 @@ protected:
 
 private:
     void UpdateRects();
-    int EntryAt(const QPoint& position) const;
 
     int m_iSelected = 2;
     int m_iPrevious = 2;

@@ -5,7 +5,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-CPopupTab::CPopupTab(QWidget* parent) : QWidget(parent) {
+CPopupTab::CPopupTab(QWidget* parent) : QWidget(parent), PaintedParts(this) {
     setToolTip(tr("Pages"));
     setAccessibleName(tr("Pages"));
 }

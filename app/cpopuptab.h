@@ -1,9 +1,11 @@
 #pragma once
 
+#include "widgets/paintedparts.h"
+
 #include <QWidget>
 
 /// The handle that stands for the closed page menu.
-class CPopupTab : public QWidget {
+class CPopupTab : public QWidget, public PaintedParts {
     Q_OBJECT
 
 signals:
@@ -11,6 +13,8 @@ signals:
 
 public:
     explicit CPopupTab(QWidget* parent);
+
+    PaintedPart Whole() const override { return {{}, QAccessible::Button, rect()}; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

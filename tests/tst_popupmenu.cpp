@@ -1,6 +1,5 @@
 #include "app/cpopupmenu.h"
 
-#include <QAccessible>
 #include <QtTest>
 
 #include <memory>
@@ -60,22 +59,6 @@ private slots:
         QTest::mouseRelease(m_pMenu.get(), Qt::LeftButton, {}, QPoint(-50, 0));
         QVERIFY(Shown(refresh) == calm && m_pMenu->Selected() == 4);
         QCOMPARE(chosen, QList<QVariantList>({{4}, {5}}));
-    }
-
-    void access() {
-        m_pMenu->ShowMenu(1, false);
-        QSignalSpy chosen(m_pMenu.get(), &CPopupMenu::menuChanged);
-        QAccessibleInterface* pMenu = QAccessible::queryAccessibleInterface(m_pMenu.get());
-        QStringList names;
-        for (int i = 0; i < pMenu->childCount(); ++i) {
-            QAccessibleInterface* pEntry = pMenu->child(i);
-            names += pEntry->text(QAccessible::Name);
-            QVERIFY(pMenu->indexOfChild(pEntry) == i && pEntry->parent() == pMenu);
-            pEntry->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-        }
-        QCOMPARE(names.join(", "), QString("Scenes, Programs, Color, Channels, Parameters, Connect again"));
-        QCOMPARE(chosen, QList<QVariantList>({{0}, {2}, {3}, {4}, {5}}));
-        QVERIFY(pMenu->child(4)->state().selected && pMenu->child(1)->state().invisible);
     }
 };
 

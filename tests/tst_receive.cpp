@@ -1,7 +1,6 @@
 #include "tests/peer.h"
 #include "tests/remote.h"
 
-#include <QMessageBox>
 
 #include <utility>
 

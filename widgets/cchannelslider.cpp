@@ -34,6 +34,7 @@ CChannelSlider::CChannelSlider(QWidget* parent)
 void CChannelSlider::Edit(int nChannel, int nLevel) {
     m_nChannel = nChannel;
     setAccessibleName(tr("Channel %1").arg(nChannel));
+    m_pControl->setAccessibleName(accessibleName());
     m_pControl->SetValue(nLevel);
     update();
 }

@@ -3,17 +3,15 @@
 #include "widgets/artwork.h"
 #include "widgets/csliderctrl.h"
 
-#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QToolTip>
 
 #include <algorithm>
 #include <cmath>
 
 CColorCircle::CColorCircle(CSliderCtrl* pRed, CSliderCtrl* pGreen, CSliderCtrl* pBlue, QWidget* parent)
-    : QWidget(parent), m_pRed(pRed), m_pGreen(pGreen), m_pBlue(pBlue) {
+    : QWidget(parent), PaintedParts(this), m_pRed(pRed), m_pGreen(pGreen), m_pBlue(pBlue) {
     setFixedSize(420, 420);
     setAccessibleName(tr("Color wheel"));
     UpdateRects();
@@ -82,6 +80,7 @@ void CColorCircle::SetRGBValues(bool bQuiet) {
 void CColorCircle::SwitchState(bool bNotify) {
     m_bOn = !m_bOn;
     update(m_switchRect);
+    TellParts();
     if (!bNotify) {
         return;
     }
@@ -107,23 +106,32 @@ void CColorCircle::UpdateShown() {
     update(m_switchRect);
     update(m_previewRect.adjusted(-1, -1, 1, 1));
     update(MarkerRect().adjusted(-1, -1, 1, 1));
+    TellParts();
+}
+
+PaintedPart CColorCircle::Part(int iPart) const {
+    switch (iPart) {
+        case 0:
+            return {tr("Color on or off"), QAccessible::CheckBox, m_switchRect, {}, CheckState(m_bOn)};
+        case 1:
+            return {
+                tr("Levels of the color"), QAccessible::Button, m_slidersRect, {}, CheckState(m_bSliders)};
+        default:
+            return {tr("Commands, dimmer and speed"),
+                    QAccessible::Button,
+                    m_commandsRect,
+                    {},
+                    CheckState(!m_bSliders)};
+    }
+}
+
+PaintedPart CColorCircle::Whole() const {
+    const QString sColor = tr("red %1, green %2, blue %3").arg(m_rgb.red).arg(m_rgb.green).arg(m_rgb.blue);
+    return {{}, QAccessible::ColorChooser, {}, sColor};
 }
 
 bool CColorCircle::event(QEvent* event) {
-    if (event->type() == QEvent::ToolTip) {
-        const auto* pHelp = dynamic_cast<QHelpEvent*>(event);
-        QString sText;
-        if (m_switchRect.contains(pHelp->pos())) {
-            sText = tr("Color on or off");
-        } else if (m_slidersRect.contains(pHelp->pos())) {
-            sText = tr("Levels of the color");
-        } else if (m_commandsRect.contains(pHelp->pos())) {
-            sText = tr("Commands, dimmer and speed");
-        }
-        QToolTip::showText(pHelp->globalPos(), sText, this);
-        return true;
-    }
-    return QWidget::event(event);
+    return ShowToolTip(event) || QWidget::event(event);
 }
 
 void CColorCircle::mousePressEvent(QMouseEvent* event) {
@@ -135,7 +143,7 @@ void CColorCircle::mousePressEvent(QMouseEvent* event) {
         SwitchState(true);
     } else if (m_slidersRect.contains(position) || m_commandsRect.contains(position)) {
         m_bSliders = !m_bSliders;
-        update();
+        ShowParts();
         emit modePressed();
     } else if (m_wheelRect.contains(position)) {
         m_bTracking = InCircle(position);

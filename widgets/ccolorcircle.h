@@ -1,6 +1,7 @@
 #pragma once
 
 #include "widgets/colorarithmetic.h"
+#include "widgets/paintedparts.h"
 
 #include <QRect>
 #include <QWidget>
@@ -9,7 +10,7 @@ class CSliderCtrl;
 
 /// The colour wheel: hue is the angle, saturation the distance from the centre. Around it a switch for the
 /// colour, a preview and the two buttons that choose what stands beside the wheel.
-class CColorCircle : public QWidget {
+class CColorCircle : public QWidget, public PaintedParts {
     Q_OBJECT
 
 signals:
@@ -52,6 +53,10 @@ public:
     QRect PreviewRect() const { return m_previewRect; }
     QRect SlidersRect() const { return m_slidersRect; }
     QRect CommandsRect() const { return m_commandsRect; }
+
+    int PartCount() const override { return 3; }
+    PaintedPart Part(int iPart) const override;
+    PaintedPart Whole() const override;
 
 protected:
     bool event(QEvent* event) override;

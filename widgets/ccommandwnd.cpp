@@ -3,10 +3,8 @@
 #include "device/command.h"
 #include "widgets/artwork.h"
 
-#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QToolTip>
 
 namespace {
 
@@ -21,49 +19,39 @@ std::array<QPixmap, CCommandWnd::Buttons> ButtonPictures(const QString& sSuffix)
 
 }  // namespace
 
-CCommandWnd::CCommandWnd(QWidget* parent) : QWidget(parent) {
+CCommandWnd::CCommandWnd(QWidget* parent) : QWidget(parent), PaintedParts(this) {
     setFixedSize(110, 320);
     setAccessibleName(tr("Commands"));
 }
 
 void CCommandWnd::Update(const Command& command) {
     m_on = {command.white, command.bo, m_on[Next], command.hold};
-    update();
+    ShowParts();
 }
 
 void CCommandWnd::ReleaseCommands() {
     m_on = {false, false, m_on[Next], false};
-    update();
+    ShowParts();
 }
 
 QRect CCommandWnd::ButtonRect(int iButton) {
     return {QPoint(25, 10 + 80 * iButton), QSize(60, 60)};
 }
 
-int CCommandWnd::ButtonAt(const QPoint& position) {
-    for (int i = 0; i < Buttons; ++i) {
-        if (ButtonRect(i).contains(position)) {
-            return i;
-        }
-    }
-    return -1;
+PaintedPart CCommandWnd::Part(int iPart) const {
+    const auto i = static_cast<std::size_t>(iPart);
+    const std::array<QString, Buttons> names{tr("White"), tr("Black"), tr("Next"), tr("Pause")};
+    const auto role = iPart == Next ? QAccessible::Button : QAccessible::CheckBox;
+    return {names.at(i), role, ButtonRect(iPart), {}, CheckState(m_on.at(i))};
 }
 
 bool CCommandWnd::event(QEvent* event) {
-    if (event->type() == QEvent::ToolTip) {
-        const auto* pHelp = dynamic_cast<QHelpEvent*>(event);
-        const std::array<QString, Buttons> names{tr("White"), tr("Black"), tr("Next"), tr("Pause")};
-        const int iButton = ButtonAt(pHelp->pos());
-        QToolTip::showText(pHelp->globalPos(),
-                           iButton < 0 ? QString() : names.at(static_cast<std::size_t>(iButton)), this);
-        return true;
-    }
-    return QWidget::event(event);
+    return ShowToolTip(event) || QWidget::event(event);
 }
 
 void CCommandWnd::mousePressEvent(QMouseEvent* event) {
     emit mousePressed();
-    switch (ButtonAt(event->localPos().toPoint())) {
+    switch (PartAt(event->localPos().toPoint())) {
         case White:
             m_on[White] = !m_on[White];
             m_on[Black] = m_on[Black] && !m_on[White];
@@ -85,14 +73,14 @@ void CCommandWnd::mousePressEvent(QMouseEvent* event) {
         default:
             return;
     }
-    update();
+    ShowParts();
 }
 
 /// The server takes next as one event, so that letting go says nothing.
 void CCommandWnd::mouseReleaseEvent(QMouseEvent*) {
     if (m_on[Next]) {
         m_on[Next] = false;
-        update();
+        ShowParts();
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widgets/paintedparts.h"
+
 #include <QRect>
 #include <QWidget>
 
@@ -9,7 +11,7 @@ struct Command;
 
 /// The buttons white, black, next and pause. White and black exclude each other; next is lit only while it is
 /// held.
-class CCommandWnd : public QWidget {
+class CCommandWnd : public QWidget, public PaintedParts {
     Q_OBJECT
 
 signals:
@@ -33,6 +35,9 @@ public:
     bool IsOn(Button button) const { return m_on.at(button); }
     static QRect ButtonRect(int iButton);
 
+    int PartCount() const override { return Buttons; }
+    PaintedPart Part(int iPart) const override;
+
 protected:
     bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -40,7 +45,5 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    static int ButtonAt(const QPoint& position);
-
     std::array<bool, Buttons> m_on{};
 };

@@ -10,7 +10,8 @@
 #include <QPaintEvent>
 #include <QPainter>
 
-ChannelsGrid::ChannelsGrid(QWidget* parent) : QWidget(parent), m_pEditor(new CChannelSlider(this)) {
+ChannelsGrid::ChannelsGrid(QWidget* parent)
+    : QWidget(parent), PaintedParts(this), m_pEditor(new CChannelSlider(this)) {
     setAccessibleName(tr("Channels"));
     connect(m_pEditor, &CChannelSlider::ok, this, &ChannelsGrid::OnSliderOk);
     connect(m_pEditor, &CChannelSlider::off, this, &ChannelsGrid::OnSliderOff);
@@ -34,7 +35,7 @@ void ChannelsGrid::UpdateRects() {
 
 void ChannelsGrid::Update(int nUniverse) {
     if (nUniverse == m_nUniverse) {
-        update();
+        ShowParts();
     }
 }
 
@@ -74,7 +75,7 @@ void ChannelsGrid::OnSliderOff() {
 void ChannelsGrid::CloseEditor(bool bState) {
     m_universes.Set(m_nUniverse, SelectedChannel(), m_pEditor->Control()->Value(), bState);
     m_pEditor->hide();
-    update();
+    ShowParts();
 }
 
 void ChannelsGrid::mousePressEvent(QMouseEvent* event) {
@@ -105,14 +106,42 @@ void ChannelsGrid::PressBar(const QPoint& position) {
     } else {
         return;
     }
-    update();
+    ShowParts();
 }
 
 void ChannelsGrid::OpenEditor(int iCell) {
     const int nNumber = m_nFirstChannel + iCell;
-    m_pEditor->Edit(nNumber, m_universes.levels.at(Universes::At(m_nUniverse, IndexOf(nNumber))));
+    m_pEditor->Edit(nNumber, m_universes.levels.at(TableIndex(iCell)));
     m_pEditor->setGeometry(QRect(QPoint(width() / 2 - 50, height() / 2 - 200), QSize(100, 400)));
     m_pEditor->show();
+    TellParts();
+}
+
+PaintedPart ChannelsGrid::Part(int iPart) const {
+    const std::array<PaintedPart, BarParts> bar{{
+        {tr("Previous channels"), QAccessible::Button, m_leftRect},
+        {tr("Previous universe"), QAccessible::Button, m_univLessRect},
+        {tr("Universe %1").arg(m_nUniverse + 1), QAccessible::StaticText, m_univBoxRect},
+        {tr("Next universe"), QAccessible::Button, m_univPlusRect},
+        {tr("Next channels"), QAccessible::Button, m_rightRect},
+    }};
+    const int iCell = iPart - BarParts;
+    PaintedPart part = iCell < 0
+                           ? bar.at(static_cast<std::size_t>(iPart))
+                           : PaintedPart{tr("Channel %1").arg(m_nFirstChannel + iCell), QAccessible::Button,
+                                         CellRect(iCell) & rect(), LevelText(iCell)};
+    part.state.checked = iCell >= 0 && m_universes.states.at(TableIndex(iCell));
+    part.state.disabled = !m_pEditor->isHidden();
+    return part;
+}
+
+std::size_t ChannelsGrid::TableIndex(int iCell) const {
+    return Universes::At(m_nUniverse, IndexOf(m_nFirstChannel + iCell));
+}
+
+QString ChannelsGrid::LevelText(int iCell) const {
+    const std::size_t at = TableIndex(iCell);
+    return m_universes.states.at(at) ? QString("%1").arg(m_universes.levels.at(at)) : tr("Off");
 }
 
 void ChannelsGrid::paintEvent(QPaintEvent* event) {
@@ -151,9 +180,8 @@ void ChannelsGrid::PaintCell(QPainter& painter, int iCell) const {
 
     const QRect cell = CellRect(iCell);
     const int nNumber = m_nFirstChannel + iCell;
-    const std::size_t at = Universes::At(m_nUniverse, IndexOf(nNumber));
-    const int nLevel = m_universes.levels.at(at);
-    const bool bHeld = m_universes.states.at(at);
+    const int nLevel = m_universes.levels.at(TableIndex(iCell));
+    const bool bHeld = m_universes.states.at(TableIndex(iCell));
 
     painter.setPen(outlinePen);
     painter.drawRect(cell);
@@ -162,7 +190,7 @@ void ChannelsGrid::PaintCell(QPainter& painter, int iCell) const {
     if (bar.isValid()) {
         painter.fillRect(bar, bHeld ? heldColor : releasedColor);
     }
-    const QString sLevel = bHeld ? QString("%1").arg(nLevel) : tr("Off");
+    const QString sLevel = LevelText(iCell);
     const QRect levelRect = cell.adjusted(0, 0, -6, -4);
     painter.setFont(fonts::Fitting(levelFont, sLevel, levelRect.width()));
     painter.setPen(levelPen);

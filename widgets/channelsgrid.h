@@ -1,6 +1,7 @@
 #pragma once
 
 #include "device/universes.h"
+#include "widgets/paintedparts.h"
 
 #include <QRect>
 #include <QWidget>
@@ -15,7 +16,7 @@ struct DmxChan;
 /// opens its editor, and until that closes the grid ignores presses.
 ///
 /// It holds the levels and hold flags of all universes. What the server reports is shown and told to no one.
-class ChannelsGrid : public QWidget {
+class ChannelsGrid : public QWidget, public PaintedParts {
     Q_OBJECT
 
 signals:
@@ -57,6 +58,9 @@ public:
     QRect RightRect() const { return m_rightRect; }
     QRect CellRect(int iCell) const { return m_cells.at(static_cast<std::size_t>(iCell)); }
 
+    int PartCount() const override { return BarParts + Cells; }
+    PaintedPart Part(int iPart) const override;
+
 public slots:
     void OnSliderOk(int nLevel);
     void OnSliderOff();
@@ -67,6 +71,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    static constexpr int BarParts = 5;  ///< painted above the cells
+
     /// Users count channels from 1, tables and messages from 0.
     static constexpr int IndexOf(int nNumber) { return nNumber - 1; }
 
@@ -74,6 +80,8 @@ private:
     void OpenEditor(int iCell);
     void CloseEditor(bool bState);
     void PaintCell(QPainter& painter, int iCell) const;
+    std::size_t TableIndex(int iCell) const;
+    QString LevelText(int iCell) const;
 
     int m_nUniverse = 0;
     int m_nFirstChannel = 1;  ///< number of the first cell's channel

@@ -22,17 +22,17 @@ QString ImagePath(const QString& sName) {
     return ":/Corvane/Images/" + sName + ".png";
 }
 
+void Describe(QWidget* pWidget, const QString& sPurpose) {
+    pWidget->setToolTip(sPurpose);
+    pWidget->setAccessibleName(sPurpose);
+}
+
 /// A label that shows a picture, and what it stands for.
 QLabel* PictureLabel(const QString& sName, const QString& sPurpose) {
     auto* pLabel = new QLabel;
     pLabel->setPixmap(artwork::Picture(ImagePath(sName)));
-    pLabel->setToolTip(sPurpose);
+    Describe(pLabel, sPurpose);
     return pLabel;
-}
-
-void Describe(QWidget* pWidget, const QString& sPurpose) {
-    pWidget->setToolTip(sPurpose);
-    pWidget->setAccessibleName(sPurpose);
 }
 
 }  // namespace

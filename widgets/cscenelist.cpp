@@ -30,13 +30,17 @@ QRect TileRect(int i, int nWidth) {
 
 }  // namespace
 
-CSceneList::CSceneList(bool bScenes, QWidget* parent) : QWidget(parent), m_bScenes(bScenes) {}
+CSceneList::CSceneList(bool bScenes, QWidget* parent)
+    : QWidget(parent), PaintedParts(this), m_bScenes(bScenes) {
+    setAccessibleName(bScenes ? tr("Scenes") : tr("Programs"));
+}
 
 void CSceneList::Update(const QList<Scene>& scenes, const CIniFile& settings) {
     // The context menu or one of its dialogs may be open: what it acts on must stay the same scene.
     const SceneItem* pContext = ContextItem();
     const int nContextId = pContext != nullptr ? pContext->id : 0;
 
+    ForgetParts();
     m_items.clear();
     m_firstOfId.clear();
     m_items.reserve(scenes.size());
@@ -75,7 +79,7 @@ void CSceneList::Update(const Scene& scene, bool bExclusive) {
     pItem->state = scene.state;
     if (bExclusive) {
         Exclude(*pItem);
-        update();
+        ShowParts();
     }
 }
 
@@ -118,7 +122,7 @@ void CSceneList::OnRename() {
         return;
     }
     pItem->name = sName;
-    update();
+    ShowParts();
     emit nameChanged(pItem->id, sName);
 }
 
@@ -156,6 +160,16 @@ void CSceneList::OnIcon5() {
     ChooseIcon(catalogue::IconList5());
 }
 
+PaintedPart CSceneList::Part(int iPart) const {
+    const SceneItem& item = m_items[iPart];
+    return {item.name.isEmpty() ? Number(item) : item.name, QAccessible::CheckBox, item.rect, Number(item),
+            CheckState(item.state)};
+}
+
+QString CSceneList::Number(const SceneItem& item) {
+    return item.group < 0 ? tr("#%1").arg(item.id) : tr("#%1.%2").arg(item.group + 1).arg(item.id);
+}
+
 void CSceneList::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
@@ -188,7 +202,7 @@ void CSceneList::mousePressEvent(QMouseEvent* event) {
     }
     hit->state = !hit->state;
     Exclude(*hit);
-    update();
+    ShowParts();
     emit stateChanged(hit->group, hit->id, hit->state);
 }
 
@@ -221,8 +235,7 @@ void CSceneList::PaintItem(QPainter& painter, const SceneItem& item) const {
 
     painter.drawPixmap(QPoint(bottomRight.x() - 30, topLeft.y() + 6), item.state ? checkBoxSel : checkBox);
 
-    const QString sId =
-        item.group < 0 ? tr("#%1").arg(item.id) : tr("#%1.%2").arg(item.group + 1).arg(item.id);
+    const QString sId = Number(item);
     painter.setPen(item.state ? selectedPen : QPen(onColor));
     const QRect idRect(bottomRight - QPoint(40, 21), bottomRight - QPoint(1, 2));
     painter.setFont(fonts::Fitting(idFont, sId, idRect.width()));

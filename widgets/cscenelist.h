@@ -1,6 +1,7 @@
 #pragma once
 
 #include "device/scene.h"
+#include "widgets/paintedparts.h"
 
 #include <QColor>
 #include <QHash>
@@ -21,7 +22,7 @@ class QStringList;
 ///
 /// What the server reports enters through Update() and ResetState() and emits nothing; the signals tell what
 /// the user's hand did.
-class CSceneList : public QWidget {
+class CSceneList : public QWidget, public PaintedParts {
     Q_OBJECT
 
 signals:
@@ -63,6 +64,9 @@ public:
 
     const QVector<SceneItem>& Items() const { return m_items; }
 
+    int PartCount() const override { return m_items.size(); }
+    PaintedPart Part(int iPart) const override;
+
 public slots:
     void OnRename();
     void OnColor();
@@ -81,6 +85,7 @@ protected:
 private:
     using Slot = void (CSceneList::*)();
 
+    static QString Number(const SceneItem& item);
     void PaintItem(QPainter& painter, const SceneItem& item) const;
     void PaintIcon(QPainter& painter, const SceneItem& item) const;
     void Exclude(const SceneItem& item);

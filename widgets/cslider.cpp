@@ -27,7 +27,7 @@ QString ThemeName(eSliderLevelClr color) {
 
 }  // namespace
 
-CSlider::CSlider(eSliderLevelClr color, QWidget* parent) : QWidget(parent) {
+CSlider::CSlider(eSliderLevelClr color, QWidget* parent) : QWidget(parent), PaintedParts(this) {
     setFixedWidth(Width);
     SetLevelColor(color);
 }
@@ -41,7 +41,7 @@ void CSlider::SetLevelColor(eSliderLevelClr color) {
 
 void CSlider::SetLevel(int nLevel) {
     m_nLevel = nLevel;
-    update();
+    ShowParts();
 }
 
 QRect CSlider::GetSliderRect() const {
@@ -51,14 +51,24 @@ QRect CSlider::GetSliderRect() const {
 void CSlider::UpdateValue(int y) {
     const QRect track = GetSliderRect();
     if (y < track.top()) {
-        m_nLevel = 255;
+        ChooseLevel(255);
     } else if (y > track.bottom()) {
-        m_nLevel = 0;
+        ChooseLevel(0);
     } else {
-        m_nLevel = (track.bottom() - y) * 255 / track.height();
+        ChooseLevel((track.bottom() - y) * 255 / track.height());
     }
+}
+
+void CSlider::ChooseLevel(int nLevel) {
+    m_nLevel = nLevel;
     emit valueChanged(m_nLevel);
-    update();
+    ShowParts();
+}
+
+/// Goes by the name of the control around it.
+PaintedPart CSlider::Whole() const {
+    const QString sName = parentWidget() != nullptr ? parentWidget()->accessibleName() : QString();
+    return {sName, QAccessible::Slider, {}, QString::number(std::clamp(m_nLevel, 0, 255))};
 }
 
 void CSlider::mousePressEvent(QMouseEvent* event) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "widgets/paintedparts.h"
+
 #include <QPixmap>
 #include <QRect>
 #include <QWidget>
@@ -9,7 +11,7 @@ enum eSliderLevelClr { slcGrey = 0, slcRed = 1, slcGreen = 2, slcBlue = 3 };
 
 /// A vertical bar that sets a level from 0 to 255 by pointing and dragging. The track's top is a shade under
 /// full: full is a drag past it, which the grab of the mouse allows.
-class CSlider : public QWidget {
+class CSlider : public QWidget, public PaintedParts {
     Q_OBJECT
 
 signals:
@@ -27,6 +29,9 @@ public:
     QRect GetSliderRect() const;
     /// Sets the level that the height `y` stands for, and tells it.
     void UpdateValue(int y);
+
+    PaintedPart Whole() const override;
+    void ChooseLevel(int nLevel) override;
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;

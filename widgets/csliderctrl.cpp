@@ -36,6 +36,7 @@ Theme ThemeOf(eSliderLevelClr color) {
 
 CSliderCtrl::CSliderCtrl(eSliderLevelClr color, bool bDefault, QWidget* parent)
     : QWidget(parent),
+      PaintedParts(this),
       m_bDefault(bDefault),
       m_captionPen(ThemeOf(color).caption),
       m_max(artwork::Picture(QString(":/Corvane/Images/%1.png").arg(ThemeOf(color).pMax))),
@@ -61,7 +62,7 @@ void CSliderCtrl::SetValue(int nValue) {
         return;
     }
     m_pSlider->SetLevel(nValue);
-    update();
+    ShowParts();
 }
 
 void CSliderCtrl::SetShowPercent(bool bPercent) {
@@ -83,7 +84,7 @@ QRect CSliderCtrl::GetDefaultRect() const {
 }
 
 void CSliderCtrl::OnSliderValueChanged(int value) {
-    update();
+    ShowParts();
     emit valueChanged(value);
 }
 
@@ -102,11 +103,24 @@ void CSliderCtrl::Choose(int nValue) {
     emit valueChanged(nValue);
 }
 
+PaintedPart CSliderCtrl::Part(int iPart) const {
+    const QString sName = iPart == 0 ? tr("%1 max") : tr("%1 50%");
+    return {sName.arg(accessibleName()), QAccessible::Button, iPart == 0 ? GetMaxRect() : GetDefaultRect()};
+}
+
+PaintedPart CSliderCtrl::Whole() const {
+    return {{}, QAccessible::Grouping, {}, m_bShowPercent ? tr("%1%").arg(Caption()) : Caption()};
+}
+
+/// A level from the server may be anything; a caption must stay one.
+QString CSliderCtrl::Caption() const {
+    const int nLevel = std::clamp(Value(), 0, 256);
+    return QString("%1").arg(m_bShowPercent ? nLevel * 100 / 255 : nLevel);
+}
+
 void CSliderCtrl::paintEvent(QPaintEvent*) {
     static const QFont captionFont = fonts::Bold("Comic", 12);
 
-    // A level from the server may be anything; a caption must stay one.
-    const int nLevel = std::clamp(Value(), 0, 256);
     QPainter painter(this);
     painter.setPen(m_captionPen);
     int nCaptionLeft = 0;
@@ -115,7 +129,7 @@ void CSliderCtrl::paintEvent(QPaintEvent*) {
         nCaptionLeft = 20;
     }
     const QRect captionRect(QPoint(nCaptionLeft, 0), QPoint(Width - 1, 19));
-    const QString sCaption = QString("%1").arg(m_bShowPercent ? nLevel * 100 / 255 : nLevel);
+    const QString sCaption = Caption();
     painter.setFont(fonts::Fitting(captionFont, sCaption, captionRect.width()));
     painter.drawText(captionRect, Qt::AlignCenter, sCaption);
     painter.drawPixmap(GetMaxRect().topLeft(), m_max);

@@ -7,7 +7,7 @@
 #include <QWidget>
 
 /// A level with its caption, a button for full and, if wished, one for half.
-class CSliderCtrl : public QWidget {
+class CSliderCtrl : public QWidget, public PaintedParts {
     Q_OBJECT
 
 signals:
@@ -30,6 +30,10 @@ public:
     QRect GetDefaultRect() const;
     CSlider* Slider() const { return m_pSlider; }
 
+    int PartCount() const override { return m_bDefault ? 2 : 1; }
+    PaintedPart Part(int iPart) const override;
+    PaintedPart Whole() const override;
+
 public slots:
     void OnSliderValueChanged(int value);
 
@@ -39,6 +43,7 @@ protected:
 
 private:
     void Choose(int nValue);
+    QString Caption() const;
 
     bool m_bShowPercent = true;
     bool m_bDefault;

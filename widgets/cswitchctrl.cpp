@@ -15,13 +15,17 @@ CSwitchCtrl::CSwitchCtrl(QWidget* parent)
     : CSwitchCtrl(false, SwitchSize, QRect(QPoint(0, 0), SwitchSize), parent) {}
 
 CSwitchCtrl::CSwitchCtrl(bool bState, const QSize& size, const QRect& switchRect, QWidget* parent)
-    : QWidget(parent), m_bState(bState), m_switchRect(switchRect) {
+    : QWidget(parent), PaintedParts(this), m_bState(bState), m_switchRect(switchRect) {
     setFixedSize(size);
 }
 
 void CSwitchCtrl::SetState(bool bState) {
     m_bState = bState;
-    update();
+    ShowParts();
+}
+
+PaintedPart CSwitchCtrl::Whole() const {
+    return {{}, QAccessible::CheckBox, m_switchRect, {}, CheckState(m_bState)};
 }
 
 void CSwitchCtrl::mousePressEvent(QMouseEvent* event) {
@@ -30,7 +34,7 @@ void CSwitchCtrl::mousePressEvent(QMouseEvent* event) {
         return;
     }
     m_bState = !m_bState;
-    update();
+    ShowParts();
     emit stateChanged(m_bState);
 }
 

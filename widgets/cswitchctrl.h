@@ -1,10 +1,12 @@
 #pragma once
 
+#include "widgets/paintedparts.h"
+
 #include <QRect>
 #include <QWidget>
 
 /// An on/off switch. A press of any button toggles it; SetState() moves it quietly.
-class CSwitchCtrl : public QWidget {
+class CSwitchCtrl : public QWidget, public PaintedParts {
     Q_OBJECT
 
 signals:
@@ -16,6 +18,8 @@ public:
 
     bool State() const { return m_bState; }
     void SetState(bool bState);
+
+    PaintedPart Whole() const override;
 
 protected:
     /// A switch that is one part of a larger control.
