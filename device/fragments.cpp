@@ -1,10 +1,12 @@
 #include "device/fragments.h"
 
+#include "device/text.h"
+
 #include <algorithm>
 #include <utility>
 
 std::optional<QByteArray> Fragments::Join(const QByteArray& datagram) {
-    const QByteArray text = datagram.mid(0, datagram.indexOf('\0'));
+    const QByteArray text = datagram.left(TextSize(datagram));
     if (!text.endsWith(Marker)) {
         return text;
     }

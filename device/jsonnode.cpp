@@ -1,11 +1,26 @@
 #include "device/jsonnode.h"
 
+#include "device/text.h"
+
 #include <QString>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <stdexcept>
+
+namespace {
+
+/// A parser takes some fourteen times the longest text it has read, so one that read a giant is not kept.
+constexpr std::size_t MaxSpare = 64 * 1024;
+
+/// The parser that the next document takes, if there is one.
+std::unique_ptr<simdjson::dom::parser>& SpareParser() {
+    thread_local std::unique_ptr<simdjson::dom::parser> pParser;
+    return pParser;
+}
+
+}  // namespace
 
 double JSONNode::AsNumber() const {
     switch (m_element.type()) {
@@ -28,14 +43,10 @@ double JSONNode::AsNumber() const {
     }
 }
 
-int JSONNode::AsInt() const {
+int JSONNode::IntOfNumber() const {
     constexpr double least = std::numeric_limits<int>::min();
     constexpr double most = std::numeric_limits<int>::max();
     return static_cast<int>(std::clamp(AsNumber(), least, most));
-}
-
-bool JSONNode::AsBool() const {
-    return AsNumber() != 0.0;
 }
 
 std::string_view JSONNode::AsText() const {
@@ -46,9 +57,11 @@ std::string_view JSONNode::AsText() const {
     return sText.substr(0, sText.find('\0'));
 }
 
-JSONDocument::JSONDocument(const QByteArray& text) {
-    const int nEnd = text.indexOf('\0');
-    const QByteArray bytes = nEnd < 0 ? text : QByteArray::fromRawData(text.constData(), nEnd);
+JSONDocument::JSONDocument(const QByteArray& text) : m_pParser(std::move(SpareParser())) {
+    if (m_pParser == nullptr) {
+        m_pParser = std::make_unique<simdjson::dom::parser>();
+    }
+    const QByteArray bytes = QByteArray::fromRawData(text.constData(), TextSize(text));
     simdjson::error_code error = Parse(bytes);
     if (error == simdjson::UTF8_ERROR) {
         error = Parse(QString::fromUtf8(bytes).toUtf8());
@@ -58,11 +71,19 @@ JSONDocument::JSONDocument(const QByteArray& text) {
     }
 }
 
+JSONDocument::~JSONDocument() {
+    if (m_pParser->capacity() <= MaxSpare) {
+        SpareParser() = std::move(m_pParser);
+    }
+}
+
 simdjson::error_code JSONDocument::Parse(const QByteArray& text) {
     const auto nSize = static_cast<std::size_t>(text.size());
-    const simdjson::error_code error = m_parser.allocate(std::max<std::size_t>(nSize, 64), MaxDepth);
-    if (error != simdjson::SUCCESS) {
-        return error;
+    if (m_pParser->capacity() < nSize || m_pParser->max_depth() != MaxDepth) {
+        const simdjson::error_code error = m_pParser->allocate(std::max<std::size_t>(nSize, 64), MaxDepth);
+        if (error != simdjson::SUCCESS) {
+            return error;
+        }
     }
-    return m_parser.parse(text.constData(), nSize).get(m_root);
+    return m_pParser->parse(text.constData(), nSize).get(m_root);
 }

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 
+#include <memory>
 #include <simdjson.h>
 #include <string_view>
 
@@ -17,8 +18,15 @@ public:
     bool IsObject() const { return m_element.is_object(); }
     bool IsArray() const { return m_element.is_array(); }
 
-    int AsInt() const;
-    bool AsBool() const;
+    int AsInt() const {
+        int64_t nValue = 0;
+        const bool bPlain = m_element.get(nValue) == simdjson::SUCCESS && nValue == static_cast<int>(nValue);
+        return bPlain ? static_cast<int>(nValue) : IntOfNumber();
+    }
+    bool AsBool() const {
+        bool bValue = false;
+        return m_element.get(bValue) == simdjson::SUCCESS ? bValue : AsNumber() != 0.0;
+    }
     /// The text of a string up to its first NUL, in UTF-8.
     std::string_view AsText() const;
 
@@ -59,11 +67,13 @@ public:
 
 private:
     double AsNumber() const;
+    int IntOfNumber() const;
 
     simdjson::dom::element m_element;
 };
 
-/// A parsed JSON text. Each owns its parser, so that one may be walked while another is read.
+/// A parsed JSON text. Each has a parser of its own, so that one may be walked while another is read; a
+/// parser and its memory go from one that is done to the next.
 class JSONDocument {
 public:
     /// How deep a text may nest. Messages need six; a text of nothing but brackets must not cost more.
@@ -74,11 +84,17 @@ public:
     /// else, for a text that is not JSON or nests deeper than MaxDepth.
     explicit JSONDocument(const QByteArray& text);
 
+    ~JSONDocument();
+    JSONDocument(const JSONDocument&) = delete;
+    JSONDocument& operator=(const JSONDocument&) = delete;
+    JSONDocument(JSONDocument&&) = delete;
+    JSONDocument& operator=(JSONDocument&&) = delete;
+
     JSONNode Root() const { return JSONNode(m_root); }
 
 private:
     simdjson::error_code Parse(const QByteArray& text);
 
-    simdjson::dom::parser m_parser;
+    std::unique_ptr<simdjson::dom::parser> m_pParser;
     simdjson::dom::element m_root;
 };

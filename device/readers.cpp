@@ -1,18 +1,30 @@
 #include "device/readers.h"
 
 #include <algorithm>
+#include <cstring>
+
+namespace {
+
+/// Whether a member goes by that name. A universe asks this 1,500 times; with a length that the compiler
+/// knows, the names are compared in place, without a call.
+template <std::size_t N>
+bool Is(std::string_view sName, const char (&name)[N]) {
+    return sName.size() == N - 1 && std::memcmp(sName.data(), name, N - 1) == 0;
+}
+
+}  // namespace
 
 void readInto(const JSONNode& node, Scene& scene) {
     node.ForEachMember([&scene](std::string_view sName, const JSONNode& value) {
-        if (sName == "n") {
+        if (Is(sName, "n")) {
             scene.name = value.AsText();
-        } else if (sName == "id") {
+        } else if (Is(sName, "id")) {
             scene.id = value.AsInt();
-        } else if (sName == "a") {
+        } else if (Is(sName, "a")) {
             scene.area = value.AsInt();
-        } else if (sName == "l") {
+        } else if (Is(sName, "l")) {
             scene.level = value.AsInt();
-        } else if (sName == "s") {
+        } else if (Is(sName, "s")) {
             scene.state = value.AsBool();
         }
     });
@@ -20,19 +32,19 @@ void readInto(const JSONNode& node, Scene& scene) {
 
 void readInto(const JSONNode& node, Color& color) {
     node.ForEachMember([&color](std::string_view sName, const JSONNode& value) {
-        if (sName == "rgbw") {
+        if (Is(sName, "rgbw")) {
             color.rgbw = value.AsBool();
-        } else if (sName == "s") {
+        } else if (Is(sName, "s")) {
             color.state = value.AsBool();
-        } else if (sName == "color") {
+        } else if (Is(sName, "color")) {
             value.ForEachMember([&color](std::string_view sLevel, const JSONNode& level) {
-                if (sLevel == "r") {
+                if (Is(sLevel, "r")) {
                     color.r = level.AsInt();
-                } else if (sLevel == "g") {
+                } else if (Is(sLevel, "g")) {
                     color.g = level.AsInt();
-                } else if (sLevel == "b") {
+                } else if (Is(sLevel, "b")) {
                     color.b = level.AsInt();
-                } else if (sLevel == "w") {
+                } else if (Is(sLevel, "w")) {
                     color.w = level.AsInt();
                 }
             });
@@ -42,19 +54,19 @@ void readInto(const JSONNode& node, Color& color) {
 
 void readInto(const JSONNode& node, Command& command) {
     node.ForEachMember([&command](std::string_view sName, const JSONNode& value) {
-        if (sName == "bo") {
+        if (Is(sName, "bo")) {
             command.bo = value.AsBool();
-        } else if (sName == "next") {
+        } else if (Is(sName, "next")) {
             command.next = value.AsBool();
-        } else if (sName == "prev") {
+        } else if (Is(sName, "prev")) {
             command.prev = value.AsBool();
-        } else if (sName == "white") {
+        } else if (Is(sName, "white")) {
             command.white = value.AsBool();
-        } else if (sName == "hold") {
+        } else if (Is(sName, "hold")) {
             command.hold = value.AsBool();
-        } else if (sName == "dim") {
+        } else if (Is(sName, "dim")) {
             command.dim = value.AsInt();
-        } else if (sName == "speed") {
+        } else if (Is(sName, "speed")) {
             command.speed = value.AsInt();
         }
     });
@@ -62,13 +74,13 @@ void readInto(const JSONNode& node, Command& command) {
 
 void readInto(const JSONNode& node, DmxChan& channel) {
     node.ForEachMember([&channel](std::string_view sName, const JSONNode& value) {
-        if (sName == "chan") {
+        if (Is(sName, "chan")) {
             channel.chan = value.AsInt();
-        } else if (sName == "univ") {
+        } else if (Is(sName, "univ")) {
             channel.univ = value.AsInt();
-        } else if (sName == "level") {
+        } else if (Is(sName, "level")) {
             channel.level = value.AsInt();
-        } else if (sName == "s") {
+        } else if (Is(sName, "s")) {
             channel.state = value.AsBool();
         }
     });
@@ -79,13 +91,13 @@ namespace {
 void readChannel(const JSONNode& node, Universes& universes, int nUniverse) {
     int nChannel = -1;
     node.ForEachMember([&](std::string_view sName, const JSONNode& value) {
-        if (sName == "c") {
+        if (Is(sName, "c")) {
             nChannel = value.AsInt();
         } else if (!Universes::HasChannel(nChannel)) {
             return;
-        } else if (sName == "l") {
+        } else if (Is(sName, "l")) {
             universes.levels[Universes::At(nUniverse, nChannel)] = static_cast<unsigned char>(value.AsInt());
-        } else if (sName == "s") {
+        } else if (Is(sName, "s")) {
             universes.states[Universes::At(nUniverse, nChannel)] = value.AsBool();
         }
     });
@@ -96,9 +108,9 @@ void readChannel(const JSONNode& node, Universes& universes, int nUniverse) {
 int readInto(const JSONNode& node, Universes& universes) {
     int nUniverse = -1;
     node.ForEachMember([&](std::string_view sName, const JSONNode& value) {
-        if (sName == "universe") {
+        if (Is(sName, "universe")) {
             nUniverse = value.AsInt();
-        } else if (sName == "channels" && value.IsArray() && Universes::HasUniverse(nUniverse)) {
+        } else if (Is(sName, "channels") && value.IsArray() && Universes::HasUniverse(nUniverse)) {
             std::fill_n(&universes.states[Universes::At(nUniverse, 0)], Universes::Channels, false);
             value.ForEachElement(
                 [&](const JSONNode& channel) { readChannel(channel, universes, nUniverse); });
