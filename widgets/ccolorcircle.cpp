@@ -72,7 +72,9 @@ void CColorCircle::SetRGBValues(bool bQuiet) {
     m_pGreen->SetValue(m_rgb.green);
     m_pBlue->SetValue(m_rgb.blue);
     if (!bQuiet) {
-        m_bOn = true;
+        if (!m_bOn) {
+            SwitchState(false);
+        }
         Send();
     }
 }
@@ -103,7 +105,6 @@ QRect CColorCircle::MarkerRect() const {
 /// Repaints what shows the current colour, and no more: a drag over the wheel does this on every move. The
 /// outlines reach a pixel beyond their areas.
 void CColorCircle::UpdateShown() {
-    update(m_switchRect);
     update(m_previewRect.adjusted(-1, -1, 1, 1));
     update(MarkerRect().adjusted(-1, -1, 1, 1));
     TellParts();
@@ -180,14 +181,18 @@ void CColorCircle::paintEvent(QPaintEvent* event) {
     }
     painter.setPen(QColor(50, 50, 50));
     painter.setBrush(GetColor());
-    painter.drawEllipse(m_previewRect);
+    if (asked.intersects(m_previewRect.adjusted(-1, -1, 1, 1))) {
+        painter.drawEllipse(m_previewRect);
+    }
     if (asked.intersects(m_slidersRect)) {
         painter.drawPixmap(m_slidersRect.topLeft(), m_bSliders ? slidersSel : sliders);
     }
     if (asked.intersects(m_commandsRect)) {
         painter.drawPixmap(m_commandsRect.topLeft(), m_bSliders ? commands : commandsSel);
     }
-    painter.drawEllipse(MarkerRect());
+    if (asked.intersects(MarkerRect().adjusted(-1, -1, 1, 1))) {
+        painter.drawEllipse(MarkerRect());
+    }
 }
 
 void CColorCircle::resizeEvent(QResizeEvent*) {

@@ -5,10 +5,20 @@
 #include "widgets/cchannelslider.h"
 #include "widgets/csliderctrl.h"
 #include "widgets/fonts.h"
+#include "widgets/outline.h"
 
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+
+namespace {
+
+/// What a cell paints: its outline reaches one pixel beyond it.
+QRect WithOutline(const QRect& cell) {
+    return cell.adjusted(0, 0, 1, 1);
+}
+
+}  // namespace
 
 ChannelsGrid::ChannelsGrid(QWidget* parent)
     : QWidget(parent), PaintedParts(this), m_pEditor(new CChannelSlider(this)) {
@@ -41,7 +51,14 @@ void ChannelsGrid::Update(int nUniverse) {
 
 void ChannelsGrid::Update(const DmxChan& channel) {
     m_universes.Set(channel.univ, channel.chan, channel.level, channel.state);
-    Update(channel.univ);
+    if (channel.univ != m_nUniverse || !Universes::HasChannel(channel.chan)) {
+        return;
+    }
+    const int iCell = channel.chan - IndexOf(m_nFirstChannel);
+    if (iCell >= 0 && iCell < Cells) {
+        update(WithOutline(CellRect(iCell)));
+        TellParts();
+    }
 }
 
 void ChannelsGrid::Update(int nUniverse, unsigned char ucLevel, bool bState) {
@@ -163,15 +180,14 @@ void ChannelsGrid::paintEvent(QPaintEvent* event) {
     painter.drawText(m_univBoxRect.adjusted(20, 0, 0, 0), Qt::AlignCenter,
                      QString("%1").arg(m_nUniverse + 1));
     for (int i = 0; i < Cells; ++i) {
-        // A cell's outline reaches one pixel beyond it.
-        if (event->region().intersects(CellRect(i).adjusted(0, 0, 1, 1))) {
+        if (event->region().intersects(WithOutline(CellRect(i)))) {
             PaintCell(painter, i);
         }
     }
 }
 
 void ChannelsGrid::PaintCell(QPainter& painter, int iCell) const {
-    static const QPen outlinePen(QColor(160, 160, 160));
+    static const QColor outlineColor(160, 160, 160);
     static const QPen levelPen(QColor(80, 80, 80));
     static const QColor heldColor(100, 160, 255);
     static const QColor releasedColor(200, 200, 200);
@@ -183,8 +199,7 @@ void ChannelsGrid::PaintCell(QPainter& painter, int iCell) const {
     const int nLevel = m_universes.levels.at(TableIndex(iCell));
     const bool bHeld = m_universes.states.at(TableIndex(iCell));
 
-    painter.setPen(outlinePen);
-    painter.drawRect(cell);
+    PaintOutline(painter, cell, outlineColor);
     const int nBar = nLevel * cell.height() / 255;
     const QRect bar(QPoint(cell.left() + 1, cell.bottom() + 2 - nBar), cell.bottomRight());
     if (bar.isValid()) {

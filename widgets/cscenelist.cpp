@@ -4,6 +4,7 @@
 #include "widgets/artwork.h"
 #include "widgets/fonts.h"
 #include "widgets/iconcatalogue.h"
+#include "widgets/outline.h"
 
 #include <QAction>
 #include <QColorDialog>
@@ -26,6 +27,11 @@ QRect TileRect(int i, int nWidth) {
     const int nTop = RowHeight * (i / Columns);
     const int nLeft = i % Columns == 0 ? 0 : nHalf - 1;
     return QRect(QPoint(nLeft, nTop), QPoint(nLeft + nHalf - 2, nTop + RowHeight - 1));
+}
+
+/// What a tile paints: its outline reaches one pixel beyond it.
+QRect WithOutline(const QRect& tile) {
+    return tile.adjusted(0, 0, 1, 1);
 }
 
 }  // namespace
@@ -76,10 +82,12 @@ void CSceneList::Update(const Scene& scene, bool bExclusive) {
     if (pItem == nullptr) {
         return;
     }
-    pItem->state = scene.state;
     if (bExclusive) {
+        Switch(*pItem, scene.state);
         Exclude(*pItem);
-        ShowParts();
+        TellParts();
+    } else {
+        pItem->state = scene.state;
     }
 }
 
@@ -104,7 +112,7 @@ void CSceneList::SetSceneIcon(const QString& sIcon) {
     }
     pItem->icon = sIcon;
     pItem->pixmap = artwork::Picture(sIcon);
-    update();
+    Repaint(*pItem);
     emit iconChanged(pItem->id, sIcon);
 }
 
@@ -122,7 +130,8 @@ void CSceneList::OnRename() {
         return;
     }
     pItem->name = sName;
-    ShowParts();
+    Repaint(*pItem);
+    TellParts();
     emit nameChanged(pItem->id, sName);
 }
 
@@ -137,7 +146,7 @@ void CSceneList::OnColor() {
         return;
     }
     pItem->color = color;
-    update();
+    Repaint(*pItem);
     emit colorChanged(pItem->id, color);
 }
 
@@ -173,12 +182,13 @@ QString CSceneList::Number(const SceneItem& item) {
 void CSceneList::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    // A tile's outline reaches one pixel below it.
     const int nFirstRow = std::max(0, event->rect().top() - 1) / RowHeight;
     const int nLastRow = event->rect().bottom() / RowHeight;
     const int nEnd = std::min(m_items.size(), (nLastRow + 1) * Columns);
     for (int i = nFirstRow * Columns; i < nEnd; ++i) {
-        PaintItem(painter, m_items[i]);
+        if (event->region().intersects(WithOutline(m_items[i].rect))) {
+            PaintItem(painter, m_items[i]);
+        }
     }
 }
 
@@ -200,14 +210,14 @@ void CSceneList::mousePressEvent(QMouseEvent* event) {
         OpenMenu(event->globalPos());
         return;
     }
-    hit->state = !hit->state;
+    Switch(*hit, !hit->state);
     Exclude(*hit);
-    ShowParts();
+    TellParts();
     emit stateChanged(hit->group, hit->id, hit->state);
 }
 
 void CSceneList::PaintItem(QPainter& painter, const SceneItem& item) const {
-    static const QPen outlinePen(QColor(180, 180, 180));
+    static const QColor outlineColor(180, 180, 180);
     static const QPen selectedPen(Qt::white);
     static const QColor sceneColor(100, 160, 255);
     static const QColor programColor(Qt::green);
@@ -221,8 +231,7 @@ void CSceneList::PaintItem(QPainter& painter, const SceneItem& item) const {
     const QPoint bottomRight = item.rect.bottomRight();
     const QColor& onColor = m_bScenes ? sceneColor : programColor;
 
-    painter.setPen(outlinePen);
-    painter.drawRect(item.rect);
+    PaintOutline(painter, item.rect, outlineColor);
     if (item.state) {
         painter.fillRect(QRect(topLeft + QPoint(1, 1), bottomRight), onColor);
     }
@@ -263,9 +272,20 @@ void CSceneList::Exclude(const SceneItem& item) {
     }
     for (SceneItem& other : m_items) {
         if (&other != &item && other.group == item.group) {
-            other.state = false;
+            Switch(other, false);
         }
     }
+}
+
+void CSceneList::Switch(SceneItem& item, bool bState) {
+    if (item.state != bState) {
+        item.state = bState;
+        Repaint(item);
+    }
+}
+
+void CSceneList::Repaint(const SceneItem& item) {
+    update(WithOutline(item.rect));
 }
 
 void CSceneList::OpenMenu(const QPoint& position) {

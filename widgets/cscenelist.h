@@ -53,7 +53,7 @@ public:
     /// Replaces all tiles, under the user's names, icons and colours.
     void Update(const QList<Scene>& scenes, const CIniFile& settings);
     /// Shows one running state; an id that no tile has changes nothing. With `bExclusive` the others of its
-    /// group go off and the list is repainted, else both are the caller's business.
+    /// group go off and what changed is repainted, else both are the caller's business.
     void Update(const Scene& scene, bool bExclusive);
     /// Switches every tile off, without repainting.
     void ResetState();
@@ -88,7 +88,9 @@ private:
     static QString Number(const SceneItem& item);
     void PaintItem(QPainter& painter, const SceneItem& item) const;
     void PaintIcon(QPainter& painter, const SceneItem& item) const;
+    void Switch(SceneItem& item, bool bState);
     void Exclude(const SceneItem& item);
+    void Repaint(const SceneItem& item);
     void OpenMenu(const QPoint& position);
     void AddIcons(QMenu& menu, const QStringList& icons, Slot slot);
     void ChooseIcon(const QStringList& icons);

@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int Width = 34;
+constexpr int CursorHeight = 34;
 constexpr int EndHeight = 11;  ///< of the pictures at the track's lower end
 
 QString ThemeName(eSliderLevelClr color) {
@@ -40,12 +41,22 @@ void CSlider::SetLevelColor(eSliderLevelClr color) {
 }
 
 void CSlider::SetLevel(int nLevel) {
+    const QRect before = CursorRect();
     m_nLevel = nLevel;
-    ShowParts();
+    // The track looks the same all along, so only what the cursor passed over changes.
+    update(before.united(CursorRect()));
+    TellParts();
 }
 
 QRect CSlider::GetSliderRect() const {
     return {QPoint(0, 18), QPoint(width() - 1, height() - 17)};
+}
+
+/// The cursor's picture at the level shown, which is one of the track's.
+QRect CSlider::CursorRect() const {
+    const QRect track = GetSliderRect();
+    const int nY = track.bottom() - track.height() * std::clamp(m_nLevel, 0, 255) / 255;
+    return {0, nY - CursorHeight / 2, Width, CursorHeight};
 }
 
 void CSlider::UpdateValue(int y) {
@@ -60,9 +71,8 @@ void CSlider::UpdateValue(int y) {
 }
 
 void CSlider::ChooseLevel(int nLevel) {
-    m_nLevel = nLevel;
+    SetLevel(nLevel);
     emit valueChanged(m_nLevel);
-    ShowParts();
 }
 
 /// Goes by the name of the control around it.
@@ -94,17 +104,16 @@ void CSlider::paintEvent(QPaintEvent*) {
     static const QPixmap center = artwork::Picture(":/Corvane/Images/sliderCenter.png");
     static const QPixmap cursor = artwork::Picture(":/Corvane/Images/sliderCursor.png");
 
-    const QRect track = GetSliderRect();
-    const int nShown = std::clamp(m_nLevel, 0, 255);
-    const int nY = track.bottom() - track.height() * nShown / 255;
+    const QRect cursorRect = CursorRect();
+    const int nY = cursorRect.top() + CursorHeight / 2;
 
     QPainter painter(this);
     painter.drawPixmap(0, 0, top);
     painter.drawPixmap(QRect(0, 10, width(), height() - 20), center);
     painter.drawPixmap(0, height() - EndHeight, bottom);
-    if (nShown > 0) {
+    if (m_nLevel > 0) {
         painter.drawPixmap(QRect(0, nY, Width, height() - 10 - nY), m_fillCenter);
         painter.drawPixmap(0, height() - EndHeight, m_fillBottom);
     }
-    painter.drawPixmap(0, nY - 17, cursor);
+    painter.drawPixmap(cursorRect.topLeft(), cursor);
 }

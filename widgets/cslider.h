@@ -40,6 +40,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QRect CursorRect() const;
+
     bool m_bPressed = false;
     int m_nLevel = 0;
     QPixmap m_fillBottom;

@@ -13,6 +13,8 @@
 namespace {
 
 constexpr int Width = 54;
+/// Where the level stands in figures, beside the icon if there is one.
+constexpr QRect CaptionRect(QPoint(0, 0), QPoint(Width - 1, 19));
 
 struct Theme {
     QColor caption;
@@ -62,7 +64,8 @@ void CSliderCtrl::SetValue(int nValue) {
         return;
     }
     m_pSlider->SetLevel(nValue);
-    ShowParts();
+    update(CaptionRect);
+    TellParts();
 }
 
 void CSliderCtrl::SetShowPercent(bool bPercent) {
@@ -84,7 +87,8 @@ QRect CSliderCtrl::GetDefaultRect() const {
 }
 
 void CSliderCtrl::OnSliderValueChanged(int value) {
-    ShowParts();
+    update(CaptionRect);
+    TellParts();
     emit valueChanged(value);
 }
 
@@ -99,7 +103,6 @@ void CSliderCtrl::mousePressEvent(QMouseEvent* event) {
 
 void CSliderCtrl::Choose(int nValue) {
     SetValue(nValue);
-    update();
     emit valueChanged(nValue);
 }
 
@@ -123,12 +126,11 @@ void CSliderCtrl::paintEvent(QPaintEvent*) {
 
     QPainter painter(this);
     painter.setPen(m_captionPen);
-    int nCaptionLeft = 0;
+    QRect captionRect = CaptionRect;
     if (!m_icon.isNull()) {
         painter.drawPixmap(0, 0, m_icon);
-        nCaptionLeft = 20;
+        captionRect.setLeft(20);
     }
-    const QRect captionRect(QPoint(nCaptionLeft, 0), QPoint(Width - 1, 19));
     const QString sCaption = Caption();
     painter.setFont(fonts::Fitting(captionFont, sCaption, captionRect.width()));
     painter.drawText(captionRect, Qt::AlignCenter, sCaption);
