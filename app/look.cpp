@@ -22,6 +22,20 @@ public:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
 
+    /// The icons of standard buttons come from the desktop's theme. To search for them takes longer than all
+    /// else that the start does, and they would look different on each desktop.
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* answer) const override {
+        return hint == SH_DialogButtonBox_ButtonsHaveIcons
+                   ? 0
+                   : QProxyStyle::styleHint(hint, option, widget, answer);
+    }
+
+    QIcon standardIcon(StandardPixmap icon, const QStyleOption* option,
+                       const QWidget* widget) const override {
+        return icon == SP_CommandLink ? QIcon() : QProxyStyle::standardIcon(icon, option, widget);
+    }
+
     /// Qt's own measure of an entry goes by the size that icons have elsewhere.
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                            const QWidget* widget) const override {

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QTimer>
 
 int main(int argc, char* argv[]) {
     // The program paints rasters only: without OpenGL it starts in half the time.
@@ -17,6 +18,11 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     // Where a desktop finds the window's name and icon: corvane.desktop.
     QApplication::setDesktopFileName("corvane");
+    // Every picture is PNG, which Qt reads by itself; before it does, it would load each image plug-in that
+    // it finds. (Other platforms load parts of their own later.)
+    if (QApplication::platformName() == "xcb") {
+        QCoreApplication::setLibraryPaths({});
+    }
     ApplyLook();
 
     Branding branding;
@@ -25,7 +31,8 @@ int main(int argc, char* argv[]) {
         return 0;
     }
     QApplication::setApplicationName(branding.name);
-    QApplication::setWindowIcon(artwork::Icon(branding.icon));
+    // The icon is larger than most of what the first page shows, and no part of it.
+    QTimer::singleShot(100, [&branding] { QApplication::setWindowIcon(artwork::Icon(branding.icon)); });
 
     Corvane window;
     window.show();

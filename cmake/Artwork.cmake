@@ -21,7 +21,8 @@ function(corvane_artwork out pictures)
             COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
             COMMAND ${RSVG_CONVERT} -o ${png} ${source}/${drawing}
             COMMAND ${RSVG_CONVERT} --zoom 2 -o ${png2x} ${source}/${drawing}
-            DEPENDS ${source}/${drawing}
+            COMMAND plain ${png} ${png2x}
+            DEPENDS ${source}/${drawing} plain
             COMMENT "Rendering ${drawing}"
             VERBATIM)
         list(APPEND rendered ${png} ${png2x})

@@ -3,6 +3,7 @@
 //
 //   colorwheel FILE.png SCALE
 
+#include "tools/plainpng.h"
 #include "widgets/colorarithmetic.h"
 
 #include <QImage>
@@ -43,7 +44,7 @@ int main(int argc, char* argv[]) {
         std::fputs("usage: colorwheel FILE.png SCALE (1 to 8)\n", stderr);
         return 2;
     }
-    if (!DrawWheel(nScale).save(argv[1])) {
+    if (!SavePlain(DrawWheel(nScale), argv[1])) {
         std::fprintf(stderr, "colorwheel: cannot write %s\n", argv[1]);
         return 1;
     }
