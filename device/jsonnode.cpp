@@ -12,7 +12,7 @@
 namespace {
 
 /// A parser takes some fourteen times the longest text it has read, so one that read a giant is not kept.
-constexpr std::size_t MaxSpare = 64 * 1024;
+constexpr std::size_t MaxSpare = 65536;
 
 /// The parser that the next document takes, if there is one.
 std::unique_ptr<simdjson::dom::parser>& SpareParser() {
