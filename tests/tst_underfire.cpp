@@ -170,7 +170,7 @@ private slots:
         QVERIFY2(silence.elapsed() > 4800 && silence.elapsed() < 5600,
                  qPrintable(QString::number(silence.elapsed())));
         storm.alive = true;
-        QTRY_VERIFY_WITH_TIMEOUT(!m_pWindow->IsConnectionLost(), 200);
+        QTRY_VERIFY_WITH_TIMEOUT(!m_pWindow->IsConnectionLost(), 1000);
     }
 
     /// A network that loses 30 of 100 datagrams each way, brings 10 twice and lets 10 be overtaken: nothing
