@@ -36,9 +36,10 @@ std::optional<StoreLinks> Stores() {
     return StoreLinks{branding.androidStore, branding.iosStore};
 }
 
-/// There a window's mask only says where it takes the mouse, and only the compositor moves windows.
+/// There a window's mask only says where it takes the mouse, and only the compositor moves windows; nor is an
+/// X11 program, which finds the compositor's name in its environment, an exception.
 bool OnWayland() {
-    return QApplication::platformName().startsWith("wayland");
+    return QApplication::platformName().startsWith("wayland") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
 }
 
 }  // namespace
@@ -185,8 +186,7 @@ void Corvane::mousePressEvent(QMouseEvent* event) {
     if (rect().adjusted(Border, Border, -Border, -Border).contains(position)) {
         return;
     }
-    if (OnWayland()) {
-        windowHandle()->startSystemMove();
+    if (OnWayland() && windowHandle()->startSystemMove()) {
         return;
     }
     m_windowAtPress = pos();

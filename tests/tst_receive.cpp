@@ -1,7 +1,6 @@
 #include "tests/peer.h"
 #include "tests/remote.h"
 
-
 #include <utility>
 
 /// What the server says, as real datagrams, and what becomes of it.
