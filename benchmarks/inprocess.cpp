@@ -72,7 +72,7 @@ void StateApplied(benchmark::State& state) {
     constexpr int nEntries = 1000;
     const std::vector<QByteArray> datagrams = StateOf(nEntries);
     ShowPage(ScenesPage, nEntries);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         Apply(datagrams);
     }
     QCoreApplication::processEvents();
@@ -88,7 +88,7 @@ QByteArray UniverseText() {
 void UniverseParsed(benchmark::State& state) {
     const QByteArray text = UniverseText();
     simdjson::dom::parser parser;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         simdjson::dom::element root;
         if (parser.parse(text.constData(), static_cast<std::size_t>(text.size())).get(root) !=
             simdjson::SUCCESS) {
@@ -102,7 +102,7 @@ BENCHMARK(UniverseParsed);
 void UniverseApplied(benchmark::State& state) {
     const QByteArray text = UniverseText();
     ShowPage(ChannelsPage);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         pWindow->ReadData(text, "127.0.0.1");
     }
     QCoreApplication::processEvents();
@@ -116,7 +116,7 @@ void FragmentsJoined(benchmark::State& state) {
     const QByteArray middle = ' ' + filling + Fragments::Marker;
     const QByteArray last = filling + '}' + Fragments::Marker;
     Fragments fragments;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(fragments.Join(first));
         for (int i = 2; i < nPieces; ++i) {
             benchmark::DoNotOptimize(fragments.Join(middle));
@@ -132,7 +132,7 @@ void BackgroundBlit(benchmark::State& state) {
     const QPixmap background = artwork::Picture(":/Corvane/Images/Tablet.png");
     QPixmap target(background.size());
     target.fill(Qt::black);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         QPainter(&target).drawPixmap(0, 0, background);
     }
 }
@@ -147,7 +147,7 @@ void WheelMove(benchmark::State& state) {
     };
     send(QEvent::MouseButtonPress, {210, 210});
     int i = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         i = (i + 1) % 100;
         send(QEvent::MouseMove, {160 + i, 180 + i / 2});
         QCoreApplication::processEvents();
@@ -159,7 +159,7 @@ BENCHMARK(WheelMove);
 void CellsPainted(benchmark::State& state) {
     ShowPage(ChannelsPage);
     pWindow->ReadData(UniverseText(), "127.0.0.1");
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         pWindow->Grid()->repaint();
     }
 }
@@ -171,7 +171,7 @@ void ScrollStep(benchmark::State& state) {
     QScrollBar* const pBar = pArea->verticalScrollBar();
     const int nTop = pBar->maximum() / 2 / 53 * 53;
     bool bDown = false;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         bDown = !bDown;
         pBar->setValue(nTop + (bDown ? 20 : 0));
         QCoreApplication::processEvents();
@@ -204,7 +204,7 @@ void TileChange(benchmark::State& state) {
     CSceneList* const pList = pWindow->SceneList();
     const PaintMeter meter(pList);
     Scene scene = Entry(3, 50);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         scene.state = !scene.state;
         pList->Update(scene, true);
         QCoreApplication::processEvents();
