@@ -114,11 +114,12 @@ private slots:
         const QByteArray next = Saved(changed);
         for (int i = 0; i < 100; ++i) {
             const pid_t writer = fork();
-            while (writer == 0) {
-                settings.Write();
-                changed.Write();
+            if (writer == 0) {
+                for (;; settings.Write()) {
+                    changed.Write();
+                }
             }
-            QThread::usleep(static_cast<unsigned long>(2000 + i * 37));
+            QTest::qSleep(2 + i / 25);
             QVERIFY(::kill(writer, SIGKILL) == 0 && ::waitpid(writer, nullptr, 0) == writer);
             QFile file(settings.path);
             QVERIFY(file.open(QIODevice::ReadOnly));
