@@ -147,7 +147,7 @@ private slots:
         QTest::qWait(1000);
         const double before = ResidentMiB();
         QList<qint64> delays;
-        while (storm.sent < Rate * 10) {
+        while (storm.sent < qint64{10} * Rate) {
             const qint64 nPressed = storm.clock.elapsed();
             const int nBefore = storm.switches;
             Click(static_cast<int>(delays.size() % 40));
