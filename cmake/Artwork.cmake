@@ -2,6 +2,8 @@
 # collection that holds them, so that the repository keeps text and the program keeps pixels.
 
 find_program(RSVG_CONVERT rsvg-convert REQUIRED)
+# Takes PNG's filters off drawings, which saves the program a quarter of the time to read them.
+find_program(OPTIPNG optipng REQUIRED)
 
 # Sets <out> to the path of a generated corvane.qrc; <pictures> to the files it needs to be built first. The colour
 # wheel is no drawing: the target `colorwheel` computes it.
@@ -21,8 +23,8 @@ function(corvane_artwork out pictures)
             COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
             COMMAND ${RSVG_CONVERT} -o ${png} ${source}/${drawing}
             COMMAND ${RSVG_CONVERT} --zoom 2 -o ${png2x} ${source}/${drawing}
-            COMMAND plain ${png} ${png2x}
-            DEPENDS ${source}/${drawing} plain
+            COMMAND ${OPTIPNG} -quiet -force -nb -nc -np -f0 -zc9 -zm8 -zs0 ${png} ${png2x}
+            DEPENDS ${source}/${drawing}
             COMMENT "Rendering ${drawing}"
             VERBATIM)
         list(APPEND rendered ${png} ${png2x})

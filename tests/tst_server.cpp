@@ -5,8 +5,6 @@
 #include <QProcess>
 #include <QTemporaryFile>
 
-#include <csignal>
-
 /// The rehearsal server as a program, alone and with remotes around it.
 class TestServer : public QObject {
     Q_OBJECT
@@ -26,7 +24,6 @@ class TestServer : public QObject {
             QVERIFY(QTest::qWaitFor([this] { return log.contains("listens"); }, 2000));
         }
         ~Server() { program.close(); }
-        void Signal(int nSignal) { QVERIFY(::kill(static_cast<pid_t>(program.processId()), nSignal) == 0); }
     };
 
     /// The program ends with status 2 and one line that holds the complaint.
@@ -87,7 +84,7 @@ private slots:
         }
     }
 
-    /// The main job: two remotes, fragments, a click, a silence.
+    /// The main job: two remotes, fragments, a click.
     void rehearsal() {
         Server server({"--fragment", "400"});
         OpenTwo();
@@ -101,15 +98,6 @@ private slots:
         m_pSecond->SendState();  // the server has it the same way
         QTest::qWait(200);
         QVERIFY(!runs(m_pSecond, 3) && runs(m_pSecond, 4) && runs(m_pSecond, 0));
-        // While the server hangs the sign shows, and what is done then is not lost.
-        server.Signal(SIGSTOP);
-        QTRY_VERIFY_WITH_TIMEOUT(m_pFirst->IsConnectionLost(), 7000);
-        Click(*m_pFirst, 0);
-        QTest::qWait(500);
-        server.Signal(SIGCONT);
-        QTRY_VERIFY_WITH_TIMEOUT(!m_pFirst->IsConnectionLost(), 2500);
-        QTRY_VERIFY_WITH_TIMEOUT(server.log.contains("scene 1 off"), 200);
-        QTRY_VERIFY(!runs(m_pSecond, 0));
     }
 
     /// All servers of a network are listed; the one that is chosen is talked to, and no other.
@@ -124,6 +112,7 @@ private slots:
         auto* pCombo = remote->Params()->findChild<QComboBox*>();
         pCombo->setCurrentIndex(2);
         QTRY_VERIFY(remote->IsAnswered());
+        QTest::qWait(300);  // what they wrote before may still be under way
         alpha.log.clear();
         beta.log.clear();
         Click(*remote, 5);

@@ -3,7 +3,6 @@
 //
 //   colorwheel FILE.png SCALE
 
-#include "tools/plainpng.h"
 #include "widgets/colorarithmetic.h"
 
 #include <QImage>
@@ -44,7 +43,7 @@ int main(int argc, char* argv[]) {
         std::fputs("usage: colorwheel FILE.png SCALE (1 to 8)\n", stderr);
         return 2;
     }
-    if (!SavePlain(DrawWheel(nScale), argv[1])) {
+    if (!DrawWheel(nScale).save(argv[1], "PNG")) {
         std::fprintf(stderr, "colorwheel: cannot write %s\n", argv[1]);
         return 1;
     }

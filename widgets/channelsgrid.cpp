@@ -11,15 +11,6 @@
 #include <QPaintEvent>
 #include <QPainter>
 
-namespace {
-
-/// What a cell paints: its outline reaches one pixel beyond it.
-QRect WithOutline(const QRect& cell) {
-    return cell.adjusted(0, 0, 1, 1);
-}
-
-}  // namespace
-
 ChannelsGrid::ChannelsGrid(QWidget* parent)
     : QWidget(parent), PaintedParts(this), m_pEditor(new CChannelSlider(this)) {
     setAccessibleName(tr("Channels"));

@@ -29,11 +29,6 @@ QRect TileRect(int i, int nWidth) {
     return QRect(QPoint(nLeft, nTop), QPoint(nLeft + nHalf - 2, nTop + RowHeight - 1));
 }
 
-/// What a tile paints: its outline reaches one pixel beyond it.
-QRect WithOutline(const QRect& tile) {
-    return tile.adjusted(0, 0, 1, 1);
-}
-
 }  // namespace
 
 CSceneList::CSceneList(bool bScenes, QWidget* parent)

@@ -10,3 +10,7 @@ void PaintOutline(QPainter& painter, const QRect& area, const QColor& color) {
     painter.fillRect(QRect(area.topLeft(), down), color);
     painter.fillRect(QRect(area.topRight() + QPoint(1, 0), down), color);
 }
+
+QRect WithOutline(const QRect& area) {
+    return area.adjusted(0, 0, 1, 1);
+}
