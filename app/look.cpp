@@ -1,6 +1,8 @@
 #include "app/look.h"
 
 #include <QApplication>
+#include <QFontDatabase>
+#include <QFontInfo>
 #include <QMenu>
 #include <QPalette>
 #include <QProxyStyle>
@@ -77,4 +79,9 @@ QPalette LightPalette() {
 void ApplyLook() {
     QApplication::setStyle(new LookStyle);  // the application owns it
     QApplication::setPalette(LightPalette());
+    // Where no font is called so, numbers take the family of the names beside them: the nearest that the
+    // system would find may be much wider than the place they are drawn in.
+    if (!QFontDatabase().hasFamily("Comic")) {
+        QFont::insertSubstitution("Comic", QFontInfo(QFont("Arial")).family());
+    }
 }
