@@ -9,7 +9,8 @@
 
 int main(int argc, char* argv[]) {
     // The program paints rasters only: without OpenGL it starts in half the time.
-    if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION")) {
+    const bool bWithoutGl = !qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION");
+    if (bWithoutGl) {
         qputenv("QT_XCB_GL_INTEGRATION", "none");
     }
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
@@ -36,5 +37,8 @@ int main(int argc, char* argv[]) {
 
     Corvane window;
     window.show();
+    if (bWithoutGl) {
+        qunsetenv("QT_XCB_GL_INTEGRATION");  // a browser that the store buttons open may well want it
+    }
     return QApplication::exec();
 }
