@@ -154,6 +154,11 @@ PaintedPart Corvane::Part(int iPart) const {
     return {tr("The server does not answer"), QAccessible::AlertMessage, sign};
 }
 
+bool Corvane::event(QEvent* event) {
+    LetGoIfCutOff(event);
+    return QWidget::event(event);
+}
+
 void Corvane::paintEvent(QPaintEvent* event) {
     static const QPixmap closePicture = artwork::Picture(":/Corvane/Images/Close.png");
     static const QPixmap lostPicture = artwork::Picture(":/Corvane/Images/ConnectionLost.png");
@@ -201,7 +206,7 @@ void Corvane::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void Corvane::mouseReleaseEvent(QMouseEvent*) {
-    m_bDragging = false;
+    LetGo();
 }
 
 /// The second click of a double click is no press: it must neither close the window nor start a drag.

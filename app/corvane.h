@@ -56,6 +56,8 @@ public:
     PaintedPart Whole() const override { return {{}, QAccessible::Window}; }
 
 protected:
+    bool event(QEvent* event) override;
+    void LetGo() override { m_bDragging = false; }
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -78,8 +80,9 @@ public:
     /// Starts over on a pair of ports: asks who is there while no server is known, else asks for its state.
     void InitConnection(int nLocalPort, int nRemotePort);
     void Disconnect();
-    /// Sends a text now, or keeps it for the next tick (deferred), where it replaces one that still waits.
-    /// The text ends at its first NUL. Nothing is retried; a server address that is none sends nowhere.
+    /// Sends a text now, or keeps it for the next tick (deferred), where it replaces one that still waits;
+    /// what the user caused is replaced only by what the user causes. The text ends at its first NUL. Nothing
+    /// is retried; a server address that is none stands for this machine.
     void SendPacket(const std::string& sText, bool bDeferred);
     /// Shows the server's state on the pages; the first time in the life of the process also chooses the
     /// page.
@@ -90,12 +93,6 @@ public:
     bool IsAnswered() const { return m_bAnswered; }
     int LocalPort() const { return m_nLocalPort; }
     const QString& ServerAddress() const { return m_sServerAddress; }
-
-public slots:
-    void OnTimer();
-    void ReadPacket();
-    /// Starts over on the first pair of ports.
-    void Refresh();
 
 private:
     void PollCurrentPage();
@@ -144,7 +141,54 @@ private:
     void WarnTooManyUsers();
 
     // The user's hand: corvane_actions.cpp
+private:
+    /// A scene or program that starts takes the lights over from the colour page.
+    void ReleaseCommands();
+
+    // Pages: corvane_pages.cpp
+public:
+    int CurrentPage() const { return m_iCurrentPage; }
+    CSceneList* SceneList() const;
+    CSceneList* ProgramList() const;
+    CColorPicker* Picker() const { return m_pPicker; }
+    ChannelsGrid* Grid() const { return m_pGrid; }
+    CParamsCtrl* Params() const { return m_pParams; }
+    CPopupTab* Tab() const { return m_pTab; }
+    CPopupMenu* Menu() const { return m_pMenu; }
+
+    /// Closes the menu and leaves its handle.
+    void ShowPopupTab();
+    void ShowPopupMenu();
+
+private:
+    void GoToPage(int iPage);
+    int FirstOffered() const;
+    void LeaveParams();
+    bool IsOffered(int iPage) const;
+    QWidget* PageWidget(int iPage) const;
+
+    // Slots
 public slots:
+    // of the timer and the socket: corvane_transport.cpp
+    void OnTimer();
+    void ReadPacket();
+
+    // of the menu, and "connect again": corvane_pages.cpp, corvane_transport.cpp
+    void OnTabPressed();
+    /// Shows a page: 0 scenes, 1 programs, 2 colour, 3 channels, 4 parameters; 5 connects again. Leaving the
+    /// parameters locks them if the user wants them locked. Any other index leaves no page on screen.
+    void OnMenuChanged(int iMenu);
+    void OnHideMenu();
+    /// Starts over on the first pair of ports.
+    void Refresh();
+
+    // of the pages: corvane_actions.cpp
+    void OnPwdStateChanged(bool bState);
+    /// Offers page 0 to 3 in the menu or not; the page on screen stays.
+    void OnShowMenu(int iMenu, bool bShow);
+    /// Applies own names (0), icons (1) or colours (2) or not, and asks for the state so that the lists
+    /// follow.
+    void OnEnableParam(int iParam, bool bEnable);
     void OnSceneStateChanged(int iArea, int nId, bool bState);
     void OnSceneNameChanged(int nId, QString sName);
     void OnSceneIconChanged(int nId, QString sIcon);
@@ -167,47 +211,19 @@ public slots:
     /// Release the channel in the grid's editor, or hold it at a level, 0 to 255.
     void OnChannelOff();
     void OnChannelValueChanged(int value);
-    void OnPwdStateChanged(bool bState);
-    /// Offers page 0 to 3 in the menu or not; the page on screen stays.
-    void OnShowMenu(int iMenu, bool bShow);
-    /// Applies own names (0), icons (1) or colours (2) or not, and asks for the state so that the lists
-    /// follow.
-    void OnEnableParam(int iParam, bool bEnable);
-
-private:
-    /// A scene or program that starts takes the lights over from the colour page.
-    void ReleaseCommands();
-
-    // Pages: corvane_pages.cpp
-public:
-    int CurrentPage() const { return m_iCurrentPage; }
-    CSceneList* SceneList() const;
-    CSceneList* ProgramList() const;
-    CColorPicker* Picker() const { return m_pPicker; }
-    ChannelsGrid* Grid() const { return m_pGrid; }
-    CParamsCtrl* Params() const { return m_pParams; }
-    CPopupTab* Tab() const { return m_pTab; }
-    CPopupMenu* Menu() const { return m_pMenu; }
-
-    /// Closes the menu and leaves its handle.
-    void ShowPopupTab();
-    void ShowPopupMenu();
-
-public slots:
-    void OnTabPressed();
-    /// Shows a page: 0 scenes, 1 programs, 2 colour, 3 channels, 4 parameters; 5 connects again. Leaving the
-    /// parameters locks them if the user wants them locked. Any other index shows nothing new.
-    void OnMenuChanged(int iMenu);
-    void OnHideMenu();
-
-private:
-    void GoToPage(int iPage);
-    int FirstOffered() const;
-    void LeaveParams();
-    bool IsOffered(int iPage) const;
-    QWidget* PageWidget(int iPage) const;
 
     // State
+private:
+    /// What one message may still do: more than any server asks for, less than would hold up the user. What
+    /// goes beyond is passed over.
+    struct Work {
+        int nContents = 64;
+        int nSectionContents = 64;
+        int nScenes = 10000;
+        int nPrograms = 10000;
+        int nStateRequests = 1;
+    };
+
     QUdpSocket* m_pSocket = nullptr;  ///< created once an interface is chosen, bound anew by each Connect()
     QTimer* m_pTimer = nullptr;       ///< ticks from the first Connect() on
     QElapsedTimer m_aliveTimer;       ///< since the last alive message
@@ -226,6 +242,8 @@ private:
     bool m_bConnectionLost = false;
     bool m_bAnswered = false;  ///< the server sent its state since the last Connect()
     bool m_bPacketPending = false;
+    bool m_bPendingIsUsers = false;       ///< what waits was caused by the user's hand
+    bool m_bReading = false;              ///< a message is being obeyed: what is sent meanwhile is its doing
     bool m_bStateChangeInFlight = false;  ///< the next scene states may be older than the user's last switch
     bool m_bWarningUsers = false;         ///< the warning of too many users is up or about to be
     QString m_sInterface;                 ///< address to bind, or "Auto"
@@ -233,6 +251,9 @@ private:
     QString m_sServerAddress = "192.168.0.255";
     std::string m_sPendingPacket;
     Fragments m_fragments;
+    Work m_work;
+    QElapsedTimer
+        m_warningClosed;  ///< since the warning of too many users; invalid while it may open at once
     QHBoxLayout* m_pLayout;
     QWidget* m_pPage = nullptr;  ///< the page in the layout
     CSceneListWnd* m_pSceneWnd;

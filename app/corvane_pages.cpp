@@ -46,18 +46,17 @@ void Corvane::OnMenuChanged(int iMenu) {
         return;
     }
     m_iCurrentPage = iMenu;
-    QWidget* pPage = PageWidget(iMenu);
-    if (pPage == nullptr) {
-        return;
-    }
     if (m_pPage != nullptr) {
         m_pLayout->removeWidget(m_pPage);
         m_pPage->hide();
     }
-    if (pPage != m_pParams) {
+    m_pPage = PageWidget(iMenu);
+    if (m_pPage == nullptr) {
+        return;
+    }
+    if (m_pPage != m_pParams) {
         LeaveParams();
     }
-    m_pPage = pPage;
     m_pLayout->addWidget(m_pPage);
     m_pPage->show();
     ShowPopupTab();

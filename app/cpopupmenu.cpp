@@ -53,6 +53,7 @@ PaintedPart CPopupMenu::Part(int iPart) const {
 }
 
 bool CPopupMenu::event(QEvent* event) {
+    LetGoIfCutOff(event);
     return ShowToolTip(event) || QWidget::event(event);
 }
 
@@ -64,7 +65,8 @@ void CPopupMenu::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.drawPixmap(rect(), backPicture);
     for (std::size_t i = 0; i < m_rects.size(); ++i) {
-        if (m_shown.at(i)) {
+        // Parameters and "connect again" are always drawn.
+        if (m_shown.at(i) || i >= 4) {
             const bool bSelected = static_cast<int>(i) == m_iSelected;
             painter.drawPixmap(m_rects.at(i).topLeft(), (bSelected ? selectedPictures : pictures).at(i));
         }
@@ -81,8 +83,12 @@ void CPopupMenu::mousePressEvent(QMouseEvent* event) {
     emit menuChanged(iMenu);
 }
 
-/// The refresh entry is lit only while it is held; the menu goes on showing the page the user is on.
 void CPopupMenu::mouseReleaseEvent(QMouseEvent*) {
+    LetGo();
+}
+
+/// The refresh entry is lit only while it is held; the menu goes on showing the page the user is on.
+void CPopupMenu::LetGo() {
     if (m_iSelected == Refresh) {
         SetSelected(m_iPrevious);
     }

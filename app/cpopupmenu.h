@@ -39,6 +39,7 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    void LetGo() override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;

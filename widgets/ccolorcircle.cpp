@@ -132,6 +132,7 @@ PaintedPart CColorCircle::Whole() const {
 }
 
 bool CColorCircle::event(QEvent* event) {
+    LetGoIfCutOff(event);
     return ShowToolTip(event) || QWidget::event(event);
 }
 
@@ -153,7 +154,7 @@ void CColorCircle::mousePressEvent(QMouseEvent* event) {
 }
 
 void CColorCircle::mouseReleaseEvent(QMouseEvent*) {
-    m_bPressed = false;
+    LetGo();
 }
 
 void CColorCircle::mouseMoveEvent(QMouseEvent* event) {

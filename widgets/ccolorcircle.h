@@ -60,6 +60,7 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    void LetGo() override { m_bPressed = false; }
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

@@ -46,6 +46,7 @@ PaintedPart CCommandWnd::Part(int iPart) const {
 }
 
 bool CCommandWnd::event(QEvent* event) {
+    LetGoIfCutOff(event);
     return ShowToolTip(event) || QWidget::event(event);
 }
 
@@ -76,8 +77,12 @@ void CCommandWnd::mousePressEvent(QMouseEvent* event) {
     ShowParts();
 }
 
-/// The server takes next as one event, so that letting go says nothing.
 void CCommandWnd::mouseReleaseEvent(QMouseEvent*) {
+    LetGo();
+}
+
+/// The server takes next as one event, so that letting go says nothing.
+void CCommandWnd::LetGo() {
     if (m_on[Next]) {
         m_on[Next] = false;
         ShowParts();

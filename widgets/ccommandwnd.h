@@ -40,6 +40,7 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    void LetGo() override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;

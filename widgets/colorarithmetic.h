@@ -28,7 +28,7 @@ struct HSVColor {
 };
 
 /// How the level of a white lamp follows from a colour's paleness. Any value but the last two is linear.
-enum eWChanMode { wcmLinear = 0, wcmLinearToo = 1, wcmThreshold = 2, wcmExponential = 3 };
+enum eWChanMode : int { wcmLinear = 0, wcmLinearToo = 1, wcmThreshold = 2, wcmExponential = 3 };
 
 /// Distance of two points in pixels, truncated.
 int Distance(const QPoint& a, const QPoint& b);

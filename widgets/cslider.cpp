@@ -55,7 +55,7 @@ QRect CSlider::GetSliderRect() const {
 /// The cursor's picture at the level shown, which is one of the track's.
 QRect CSlider::CursorRect() const {
     const QRect track = GetSliderRect();
-    const int nY = track.bottom() - track.height() * std::clamp(m_nLevel, 0, 255) / 255;
+    const int nY = track.bottom() - track.height() * std::clamp(m_nLevel, 0, 256) / 255;
     return {0, nY - CursorHeight / 2, Width, CursorHeight};
 }
 
@@ -81,6 +81,11 @@ PaintedPart CSlider::Whole() const {
     return {sName, QAccessible::Slider, {}, QString::number(std::clamp(m_nLevel, 0, 255))};
 }
 
+bool CSlider::event(QEvent* event) {
+    LetGoIfCutOff(event);
+    return QWidget::event(event);
+}
+
 void CSlider::mousePressEvent(QMouseEvent* event) {
     m_bPressed = true;
     grabMouse();
@@ -88,8 +93,14 @@ void CSlider::mousePressEvent(QMouseEvent* event) {
 }
 
 void CSlider::mouseReleaseEvent(QMouseEvent*) {
-    releaseMouse();
-    m_bPressed = false;
+    LetGo();
+}
+
+void CSlider::LetGo() {
+    if (m_bPressed) {
+        m_bPressed = false;
+        releaseMouse();
+    }
 }
 
 void CSlider::mouseMoveEvent(QMouseEvent* event) {

@@ -7,7 +7,7 @@
 #include <QWidget>
 
 /// The colour of a level's fill, caption and button; any other value is grey.
-enum eSliderLevelClr { slcGrey = 0, slcRed = 1, slcGreen = 2, slcBlue = 3 };
+enum eSliderLevelClr : int { slcGrey = 0, slcRed = 1, slcGreen = 2, slcBlue = 3 };
 
 /// A vertical bar that sets a level from 0 to 255 by pointing and dragging. The track's top is a shade under
 /// full: full is a drag past it, which the grab of the mouse allows.
@@ -23,7 +23,8 @@ public:
 
     void SetLevelColor(eSliderLevelClr color);
     int Level() const { return m_nLevel; }
-    /// Shows a level without telling anyone. One beyond 0 to 255 is kept and drawn at the track's end.
+    /// Shows a level without telling anyone. 256, the 100 percent of a server, is drawn a shade higher than
+    /// 255; one beyond 0 to 256 is kept and drawn as the nearest.
     void SetLevel(int nLevel);
     /// The track, in widget coordinates.
     QRect GetSliderRect() const;
@@ -34,6 +35,8 @@ public:
     void ChooseLevel(int nLevel) override;
 
 protected:
+    bool event(QEvent* event) override;
+    void LetGo() override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

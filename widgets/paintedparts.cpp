@@ -304,6 +304,12 @@ void PaintedParts::ForgetParts() {
     }
 }
 
+void PaintedParts::LetGoIfCutOff(QEvent* event) {
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::Hide) {
+        LetGo();
+    }
+}
+
 bool PaintedParts::ShowToolTip(QEvent* event) const {
     if (event->type() != QEvent::ToolTip) {
         return false;

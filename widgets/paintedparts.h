@@ -61,6 +61,11 @@ protected:
 
     /// To be called before other controls take the place of these: no one may press one for another.
     void ForgetParts();
+    /// Ends whatever the mouse holds of the widget.
+    virtual void LetGo() {}
+    /// Lets go when the event says that the widget is hidden or that a box blocks its window: the release of
+    /// the mouse will not come.
+    void LetGoIfCutOff(QEvent* event);
     /// Shows the name of the control under the pointer, if the event asks for a tool tip.
     bool ShowToolTip(QEvent* event) const;
 
