@@ -7,22 +7,35 @@
 #include "widgets/cscenelist.h"
 
 #include <QMessageBox>
+#include <QScopedValueRollback>
 
 #include <stdexcept>
 
 namespace {
 
-/// Reads each element of an array. A complete one names all that run: whatever it leaves out of its list is
-/// off.
+/// How long the warning of too many users stays away once it was closed: any host can ask for it.
+constexpr int WarningPauseMs = 30000;
+
+/// Whether there is one left, which is then taken.
+bool Take(int& nLeft) {
+    return nLeft > 0 && nLeft-- > 0;
+}
+
+/// Reads each element of an array, as many as are left. A complete one names all that run: whatever it leaves
+/// out of its list is off.
 template <typename Read>
-void readArray(const JSONNode& node, CSceneList& list, bool bComplete, Read&& read) {
+void readArray(const JSONNode& node, CSceneList& list, bool bComplete, int& nLeft, Read&& read) {
     if (!node.IsArray()) {
         return;
     }
     if (bComplete) {
         list.ResetState();
     }
-    node.ForEachElement(read);
+    node.ForEachElement([&](const JSONNode& element) {
+        if (Take(nLeft)) {
+            read(element);
+        }
+    });
     if (bComplete) {
         list.ShowParts();
     }
@@ -31,10 +44,12 @@ void readArray(const JSONNode& node, CSceneList& list, bool bComplete, Read&& re
 }  // namespace
 
 void Corvane::ReadData(const QByteArray& datagram, const QString& sSender) {
-    const std::optional<QByteArray> message = m_fragments.Join(datagram);
+    const std::optional<QByteArray> message = m_fragments.Join(datagram, sSender);
     if (!message) {
         return;
     }
+    const QScopedValueRollback<bool> reading(m_bReading, true);
+    m_work = {};
     try {
         const JSONDocument document(*message);
         int nType = 0;
@@ -42,12 +57,12 @@ void Corvane::ReadData(const QByteArray& datagram, const QString& sSender) {
             if (sName == "typ") {
                 nType = value.AsInt();
                 readType(nType);
-            } else if (sName == "content" && value.IsObject()) {
+            } else if (sName == "content" && value.IsObject() && Take(m_work.nContents)) {
                 readContent(nType, value, sSender);
             }
         });
     } catch (const std::invalid_argument&) {
-        m_fragments.Clear();
+        m_fragments.Clear(sSender);
     }
 }
 
@@ -59,7 +74,8 @@ void Corvane::readType(int nType) {
             m_bConnectionLost = false;
             ShowParts();
         }
-    } else if (nType == static_cast<int>(MessageType::TooManyClients) && !m_bWarningUsers) {
+    } else if (nType == static_cast<int>(MessageType::TooManyClients) && !m_bWarningUsers &&
+               (!m_warningClosed.isValid() || m_warningClosed.hasExpired(WarningPauseMs))) {
         // The box must not run inside the socket's signal, which would stay deaf as long as it is open.
         m_bWarningUsers = true;
         QMetaObject::invokeMethod(this, &Corvane::WarnTooManyUsers, Qt::QueuedConnection);
@@ -105,6 +121,9 @@ void Corvane::readState(const JSONNode& content) {
     m_programs.clear();
     content.ForEachMember([this](std::string_view sName, const JSONNode& section) {
         section.ForEachMember("content", [&](const JSONNode& node) {
+            if (!Take(m_work.nSectionContents)) {
+                return;
+            }
             if (sName == "scn") {
                 readSceneArray(node, false, false);
             } else if (sName == "prg") {
@@ -126,6 +145,9 @@ void Corvane::readSceneState(const JSONNode& content) {
     if (!m_bStateChangeInFlight) {
         content.ForEachMember([this](std::string_view sName, const JSONNode& section) {
             section.ForEachMember("content", [&](const JSONNode& node) {
+                if (!Take(m_work.nSectionContents)) {
+                    return;
+                }
                 if (sName == "scn") {
                     readSceneArray(node, true, true);
                 } else if (sName == "prg") {
@@ -138,12 +160,12 @@ void Corvane::readSceneState(const JSONNode& content) {
 }
 
 void Corvane::readSceneArray(const JSONNode& node, bool bShow, bool bComplete) {
-    readArray(node, *SceneList(), bComplete,
+    readArray(node, *SceneList(), bComplete, m_work.nScenes,
               [&](const JSONNode& element) { readScene(element, bShow, bComplete); });
 }
 
 void Corvane::readProgArray(const JSONNode& node, bool bShow, bool bComplete) {
-    readArray(node, *ProgramList(), bComplete,
+    readArray(node, *ProgramList(), bComplete, m_work.nPrograms,
               [&](const JSONNode& element) { readProg(element, bShow, bComplete); });
 }
 
@@ -206,13 +228,15 @@ void Corvane::readSerial(const JSONNode& content, const QString& sSender) {
             return;
         }
         bFirst = false;
-        const std::string_view sSerial = serial.AsText();
-        m_pParams->AddSerial(QString::fromUtf8(sSerial.data(), static_cast<int>(sSerial.size())), sSender);
-        SendState();
+        m_pParams->AddSerial(QString::fromStdString(std::string(serial.AsText())), sSender);
+        if (Take(m_work.nStateRequests)) {
+            SendState();
+        }
     });
 }
 
 void Corvane::WarnTooManyUsers() {
     QMessageBox::warning(this, tr("Error"), tr("Number of users max exceeded"), QMessageBox::Ok);
     m_bWarningUsers = false;
+    m_warningClosed.start();
 }

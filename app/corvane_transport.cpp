@@ -99,26 +99,35 @@ void Corvane::Disconnect() {
 }
 
 void Corvane::Refresh() {
+    m_warningClosed.invalidate();
     InitConnection(FirstPorts[0], FirstPorts[1]);
 }
 
 void Corvane::SendPacket(const std::string& sText, bool bDeferred) {
     if (bDeferred) {
+        if (m_bReading && m_bPacketPending && m_bPendingIsUsers) {
+            return;  // a click must not be lost to what someone else's message causes
+        }
         m_sPendingPacket = sText;
         m_bPacketPending = true;
+        m_bPendingIsUsers = !m_bReading;
         return;
     }
-    // An address that is none would otherwise be taken for this machine.
-    const QHostAddress address(m_sServerAddress);
-    if (m_pSocket == nullptr || address.isNull()) {
+    if (m_pSocket == nullptr) {
         return;
     }
     const char* pText = sText.c_str();
-    m_pSocket->writeDatagram(pText, static_cast<qint64>(std::strlen(pText)), address,
+    m_pSocket->writeDatagram(pText, static_cast<qint64>(std::strlen(pText)), QHostAddress(m_sServerAddress),
                              static_cast<quint16>(m_nRemotePort));
 }
 
 void Corvane::ReadPacket() {
+    if (!m_pSocket->hasPendingDatagrams()) {
+        // The kernel dropped a datagram only on reading it, for its checksum. Unless something is read all
+        // the same, the socket never signals again.
+        m_pSocket->readDatagram(nullptr, 0);
+        return;
+    }
     QElapsedTimer turn;
     turn.start();
     for (int i = 0; i < DatagramsPerRead && !turn.hasExpired(ReadMs) && m_pSocket->hasPendingDatagrams();
@@ -160,6 +169,7 @@ void Corvane::OnTimer() {
         SendPacket(m_sPendingPacket, false);
     } else if (m_requestTimer.hasExpired(PollMs)) {
         PollCurrentPage();
+        m_bPendingIsUsers = false;
         m_requestTimer.start();
     }
 }

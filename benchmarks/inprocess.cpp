@@ -117,11 +117,11 @@ void FragmentsJoined(benchmark::State& state) {
     const QByteArray last = filling + '}' + Fragments::Marker;
     Fragments fragments;
     for ([[maybe_unused]] auto _ : state) {
-        benchmark::DoNotOptimize(fragments.Join(first));
+        benchmark::DoNotOptimize(fragments.Join(first, {}));
         for (int i = 2; i < nPieces; ++i) {
-            benchmark::DoNotOptimize(fragments.Join(middle));
+            benchmark::DoNotOptimize(fragments.Join(middle, {}));
         }
-        if (!fragments.Join(last)) {
+        if (!fragments.Join(last, {})) {
             state.SkipWithError("not joined");
         }
     }

@@ -3,28 +3,63 @@
 #include "device/text.h"
 
 #include <algorithm>
-#include <utility>
 
-std::optional<QByteArray> Fragments::Join(const QByteArray& datagram) {
+std::optional<QByteArray> Fragments::Join(const QByteArray& datagram, const QString& sSender) {
     const QByteArray text = datagram.left(TextSize(datagram));
     if (!text.endsWith(Marker)) {
         return text;
     }
     const int nPiece = text.size() - static_cast<int>(sizeof Marker - 1);
-    if (m_buffer.size() + nPiece > MaxSize) {
-        Clear();
+    Pieces& pieces = Of(sSender);
+    pieces.text.append(text.constData(), nPiece);
+    pieces.nOpen += static_cast<int>(std::count(text.begin(), text.end(), '{') -
+                                     std::count(text.begin(), text.end(), '}'));
+    m_nSize += nPiece;
+    if (m_nSize > MaxSize && DropLongest() == sSender) {
         return std::nullopt;
     }
-    m_buffer.append(text.constData(), nPiece);
-    m_nOpen += static_cast<int>(std::count(text.begin(), text.end(), '{') -
-                                std::count(text.begin(), text.end(), '}'));
-    if (m_nOpen != 0) {
+    if (pieces.nOpen != 0) {
         return std::nullopt;
     }
-    return std::exchange(m_buffer, {});
+    const QByteArray message = pieces.text;
+    Clear(sSender);
+    return message;
 }
 
 void Fragments::Clear() {
-    m_buffer.clear();
-    m_nOpen = 0;
+    m_waiting.clear();
+    m_nSize = 0;
+}
+
+void Fragments::Clear(const QString& sSender) {
+    m_waiting.remove_if([&](const Pieces& pieces) {
+        m_nSize -= pieces.sender == sSender ? pieces.text.size() : 0;
+        return pieces.sender == sSender;
+    });
+}
+
+/// The pieces of a sender, who becomes the one heard last.
+Fragments::Pieces& Fragments::Of(const QString& sSender) {
+    const auto known = std::find_if(m_waiting.begin(), m_waiting.end(),
+                                    [&](const Pieces& pieces) { return pieces.sender == sSender; });
+    if (known != m_waiting.end()) {
+        m_waiting.splice(m_waiting.begin(), m_waiting, known);
+        return m_waiting.front();
+    }
+    if (m_waiting.size() == MaxSenders) {
+        m_nSize -= m_waiting.back().text.size();
+        m_waiting.pop_back();
+    }
+    m_waiting.push_front({sSender, {}, 0});
+    return m_waiting.front();
+}
+
+/// Returns whose they were.
+QString Fragments::DropLongest() {
+    const auto longest =
+        std::max_element(m_waiting.begin(), m_waiting.end(),
+                         [](const Pieces& a, const Pieces& b) { return a.text.size() < b.text.size(); });
+    const QString sender = longest->sender;
+    Clear(sender);
+    return sender;
 }

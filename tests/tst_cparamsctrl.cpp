@@ -60,11 +60,18 @@ private slots:
                                       "Beta 10.0.0.2", "Beta 10.0.0.3", "Gamma 10.0.0.1",
                                       "Server - 10.0.0.4 10.0.0.4"}));
         QCOMPARE(refresh.count(), 7);
+        // The user's choice stays, whoever answers from now on.
+        Servers()->setCurrentIndex(2);
+        m_pPage->AddSerial("", "1.1.1.1");
+        QCOMPARE(Servers()->currentText() + ' ' + m_pPage->GetIp(), QString("Alpha 10.0.0.9"));
+        m_pPage->UpdateIp();
+        QCOMPARE(m_pPage->GetIp(), QString("10.0.0.9"));
     }
 
     void addressFields() {
         m_pPage->SetIp("1.2.3.4");
         m_pPage->SetIp("10.0.1");
+        m_pPage->SetIp("");
         QCOMPARE(m_pPage->GetIp(), QString("10.0.1.4"));
         Field(0)->clear();
         QTest::keyClicks(Field(3), "a9");

@@ -76,29 +76,45 @@ private slots:
 
     void fragments() {
         Fragments fragments;
-        QVERIFY(!fragments.Join("{\"typ\":8,\"con!#("));
-        // A whole message in between goes its own way.
-        QCOMPARE(fragments.Join("{}").value_or("nothing"), QByteArray("{}"));
-        QVERIFY(!fragments.Join(QByteArray("tent\":{\"id\":1}!#(\0tail", 22)));
-        QCOMPARE(fragments.Join("}!#(").value_or("nothing"), QByteArray(R"({"typ":8,"content":{"id":1}})"));
+        const auto join = [&fragments](const QByteArray& piece, const char* pSender = "server") {
+            return fragments.Join(piece, pSender).value_or("nothing");
+        };
+        QCOMPARE(join("{\"typ\":8,\"con!#("), QByteArray("nothing"));
+        // A whole message in between goes its own way, and so do a stranger's pieces.
+        QCOMPARE(join("{}"), QByteArray("{}"));
+        QCOMPARE(join("{{!#(", "stranger"), QByteArray("nothing"));
+        QCOMPARE(join("{}!#(", "other"), QByteArray("{}"));
+        QCOMPARE(join(QByteArray("tent\":{\"id\":1}!#(\0tail", 22)), QByteArray("nothing"));
+        QCOMPARE(join("}!#("), QByteArray(R"({"typ":8,"content":{"id":1}})"));
         // Nothing of it is left behind.
-        QCOMPARE(fragments.Join("{}!#(").value_or("nothing"), QByteArray("{}"));
-        QVERIFY(!fragments.Join("{!#("));
+        QCOMPARE(join("{}!#("), QByteArray("{}"));
+        QCOMPARE(join("{!#("), QByteArray("nothing"));
         fragments.Clear();
-        QCOMPARE(fragments.Join("{}!#(").value_or("nothing"), QByteArray("{}"));
+        QCOMPARE(join("{}!#("), QByteArray("{}"));
+        // Who fills the room for all loses what is his; so does who was heard longest ago.
+        QCOMPARE(join("{!#("), QByteArray("nothing"));
+        for (int i = 0; i < 100; ++i) {
+            join(QByteArray(60000, '{') + "!#(", "stranger");
+        }
+        QCOMPARE(join("}!#("), QByteArray("{}"));
+        join("{!#(");
+        for (int i = 0; i < Fragments::MaxSenders; ++i) {
+            join("{!#(", std::to_string(i).c_str());
+        }
+        QCOMPARE(join("}!#("), QByteArray("nothing"));
     }
 
     void fragmentsAreBoundedAndLinear() {
         Fragments fragments;
         const QByteArray piece = QByteArray(60000, '{') + "!#(";
         for (int i = 0; i < 5000; ++i) {
-            QVERIFY(!fragments.Join(piece));
+            QVERIFY(!fragments.Join(piece, {}));
         }
         fragments.Clear();
         QElapsedTimer timer;
         timer.start();
         for (int i = 0; i < 1000000; ++i) {
-            fragments.Join("{!#(");
+            fragments.Join("{!#(", {});
         }
         QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed()) + " ms"));
     }

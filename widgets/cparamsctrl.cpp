@@ -87,6 +87,8 @@ QHBoxLayout* CParamsCtrl::ServerRow() {
     m_pServers = new QComboBox;
     Describe(m_pServers, tr("Server"));
     connect(m_pServers, qOverload<int>(&QComboBox::currentIndexChanged), this, &CParamsCtrl::OnSerialChanged);
+    // The entry that was selected already is a choice, too.
+    connect(m_pServers, qOverload<int>(&QComboBox::activated), this, [this] { m_bChosen = true; });
 
     auto* pRow = new QHBoxLayout;
     pRow->setSpacing(18);
@@ -175,15 +177,20 @@ void CParamsCtrl::AddSerial(const QString& sSerial, const QString& sAddress) {
         return;
     }
     m_bFilling = true;
-    if (sSerial.isEmpty()) {
+    if (sSerial.isEmpty() && !m_bChosen) {
         SetIp(sAddress);
     }
     m_pServers->insertItem(iPlace, m_servers.Labels()[iPlace]);
-    m_pServers->setCurrentIndex(0);
+    if (!m_bChosen) {
+        m_pServers->setCurrentIndex(0);
+    }
     m_bFilling = false;
 }
 
 void CParamsCtrl::SetIp(QString sAddress) {
+    if (sAddress.isEmpty()) {
+        return;
+    }
     for (std::size_t i = 0; i < 3; ++i) {
         const int nDot = sAddress.indexOf('.');
         if (nDot < 0) {
@@ -242,6 +249,7 @@ void CParamsCtrl::OnSerialChanged(int iIndex) {
     if (m_bFilling || iIndex < 0 || iIndex >= m_servers.Addresses().size()) {
         return;
     }
+    m_bChosen = true;
     SetIp(m_servers.Addresses()[iIndex]);
     emit refresh();
 }
@@ -286,11 +294,15 @@ void CParamsCtrl::OnColorScenes(bool bEnable) {
 }
 
 void CParamsCtrl::OnAndroid() {
-    QDesktopServices::openUrl(QUrl(m_stores->android));
+    if (m_stores) {
+        QDesktopServices::openUrl(QUrl(m_stores->android));
+    }
 }
 
 void CParamsCtrl::OnIOS() {
-    QDesktopServices::openUrl(QUrl(m_stores->ios));
+    if (m_stores) {
+        QDesktopServices::openUrl(QUrl(m_stores->ios));
+    }
 }
 
 void CParamsCtrl::mousePressEvent(QMouseEvent*) {

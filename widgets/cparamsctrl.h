@@ -46,11 +46,12 @@ public:
     CParamsCtrl(const CIniFile& settings, const QString& sIp, const std::optional<StoreLinks>& stores,
                 QWidget* parent);
 
-    /// Lists a server that answered and selects the first of the list; a known address changes nothing.
+    /// Lists a server that answered. Until the user has chosen one, the first of the list is selected; the
+    /// choice stays whoever answers later. A known address, or one too many (ServerList), changes nothing.
     void AddSerial(const QString& sSerial, const QString& sAddress);
     const ServerList& Servers() const { return m_servers; }
 
-    /// Shows an address a.b.c.d. One with fewer parts leaves the last fields as they are.
+    /// Shows an address a.b.c.d. One with fewer parts leaves the last fields as they are, none leaves all.
     void SetIp(QString sAddress);
     /// The four fields as they stand, joined by dots: no check is made.
     QString GetIp() const;
@@ -93,6 +94,7 @@ private:
     void SetCtrlsVisible(bool bVisible);
 
     bool m_bFilling = false;  ///< AddSerial() is at work: the list's change is not the user's
+    bool m_bChosen = false;   ///< the user has chosen a server of the list
     bool m_bLocked;
     QString m_sStoredPassword;
     ServerList m_servers;

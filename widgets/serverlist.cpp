@@ -3,10 +3,10 @@
 #include <algorithm>
 
 int ServerList::Add(const QString& sSerial, const QString& sAddress) {
-    if (m_addresses.contains(sAddress)) {
+    if (m_addresses.size() == MaxServers || m_addresses.contains(sAddress)) {
         return -1;
     }
-    QString sLabel = sSerial;
+    QString sLabel = sSerial.left(MaxLabel);
     if (sSerial.isEmpty()) {
         sLabel = sAddress;
     } else if (sSerial == "0000") {
