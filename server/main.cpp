@@ -66,8 +66,20 @@ RehearsalServer::Options ReadOptions(const QCommandLineParser& parser) {
     return options;
 }
 
+/// A line holds texts of others: what would move a terminal's cursor, or turn a line around, is escaped.
+QString Printable(const QString& sText) {
+    QString sPrintable;
+    for (const uint nChar : sText.toUcs4()) {
+        const QChar::Category category = QChar::category(nChar);
+        const bool bBreaks = category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
+        sPrintable += QChar::isPrint(nChar) && !bBreaks ? QString::fromUcs4(&nChar, 1)
+                                                        : QString("\\u%1").arg(nChar, 4, 16, QChar('0'));
+    }
+    return sPrintable;
+}
+
 void WriteLine(std::FILE* stream, const QString& sLine) {
-    std::fprintf(stream, "%s\n", qPrintable(sLine));
+    std::fprintf(stream, "%s\n", qPrintable(Printable(sLine)));
     std::fflush(stream);
 }
 

@@ -20,6 +20,16 @@ namespace {
 constexpr int ClientTimeoutMs = 15000;
 /// How late a datagram is that others overtake.
 constexpr int OvertakenMs = 30;
+/// How much of a flood is read before timers have their turn: so many datagrams, or for so long.
+constexpr int DatagramsPerRead = 64;
+constexpr int ReadMs = 8;
+constexpr int MaxDatagram = 65536;
+/// What may wait in all, each datagram with what its timer takes beside it.
+constexpr int MaxLateBytes = 16 * 1024 * 1024;
+constexpr int TimerBytes = 512;
+constexpr int NoiseMs = 1000;
+/// Among the long answers those about a universe come behind the types of all questions.
+constexpr int UniverseAnswer = 1000;
 
 Scene* Find(std::vector<Scene>& entries, int nId) {
     const auto entry =
@@ -43,10 +53,18 @@ RehearsalServer::RehearsalServer(Show show, const Options& options, Log log, QOb
       m_options(options),
       m_log(std::move(log)),
       m_pSocket(new QUdpSocket(this)),
-      m_pBroadcasts(new QUdpSocket(this)) {
+      m_pBroadcasts(new QUdpSocket(this)),
+      m_datagram(MaxDatagram, Qt::Uninitialized),
+      m_quota(2 * options.maxClients) {  // some may have just left
     for (QUdpSocket* pSocket : {m_pSocket, m_pBroadcasts}) {
         connect(pSocket, &QUdpSocket::readyRead, this, [this, pSocket] { ReadPackets(*pSocket); });
     }
+    m_noiseTimer.setSingleShot(true);
+    connect(&m_noiseTimer, &QTimer::timeout, this, [this] {
+        if (const int nMissed = std::exchange(m_nNoise, 0); nMissed > 0) {
+            LogNoise(QString::number(nMissed) + " more datagrams were no message");
+        }
+    });
 }
 
 bool RehearsalServer::Listen() {
@@ -75,28 +93,40 @@ QString RehearsalServer::ErrorText() const {
     return (m_pSocket->state() == QAbstractSocket::BoundState ? m_pBroadcasts : m_pSocket)->errorString();
 }
 
+/// Reads until there is nothing, and even when there is nothing: the kernel drops a datagram with a wrong
+/// checksum only here, after it was signalled, and without a read Qt never signals again.
 void RehearsalServer::ReadPackets(QUdpSocket& socket) {
-    while (socket.hasPendingDatagrams()) {
-        const QNetworkDatagram datagram = socket.receiveDatagram();
-        if (!IsSilent() && datagram.isValid()) {
-            Carry(0, [this, datagram] {
-                ReadMessage(datagram.data(), datagram.senderAddress(),
-                            static_cast<quint16>(datagram.senderPort()));
-            });
+    QElapsedTimer turn;
+    turn.start();
+    for (int i = 0; i < DatagramsPerRead && !turn.hasExpired(ReadMs); ++i) {
+        QHostAddress address;
+        quint16 port = 0;
+        const qint64 nRead = socket.readDatagram(m_datagram.data(), m_datagram.size(), &address, &port);
+        if (nRead < 0) {
+            return;
+        }
+        if (!IsSilent() && port != m_options.port) {
+            const QByteArray datagram(m_datagram.constData(), static_cast<int>(nRead));
+            Carry(0, datagram.size(),
+                  [this, datagram, address, port] { ReadMessage(datagram, address, port); });
         }
     }
 }
 
-void RehearsalServer::Carry(int nDelayMs, const std::function<void()>& deliver) {
+void RehearsalServer::Carry(int nDelayMs, int nBytes, const std::function<void()>& deliver) {
     if (Happens(m_options.dropPercent)) {
         return;
     }
     for (int nCopies = Happens(m_options.duplicatePercent) ? 2 : 1; nCopies > 0; --nCopies) {
         const int nLate = nDelayMs + (Happens(m_options.reorderPercent) ? OvertakenMs : 0);
-        if (nLate > 0) {
-            QTimer::singleShot(nLate, this, deliver);
-        } else {
+        if (nLate == 0) {
             deliver();
+        } else if (const int nRoom = nBytes + TimerBytes; m_nLateBytes + nRoom <= MaxLateBytes) {
+            m_nLateBytes += nRoom;
+            QTimer::singleShot(nLate, this, [this, nRoom, deliver] {
+                m_nLateBytes -= nRoom;
+                deliver();
+            });
         }
     }
 }
@@ -112,19 +142,31 @@ void RehearsalServer::ReadMessage(const QByteArray& datagram, const QHostAddress
             Send(stranger, replies::Serial(m_show.serial));
             return;
         }
-        const Client* pClient = Admit(address, port);
+        Client* pClient = Admit(address, port);
         if (pClient == nullptr) {
             m_log(stranger.Name() + " refused: too many clients");
             Send(stranger, messages::Bare(MessageType::TooManyClients));
             return;
         }
+        pClient->known = pClient->known || nType == static_cast<int>(MessageType::StateRequest) ||
+                         nType == static_cast<int>(MessageType::Alive);
         JSONNode content = document.Root();
         document.Root().ForEachMember("content", [&content](const JSONNode& value) { content = value; });
         Answer(nType, content, Client(*pClient));
     } catch (const std::invalid_argument& error) {
-        m_log(stranger.Name() + " sent " + QString::number(datagram.size()) +
-              " bytes of no message: " + error.what());
+        LogNoise(stranger.Name() + " sent " + QString::number(datagram.size()) +
+                 " bytes of no message: " + error.what());
     }
+}
+
+/// At most a line a second: noise must not fill a disk.
+void RehearsalServer::LogNoise(const QString& sLine) {
+    if (m_noiseTimer.isActive()) {
+        ++m_nNoise;
+        return;
+    }
+    m_log(sLine);
+    m_noiseTimer.start(NoiseMs);
 }
 
 void RehearsalServer::Answer(int nType, const JSONNode& content, const Client& client) {
@@ -139,8 +181,10 @@ void RehearsalServer::Answer(int nType, const JSONNode& content, const Client& c
             Forget(client);
             break;
         case MessageType::StateRequest:
-            m_log(client.Name() + " asks for the state");
-            Send(client, replies::State(m_show, m_color, m_command));
+        case MessageType::ScenePoll:
+        case MessageType::CommandPoll:
+        case MessageType::ChannelPoll:
+            Owe(client, nType);
             break;
         case MessageType::Scene:
             readInto(content, change);
@@ -149,10 +193,6 @@ void RehearsalServer::Answer(int nType, const JSONNode& content, const Client& c
         case MessageType::Program:
             readInto(content, change);
             SwitchProgram(change, client);
-            break;
-        case MessageType::ScenePoll:
-            m_log(client.Name() + " polls the scenes");
-            Send(client, replies::SceneStates(m_show));
             break;
         case MessageType::Color:
             readInto(content, m_color);
@@ -167,11 +207,6 @@ void RehearsalServer::Answer(int nType, const JSONNode& content, const Client& c
         case MessageType::Command:
             TakeCommand(content, client);
             break;
-        case MessageType::CommandPoll:
-            m_log(client.Name() + " polls the commands");
-            Send(client, messages::Color(m_color));
-            Send(client, messages::Command(m_command));
-            break;
         case MessageType::Channel:
             TakeChannel(content, client);
             break;
@@ -181,12 +216,59 @@ void RehearsalServer::Answer(int nType, const JSONNode& content, const Client& c
         case MessageType::UniverseColor:
             TakeRun(content, client);
             break;
-        case MessageType::ChannelPoll:
+        default:
+            m_log(client.Name() + " sent type " + QString::number(nType) + ", which is not rehearsed");
+            break;
+    }
+}
+
+/// An answer that must wait is given once, however often it is asked for meanwhile, and to the port that
+/// asked last. It tells what is so when it leaves.
+void RehearsalServer::Owe(const Client& client, int nAnswer) {
+    if (nAnswer == static_cast<int>(MessageType::ChannelPoll) && !client.known) {
+        m_log(client.Name() + " polls the channels and, a stranger, gets none");
+        return;
+    }
+    const QPair<QHostAddress, int> debt(client.address, nAnswer);
+    if (m_owed.contains(debt)) {
+        m_owed[debt] = client.port;
+        return;
+    }
+    const qint64 nWaitMs = m_quota.Take(client.address, m_upTime.elapsed());
+    if (nWaitMs == 0) {
+        GiveLongAnswer(client, nAnswer);
+    } else if (nWaitMs > 0) {
+        m_owed.insert(debt, client.port);
+        QTimer::singleShot(nWaitMs, this, [this, debt] {
+            const Client* pClient = FindClient(debt.first, m_owed.take(debt));
+            if (pClient != nullptr) {
+                Owe(Client(*pClient), debt.second);
+            }
+        });
+    }
+}
+
+void RehearsalServer::GiveLongAnswer(const Client& client, int nAnswer) {
+    switch (nAnswer) {
+        case static_cast<int>(MessageType::StateRequest):
+            m_log(client.Name() + " asks for the state");
+            Send(client, replies::State(m_show, m_color, m_command));
+            break;
+        case static_cast<int>(MessageType::ScenePoll):
+            m_log(client.Name() + " polls the scenes");
+            Send(client, replies::SceneStates(m_show));
+            break;
+        case static_cast<int>(MessageType::CommandPoll):
+            m_log(client.Name() + " polls the commands");
+            Send(client, messages::Color(m_color));
+            Send(client, messages::Command(m_command));
+            break;
+        case static_cast<int>(MessageType::ChannelPoll):
             m_log(client.Name() + " polls the channels");
             SendHeldUniverses(client);
             break;
         default:
-            m_log(client.Name() + " sent type " + QString::number(nType) + ", which is not rehearsed");
+            Send(client, replies::Universe(m_universes, nAnswer - UniverseAnswer));
             break;
     }
 }
@@ -249,7 +331,7 @@ void RehearsalServer::TakeChannel(const JSONNode& content, const Client& from) {
                             .arg(OnOff(channel.state)));
     if (channel.chan == -1) {
         m_universes.SetAll(channel.univ, static_cast<unsigned char>(channel.level), channel.state);
-        TellOthers(from, replies::Universe(m_universes, channel.univ));
+        TellUniverse(from, channel.univ);
         return;
     }
     m_universes.Set(channel.univ, channel.chan, channel.level, channel.state);
@@ -261,7 +343,7 @@ void RehearsalServer::TakeChannel(const JSONNode& content, const Client& from) {
 void RehearsalServer::TakeUniverse(const JSONNode& content, const Client& from) {
     const int nUniverse = readInto(content, m_universes);
     m_log(from.Name() + QString(" universe %1").arg(nUniverse));
-    TellOthers(from, replies::Universe(m_universes, nUniverse));
+    TellUniverse(from, nUniverse);
 }
 
 void RehearsalServer::TakeRun(const JSONNode& content, const Client& from) {
@@ -283,7 +365,7 @@ void RehearsalServer::TakeRun(const JSONNode& content, const Client& from) {
         from.Name() +
         QString(" universe %1 color on %2 fixtures from channel %3").arg(nUniverse).arg(nCount).arg(nStart));
     m_universes.SetRun(nUniverse, nStart, nCount, color);
-    TellOthers(from, replies::Universe(m_universes, nUniverse));
+    TellUniverse(from, nUniverse);
 }
 
 void RehearsalServer::SendHeldUniverses(const Client& to) {
@@ -299,17 +381,22 @@ RehearsalServer::Client* RehearsalServer::Admit(const QHostAddress& address, qui
     const auto gone = [](const Client& client) { return client.lastHeard.hasExpired(ClientTimeoutMs); };
     m_clients.erase(std::remove_if(m_clients.begin(), m_clients.end(), gone), m_clients.end());
 
-    auto client = std::find_if(m_clients.begin(), m_clients.end(), [&](const Client& known) {
-        return known.address == address && known.port == port;
-    });
-    if (client == m_clients.end()) {
+    Client* pClient = FindClient(address, port);
+    if (pClient == nullptr) {
         if (static_cast<int>(m_clients.size()) >= m_options.maxClients) {
             return nullptr;
         }
-        client = m_clients.insert(m_clients.end(), Client{address, port, {}});
+        pClient = &m_clients.emplace_back(Client{address, port, {}});
     }
-    client->lastHeard.start();
-    return &*client;
+    pClient->lastHeard.start();
+    return pClient;
+}
+
+RehearsalServer::Client* RehearsalServer::FindClient(const QHostAddress& address, quint16 port) {
+    const auto client = std::find_if(m_clients.begin(), m_clients.end(), [&](const Client& known) {
+        return known.address == address && known.port == port;
+    });
+    return client != m_clients.end() ? &*client : nullptr;
 }
 
 void RehearsalServer::Forget(const Client& client) {
@@ -321,6 +408,17 @@ void RehearsalServer::TellOthers(const Client& from, const std::string& sText) {
     for (const Client& client : m_clients) {
         if (client.Name() != from.Name()) {
             Send(client, sText);
+        }
+    }
+}
+
+void RehearsalServer::TellUniverse(const Client& from, int nUniverse) {
+    if (!Universes::HasUniverse(nUniverse)) {
+        return;
+    }
+    for (const Client& client : m_clients) {
+        if (client.known && client.Name() != from.Name()) {
+            Owe(client, UniverseAnswer + nUniverse);
         }
     }
 }
@@ -338,7 +436,8 @@ void RehearsalServer::Send(const Client& to, const std::string& sText) {
 
 void RehearsalServer::SendDatagram(const Client& to, const std::string& sText) {
     const QNetworkDatagram datagram(QByteArray::fromStdString(sText), to.address, to.port);
-    Carry(m_options.delayMs, [this, datagram] { m_pSocket->writeDatagram(datagram); });
+    Carry(m_options.delayMs, datagram.data().size(),
+          [this, datagram] { m_pSocket->writeDatagram(datagram); });
 }
 
 bool RehearsalServer::IsSilent() const {

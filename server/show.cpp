@@ -1,6 +1,7 @@
 #include "server/show.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <algorithm>
@@ -8,10 +9,13 @@
 #include <simdjson.h>
 #include <stdexcept>
 #include <string_view>
+#include <unordered_set>
 
 namespace {
 
 namespace ondemand = simdjson::ondemand;
+
+constexpr qint64 MaxFile = 16 * 1024 * 1024;
 
 /// Walks the text of a show and knows, whatever it meets, on which line that stands.
 class ShowReader {
@@ -60,11 +64,11 @@ private:
         if (list.get_array().get(array) != simdjson::SUCCESS) {
             Fail("the " + sWhat + "s must be a list in [ ]");
         }
+        std::unordered_set<int> ids;
         for (auto element : array) {
             ondemand::value value = element.value();
             const Scene entry = EntryOf(value, sWhat);
-            const auto same = [&entry](const Scene& other) { return other.id == entry.id; };
-            if (std::any_of(entries.begin(), entries.end(), same)) {
+            if (!ids.insert(entry.id).second) {
                 Fail("the id " + std::to_string(entry.id) + " stands for a " + sWhat + " already");
             }
             entries.push_back(entry);
@@ -165,12 +169,16 @@ Show Show::BuiltIn() {
 }
 
 Show Show::Load(const QString& sPath) {
+    const QFileInfo info(sPath);
+    if (info.exists() && (!info.isFile() || info.size() >= MaxFile)) {
+        throw std::runtime_error(sPath.toStdString() + ": not a regular file below 16 MB");
+    }
     QFile file(sPath);
     if (!file.open(QIODevice::ReadOnly)) {
         throw std::runtime_error(sPath.toStdString() + ": " + file.errorString().toStdString());
     }
     try {
-        return ShowReader(sPath, file.readAll()).Read();
+        return ShowReader(sPath, file.read(MaxFile)).Read();
     } catch (const simdjson::simdjson_error& error) {
         throw std::runtime_error(sPath.toStdString() + ": " + error.what());
     }

@@ -23,7 +23,8 @@ struct Show {
     ///       "programs": [ { "id": 1, "name": "Chase" }, ... ] }
     ///
     /// Only "id" must be there; a list that is left out is empty. Throws std::runtime_error with one line
-    /// that names the file, the line and what is wrong there: no such file, text that is not JSON, an unknown
-    /// key, a value of the wrong kind, an id that is missing or stands twice.
+    /// that names the file, the line and what is wrong there: no such file, no regular file or one of 16 MB
+    /// and more (neither is opened), text that is not JSON, an unknown key, a value of the wrong kind, an id
+    /// that is missing or stands twice.
     static Show Load(const QString& sPath);
 };

@@ -1,9 +1,15 @@
+#include "device/messages.h"
 #include "server/rehearsalserver.h"
 #include "tests/remote.h"
 
 #include <QMessageBox>
+#include <QNetworkDatagram>
 #include <QProcess>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
+#include <QUdpSocket>
+
+#include <sys/stat.h>
 
 /// The rehearsal server as a program, alone and with remotes around it.
 class TestServer : public QObject {
@@ -35,6 +41,32 @@ class TestServer : public QObject {
         QVERIFY2(sSaid.contains(sComplaint) && sSaid.count('\n') == 1, qPrintable(sSaid));
         QCOMPARE(program.exitCode(), 2);
     }
+
+    /// Sends from an address of its own, as anyone can, and counts what comes back.
+    struct Stranger {
+        QUdpSocket socket;
+
+        explicit Stranger(int nHost, quint16 nPort = 0) {
+            QVERIFY(socket.bind(QHostAddress(0x7f000000U + static_cast<quint32>(nHost)), nPort));
+        }
+        void Send(const std::string& sText, int nTimes = 1) {
+            for (; nTimes > 0; --nTimes) {
+                socket.writeDatagram(QByteArray::fromStdString(sText), QHostAddress::LocalHost, 8093);
+                if (nTimes % 16 == 0) {
+                    QTest::qSleep(1);
+                }
+            }
+        }
+        void Send(MessageType type, int nTimes = 1) { Send(messages::Bare(type), nTimes); }
+        /// How many answers with a text have come until now.
+        int Count(const char* pText) {
+            int nCount = 0;
+            while (socket.hasPendingDatagrams()) {
+                nCount += int{socket.receiveDatagram().data().contains(pText)};
+            }
+            return nCount;
+        }
+    };
 
     void OpenTwo() {
         m_pFirst = OpenRemote({}, "10.77.0.2");
@@ -82,6 +114,80 @@ private slots:
             QVERIFY(file.resize(0) && file.seek(0) && file.write(pShow) >= 0 && file.flush());
             Refuses({"--show", file.fileName()}, file.fileName() + ": " + pComplaint);
         }
+    }
+
+    /// A server that waits for a pipe, or reads a disk, is none; what a file says must not work the terminal.
+    void oddFiles() {
+        QTemporaryDir folder;
+        const QString sPath = folder.filePath("show.json");
+        QVERIFY(::mkfifo(qPrintable(sPath), 0600) == 0);
+        Refuses({"--show", sPath}, "not a regular file");
+        QFile file(sPath);
+        QVERIFY(file.remove() && file.open(QIODevice::WriteOnly) && file.resize(16 << 20));
+        Refuses({"--show", sPath}, "not a regular file below 16 MB");
+        QVERIFY(file.resize(0) && file.write("{\"\\u001b[2J\\n\":1}") > 0 && file.flush());
+        Refuses({"--show", sPath}, "no key \"\\u001b[2J\\u000a\"");
+        const Server server({"--serial", "a\nb\x1b[2J\u202e\u00e9"});
+        QVERIFY2(server.log.startsWith("Serial a\\u000ab\\u001b[2J\\u202e\u00e9 with"), server.log);
+    }
+
+    /// Whoever makes up a sender's address gets it four long answers a second, and no universe.
+    void strangers() {
+        Server server({"--address", "127.0.0.1", "--fragment", "60000"});
+        Stranger stranger(2);
+        stranger.Send(messages::Channel({-1, 0, 127, true}));
+        stranger.Send(MessageType::ChannelPoll, 50);
+        QTest::qWait(1200);
+        QCOMPARE(stranger.Count("channels"), 0);
+        // As a client, which leaves and comes again: in any second four, and what was asked last is answered.
+        QElapsedTimer clock;
+        clock.start();
+        for (int i = 0; i < 100; ++i) {
+            stranger.Send(MessageType::Goodbye);
+            stranger.Send(MessageType::Alive);
+            stranger.Send(MessageType::ChannelPoll);
+            stranger.Send(MessageType::StateRequest);
+            QTest::qWait(5);
+        }
+        const auto most = [&clock] { return 4 * (1 + static_cast<int>(clock.elapsed() / 1000)); };
+        int nLong = stranger.Count("content");
+        QVERIFY2(nLong >= 4 && nLong <= most(), qPrintable(QString::number(nLong)));
+        QTRY_VERIFY((nLong += stranger.Count("content")) > 4);
+        QVERIFY(nLong <= most());
+    }
+
+    /// One line a second for noise, with a count; and no answer to a server, which would answer that in turn.
+    void noise() {
+        Server server({"--address", "127.0.0.1"});
+        Stranger(2).Send("noise", 300);
+        Stranger other(3, 8093);
+        other.Send(MessageType::Alive);
+        QTRY_VERIFY(server.log.contains(" more datagrams were no message"));
+        QCOMPARE(server.log.count("no message"), 2);
+        QVERIFY2(server.log.contains(" 299 more"), server.log);
+        QCOMPARE(other.Count("typ"), 0);
+    }
+
+    /// 16 hosts ask for 59 MB of universes, which all wait: but for 16 they are lost, as on a network.
+    void lateDatagrams() {
+        Server server({"--address", "127.0.0.1", "--fragment", "60000", "--delay", "60000", "--limit", "17"});
+        const auto resident = [&server] {
+            QFile file(QString("/proc/%1/statm").arg(server.program.processId()));
+            return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ')[1].toInt() / 256 : 0;
+        };
+        Stranger holder(2);
+        for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
+            holder.Send(messages::Channel({-1, nUniverse, 127, true}));
+        }
+        QTRY_VERIFY(server.log.contains("universe 31 "));
+        const int nBefore = resident();
+        for (int nHost = 3; nHost < 19; ++nHost) {
+            Stranger stranger(nHost);
+            stranger.Send(MessageType::Alive);
+            stranger.Send(MessageType::ChannelPoll, 4);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(server.log.count("polls the channels") >= 4 * 16, 30000);
+        QVERIFY2(resident() - nBefore < 30, qPrintable(QString::number(resident() - nBefore)));
     }
 
     /// The main job: two remotes, fragments, a click.
