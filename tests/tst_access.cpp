@@ -71,7 +71,7 @@ private slots:
             {6, "Scenes", tab, SIGNAL(menuChanged(int)), {0}, false, 15},
             {3, "Channel 17", button, SIGNAL(mousePressed()), {}, false, 39}};
         for (const auto& [iPage, pName, role, pSignal, arguments, bOn, nCount] : rows) {
-            m_pWindow->OnMenuChanged(iPage);
+            m_pWindow->OnMenuChanged(std::min(iPage, 4));
             iPage == 6 ? m_pWindow->ShowPopupMenu() : void();
             QCoreApplication::processEvents();
             QMap<QString, QAccessibleInterface*> found;

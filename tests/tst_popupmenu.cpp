@@ -59,6 +59,10 @@ private slots:
         QTest::mouseRelease(m_pMenu.get(), Qt::LeftButton, {}, QPoint(-50, 0));
         QVERIFY(Shown(refresh) == calm && m_pMenu->Selected() == 4);
         QCOMPARE(chosen, QList<QVariantList>({{4}, {5}}));
+        // The parameters can be taken out of the places, but not out of the picture.
+        const QImage corner = Shown({0, 0, 6, 39});
+        m_pMenu->ShowMenu(4, false);
+        QVERIFY(Shown({0, 0, 6, 39}) != corner);
     }
 };
 

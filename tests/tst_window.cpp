@@ -29,6 +29,8 @@ private slots:
             QCOMPARE(window->CurrentPage(), nPage);
             QCOMPARE(window->SceneList()->isVisible(), nPage == 0);
             QCOMPARE(window->ProgramList()->isVisible(), nPage == 1);
+            window->OnMenuChanged(6);  // no page: none is left on screen
+            QVERIFY(window->childAt(410, 300) == nullptr && window->CurrentPage() == 6);
         }
     }
 
