@@ -14,6 +14,7 @@
 #include "widgets/cscenelist.h"
 #include "widgets/cscenelistwnd.h"
 #include "widgets/csliderctrl.h"
+#include "widgets/qtversions.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -182,7 +183,7 @@ void Corvane::keyPressEvent(QKeyEvent* event) {
 }
 
 void Corvane::mousePressEvent(QMouseEvent* event) {
-    const QPoint position = event->localPos().toPoint();
+    const QPoint position = event->pos();
     if (m_closeRect.contains(position)) {
         Close();
         return;
@@ -201,7 +202,7 @@ void Corvane::mousePressEvent(QMouseEvent* event) {
 
 void Corvane::mouseMoveEvent(QMouseEvent* event) {
     if (m_bDragging) {
-        move(m_windowAtPress + event->globalPos() - m_mouseAtPress);
+        move(m_windowAtPress + qtversions::GlobalPosition(*event) - m_mouseAtPress);
     }
 }
 

@@ -74,7 +74,7 @@ void CPopupMenu::paintEvent(QPaintEvent*) {
 }
 
 void CPopupMenu::mousePressEvent(QMouseEvent* event) {
-    const int iMenu = PartAt(event->localPos().toPoint());
+    const int iMenu = PartAt(event->pos());
     if (iMenu < 0 || iMenu == m_iSelected) {
         return;
     }

@@ -16,7 +16,7 @@ void CPopupTab::paintEvent(QPaintEvent*) {
 }
 
 void CPopupTab::mousePressEvent(QMouseEvent* event) {
-    if (rect().contains(event->localPos().toPoint())) {
+    if (rect().contains(event->pos())) {
         emit tabPressed();
     }
 }

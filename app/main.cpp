@@ -2,6 +2,7 @@
 #include "app/corvane.h"
 #include "app/look.h"
 #include "widgets/artwork.h"
+#include "widgets/qtversions.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -13,8 +14,7 @@ int main(int argc, char* argv[]) {
     if (bWithoutGl) {
         qputenv("QT_XCB_GL_INTEGRATION", "none");
     }
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    qtversions::EnableHighDensity();
 
     QApplication application(argc, argv);
     // Where a desktop finds the window's name and icon: corvane.desktop.

@@ -142,7 +142,8 @@ void WheelMove(benchmark::State& state) {
     ShowPage(ColorPage);
     CColorCircle* const pWheel = pWindow->Picker()->Wheel();
     const auto send = [pWheel](QEvent::Type type, const QPoint& place) {
-        QMouseEvent event(type, place, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QMouseEvent event(type, place, pWheel->mapToGlobal(place), Qt::LeftButton, Qt::LeftButton,
+                          Qt::NoModifier);
         QCoreApplication::sendEvent(pWheel, &event);
     };
     send(QEvent::MouseButtonPress, {210, 210});

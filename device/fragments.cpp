@@ -9,7 +9,7 @@ std::optional<QByteArray> Fragments::Join(const QByteArray& datagram, const QStr
     if (!text.endsWith(Marker)) {
         return text;
     }
-    const int nPiece = text.size() - static_cast<int>(sizeof Marker - 1);
+    const auto nPiece = text.size() - static_cast<QByteArray::size_type>(sizeof Marker - 1);
     Pieces& pieces = Of(sSender);
     pieces.text.append(text.constData(), nPiece);
     pieces.nOpen += static_cast<int>(std::count(text.begin(), text.end(), '{') -

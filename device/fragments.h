@@ -39,6 +39,6 @@ private:
     Pieces& Of(const QString& sSender);
     QString DropLongest();
 
-    std::list<Pieces> m_waiting;  ///< who was heard last comes first
-    int m_nSize = 0;              ///< of all that waits
+    std::list<Pieces> m_waiting;        ///< who was heard last comes first
+    QByteArray::size_type m_nSize = 0;  ///< of all that waits
 };

@@ -99,7 +99,7 @@ void CIniFile::Read() {
     QTextStream stream(&file);
     QString sLine;
     while (stream.readLineInto(&sLine)) {
-        const int nEquals = sLine.indexOf('=');
+        const auto nEquals = sLine.indexOf('=');
         if (nEquals < 1) {
             continue;
         }

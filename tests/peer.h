@@ -22,7 +22,7 @@ public:
 
     /// The packets of one type, or all of them (-1).
     QList<Packet> Received(int nType = -1) const;
-    int Count(int nType) const { return Received(nType).size(); }
+    int Count(int nType) const { return static_cast<int>(Received(nType).size()); }
 
     /// Sends to whoever sent last.
     void Send(const QByteArray& text);

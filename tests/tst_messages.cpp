@@ -17,7 +17,7 @@ class TestMessages : public QObject {
         const QString sText = file.open(QIODevice::ReadOnly) ? file.readAll() : QString();
         QMap<QString, QString> examples;
         for (const QString& sBlock : sText.split("\n```json ").mid(1)) {
-            const int nName = sBlock.indexOf('\n');
+            const auto nName = sBlock.indexOf('\n');
             examples[sBlock.left(nName)] = sBlock.mid(nName + 1, sBlock.indexOf("\n```") - nName - 1);
         }
         return examples;
@@ -40,8 +40,8 @@ private slots:
         // Of 512 channels the example shows the first two and the last.
         QString sUniverse = QString::fromStdString(messages::Universe(0, 127, true));
         QVERIFY(sUniverse.count("\"c\" : ") == 512 && sUniverse.size() < 65507);
-        const int nThird = sUniverse.indexOf("\t\t\t{\n\t\t\t\t\"c\" : 2,");
-        const int nLast = sUniverse.indexOf("\t\t\t{\n\t\t\t\t\"c\" : 511,");
+        const auto nThird = sUniverse.indexOf("\t\t\t{\n\t\t\t\t\"c\" : 2,");
+        const auto nLast = sUniverse.indexOf("\t\t\t{\n\t\t\t\t\"c\" : 511,");
         sUniverse.replace(nThird, nLast - nThird, "\t\t\t...\n");
 
         const QMap<QString, std::string> built{

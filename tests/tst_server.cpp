@@ -247,7 +247,7 @@ private slots:
         Mouse(pWheel, QEvent::MouseMove, {300, 130});
         Mouse(pWheel, QEvent::MouseButtonRelease, {300, 130});
         QTRY_VERIFY(pOther->Wheel()->GetColor() == pWheel->GetColor() && pOther->Wheel()->IsOn());
-        const int nSent = server.log.count(" color ");
+        const auto nSent = server.log.count(" color ");
         QVERIFY(nSent > 20 && nSent <= 2000 / 25 + 3);
         QVERIFY(!server.log.contains("10.77.0.3:8094 color"));  // nothing is echoed
         // A scene that a client starts releases the colour at the others, and that is told.

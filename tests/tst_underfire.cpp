@@ -158,8 +158,8 @@ private slots:
             QTest::qWait(20);
         }
         std::sort(delays.begin(), delays.end());
-        qInfo("%lld datagrams, %d clicks: half within %lld ms, all within %lld ms; memory grew by %.1f MiB",
-              storm.sent.load(), delays.size(), delays[delays.size() / 2], delays.last(),
+        qInfo("%lld datagrams, %lld clicks: half within %lld ms, all within %lld ms; memory grew by %.1f MiB",
+              storm.sent.load(), qint64{delays.size()}, delays[delays.size() / 2], delays.last(),
               ResidentMiB() - before);
         QVERIFY(delays.last() <= 100);
         QVERIFY(ResidentMiB() - before < MostGrownMiB);
@@ -196,7 +196,7 @@ private slots:
         qInfo("online after %lld ms and %d refreshes", clock.elapsed(), nRefreshes);
         m_pWindow->OnMenuChanged(0);
         for (int i = 0; i < 20; ++i) {
-            Click(i * 7 % m_pWindow->SceneList()->Items().size());
+            Click(i * 7 % m_pWindow->SceneList()->PartCount());
             QTest::qWait(100);
         }
         const auto same = [&] {
@@ -235,8 +235,7 @@ private slots:
             QVERIFY(peer.Count(1) - nAlive >= nSeconds / 2 - 1 && peer.Count(17) >= nSeconds / 6);
             QVERIFY(!m_pWindow->IsConnectionLost());
             peer.Send(R"({"typ":7,"content":{"scn":{"content":[{"id":1},{"id":2,"s":true}]}}})");
-            QTRY_VERIFY(m_pWindow->SceneList()->Items().size() == 2 &&
-                        m_pWindow->SceneList()->Items()[1].state);
+            QTRY_VERIFY(m_pWindow->SceneList()->PartCount() == 2 && m_pWindow->SceneList()->Items()[1].state);
             QCOMPARE(Boxes(), int{warning});
             QCOMPARE(QApplication::activeModalWidget(), pDialog);
             const auto* pBox = qobject_cast<QMessageBox*>(pDialog);

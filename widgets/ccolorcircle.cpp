@@ -140,7 +140,7 @@ void CColorCircle::mousePressEvent(QMouseEvent* event) {
     emit mousePressed();
     m_bPressed = true;
     m_bTracking = false;
-    const QPoint position = event->localPos().toPoint();
+    const QPoint position = event->pos();
     if (m_switchRect.contains(position)) {
         SwitchState(true);
     } else if (m_slidersRect.contains(position) || m_commandsRect.contains(position)) {
@@ -159,7 +159,7 @@ void CColorCircle::mouseReleaseEvent(QMouseEvent*) {
 
 void CColorCircle::mouseMoveEvent(QMouseEvent* event) {
     if (m_bPressed) {
-        TrackPoint(event->localPos().toPoint());
+        TrackPoint(event->pos());
     }
 }
 

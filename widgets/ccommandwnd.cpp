@@ -52,7 +52,7 @@ bool CCommandWnd::event(QEvent* event) {
 
 void CCommandWnd::mousePressEvent(QMouseEvent* event) {
     emit mousePressed();
-    switch (PartAt(event->localPos().toPoint())) {
+    switch (PartAt(event->pos())) {
         case White:
             m_on[White] = !m_on[White];
             m_on[Black] = m_on[Black] && !m_on[White];

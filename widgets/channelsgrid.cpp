@@ -91,7 +91,7 @@ void ChannelsGrid::mousePressEvent(QMouseEvent* event) {
     if (m_pEditor->isVisible()) {
         return;
     }
-    const QPoint position = event->localPos().toPoint();
+    const QPoint position = event->pos();
     for (int i = 0; i < Cells; ++i) {
         if (CellRect(i).contains(position)) {
             OpenEditor(i);

@@ -192,7 +192,7 @@ void CParamsCtrl::SetIp(QString sAddress) {
         return;
     }
     for (std::size_t i = 0; i < 3; ++i) {
-        const int nDot = sAddress.indexOf('.');
+        const auto nDot = sAddress.indexOf('.');
         if (nDot < 0) {
             // What is left over is the field of its own place; those after it stay.
             m_fields[i]->setText(sAddress);

@@ -5,6 +5,7 @@
 #include "widgets/fonts.h"
 #include "widgets/iconcatalogue.h"
 #include "widgets/outline.h"
+#include "widgets/qtversions.h"
 
 #include <QAction>
 #include <QColorDialog>
@@ -61,7 +62,7 @@ void CSceneList::Update(const QList<Scene>& scenes, const CIniFile& settings) {
         }
         item.pixmap = artwork::Picture(item.icon);
         if (!m_firstOfId.contains(item.id)) {
-            m_firstOfId.insert(item.id, m_items.size());
+            m_firstOfId.insert(item.id, PartCount());
         }
         m_items.append(item);
     }
@@ -179,7 +180,7 @@ void CSceneList::paintEvent(QPaintEvent* event) {
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     const int nFirstRow = std::max(0, event->rect().top() - 1) / RowHeight;
     const int nLastRow = event->rect().bottom() / RowHeight;
-    const int nEnd = std::min(m_items.size(), (nLastRow + 1) * Columns);
+    const int nEnd = std::min(PartCount(), (nLastRow + 1) * Columns);
     for (int i = nFirstRow * Columns; i < nEnd; ++i) {
         if (event->region().intersects(WithOutline(m_items[i].rect))) {
             PaintItem(painter, m_items[i]);
@@ -193,7 +194,7 @@ void CSceneList::resizeEvent(QResizeEvent*) {
 
 void CSceneList::mousePressEvent(QMouseEvent* event) {
     emit mousePressed();
-    const QPoint position = event->localPos().toPoint();
+    const QPoint position = event->pos();
     const auto hit = std::find_if(m_items.begin(), m_items.end(), [&position](const SceneItem& item) {
         return item.rect.contains(position);
     });
@@ -202,7 +203,7 @@ void CSceneList::mousePressEvent(QMouseEvent* event) {
     }
     if (event->button() == Qt::RightButton) {
         m_iContext = static_cast<int>(hit - m_items.begin());
-        OpenMenu(event->globalPos());
+        OpenMenu(qtversions::GlobalPosition(*event));
         return;
     }
     Switch(*hit, !hit->state);

@@ -9,13 +9,13 @@
 #include <QPixmap>
 #include <QRect>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 #include <QWidget>
 
 class CIniFile;
 class QMenu;
 class QPainter;
-class QStringList;
 
 /// A two-column grid of tiles, one for each of the server's scenes or programs. A click switches a tile, a
 /// right click offers to rename it, recolour it or give it another icon.
@@ -64,7 +64,7 @@ public:
 
     const QVector<SceneItem>& Items() const { return m_items; }
 
-    int PartCount() const override { return m_items.size(); }
+    int PartCount() const override { return static_cast<int>(m_items.size()); }
     PaintedPart Part(int iPart) const override;
 
 public slots:

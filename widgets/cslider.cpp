@@ -89,7 +89,7 @@ bool CSlider::event(QEvent* event) {
 void CSlider::mousePressEvent(QMouseEvent* event) {
     m_bPressed = true;
     grabMouse();
-    UpdateValue(event->localPos().toPoint().y());
+    UpdateValue(event->pos().y());
 }
 
 void CSlider::mouseReleaseEvent(QMouseEvent*) {
@@ -105,7 +105,7 @@ void CSlider::LetGo() {
 
 void CSlider::mouseMoveEvent(QMouseEvent* event) {
     if (m_bPressed) {
-        UpdateValue(event->localPos().toPoint().y());
+        UpdateValue(event->pos().y());
     }
 }
 

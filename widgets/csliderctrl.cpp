@@ -93,7 +93,7 @@ void CSliderCtrl::OnSliderValueChanged(int value) {
 }
 
 void CSliderCtrl::mousePressEvent(QMouseEvent* event) {
-    const QPoint position = event->localPos().toPoint();
+    const QPoint position = event->pos();
     if (GetMaxRect().contains(position)) {
         Choose(255);
     } else if (m_bDefault && GetDefaultRect().contains(position)) {

@@ -29,7 +29,7 @@ PaintedPart CSwitchCtrl::Whole() const {
 }
 
 void CSwitchCtrl::mousePressEvent(QMouseEvent* event) {
-    if (!m_switchRect.contains(event->localPos().toPoint())) {
+    if (!m_switchRect.contains(event->pos())) {
         event->ignore();
         return;
     }

@@ -143,7 +143,7 @@ public:
 
     /// Passes over pages that are not shown.
     QAccessibleInterface* childAt(int x, int y) const override {
-        const QPoint position = widget()->mapFromGlobal({x, y});
+        const QPoint position = widget()->mapFromGlobal(QPoint(x, y));
         QWidget* pChild = widget()->childAt(position);
         while (pChild != nullptr && pChild->parentWidget() != widget()) {
             pChild = pChild->parentWidget();
