@@ -8,8 +8,11 @@
 #include <QTextStream>
 
 #include <algorithm>
+#include <sys/stat.h>
 
 namespace {
+
+constexpr qint64 MaxFile = 1024 * 1024;
 
 /// "1|0|1" for as many flags as there are; any other count leaves them alone.
 template <std::size_t N>
@@ -67,6 +70,31 @@ auto Find(Records& records, int nId) {
     return std::find_if(records.begin(), records.end(), [nId](const SceneParam& r) { return r.id == nId; });
 }
 
+/// False where there may be a new file but not in the old one's place.
+bool Replace(const QString& sPath, const QByteArray& text) {
+    QSaveFile file(sPath);
+    const mode_t mask = ::umask(S_IRWXG | S_IRWXO);
+    const bool bOpen = file.open(QIODevice::WriteOnly);
+    ::umask(mask);
+    if (!bOpen) {
+        return true;
+    }
+    // What is still in the file's own buffer fails on a full disk, too, and commit() does not look at that.
+    if (file.write(text) != text.size() || !file.flush()) {
+        file.cancelWriting();
+    }
+    return file.commit() || file.error() != QFileDevice::RenameError;
+}
+
+/// Shortens the file last, so that a full disk leaves most of it.
+void Overwrite(const QString& sPath, const QByteArray& text) {
+    QFile file(sPath);
+    if (file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) && file.write(text) == text.size() &&
+        file.flush()) {
+        file.resize(text.size());
+    }
+}
+
 void Merge(QList<SceneParam>& records, int nId, const QString& sName, const QString& sIcon,
            const QColor& color) {
     const auto record = Find(records, nId);
@@ -92,11 +120,12 @@ CIniFile::CIniFile() : path(QCoreApplication::applicationDirPath() + "/Corvane.i
 void CIniFile::Read() {
     scenes.clear();
     programs.clear();
+    const QFileInfo info(path);
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    if (!info.isFile() || info.size() > MaxFile || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         return;
     }
-    QTextStream stream(&file);
+    QTextStream stream(file.read(MaxFile));
     QString sLine;
     while (stream.readLineInto(&sLine)) {
         const auto nEquals = sLine.indexOf('=');
@@ -122,30 +151,40 @@ void CIniFile::Read() {
 }
 
 void CIniFile::Write() const {
-    // A folder that takes no new file may still hold one that can be written. On a full disk that way would
-    // leave nothing of it.
-    QSaveFile file(path);
-    file.setDirectWriteFallback(!QFileInfo(QFileInfo(path).path()).isWritable());
-    if (!file.open(QIODevice::WriteOnly)) {
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile()) {
         return;
     }
-    QTextStream stream(&file);
+    const QFileInfo target(info.exists() ? info.canonicalFilePath() : path);
+    if (!QFileInfo(target.path()).isWritable() || !Replace(target.filePath(), Text())) {
+        Overwrite(target.filePath(), Text());
+    }
+}
+
+QByteArray CIniFile::Text() const {
+    QByteArray text;
+    QTextStream stream(&text);
     stream << "PwdState=" << int{pwdState} << '\n';
-    stream << "PwdValue=" << pwdValue << '\n';
+    stream << "PwdValue=" << OneLine(pwdValue) << '\n';
     stream << "MenuVisible=" << FlagsText(menuVisible) << '\n';
     stream << "SceneParams=" << FlagsText(sceneParams) << '\n';
     if (!scenes.isEmpty()) {
-        stream << "Scenes=" << RecordsText(scenes) << '\n';
+        stream << "Scenes=" << OneLine(RecordsText(scenes)) << '\n';
     }
     if (!programs.isEmpty()) {
-        stream << "Programs=" << RecordsText(programs) << '\n';
+        stream << "Programs=" << OneLine(RecordsText(programs)) << '\n';
     }
     stream.flush();
-    // What is still in the file's own buffer fails on a full disk, too, and commit() does not look at that.
-    if (!file.flush()) {
-        file.cancelWriting();
-    }
-    file.commit();
+    return text;
+}
+
+QString CIniFile::OneLine(QString sText) {
+    const auto breaks = [](QChar c) {
+        return c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
+               c.category() == QChar::Separator_Paragraph;
+    };
+    std::replace_if(sText.begin(), sText.end(), breaks, QChar(' '));
+    return sText;
 }
 
 void CIniFile::SetSceneParams(int nId, QString& sName, QString& sIcon, QColor& color) const {

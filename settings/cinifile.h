@@ -19,14 +19,19 @@ public:
     CIniFile();
 
     /// Loads the file. Without one the records are emptied and the rest stays as it is; a malformed line,
-    /// flag list or record costs itself only.
+    /// flag list or record costs itself only. What is no regular file, or larger than 1 MB, is not opened.
     void Read();
 
-    /// Replaces the file as a whole, so that a crash or a full disk leaves the old one.
+    /// Replaces the file, or the one it links to, as a whole, so that a crash or a full disk leaves the old
+    /// one. Where it cannot be replaced but written (its folder takes no new file, it is mounted there), it
+    /// is written in place. A new file is its owner's alone; what is no regular file is left alone.
     ///
-    /// Texts are written as they are: a name with ';' or '|' in it does not come back, and one with '%' and a
-    /// digit may come back changed.
+    /// Texts are written as they are, but for their control characters: a name with ';' or '|' in it does not
+    /// come back, and one with '%' and a digit may come back changed.
     void Write() const;
+
+    /// A text on one line: with a blank for each control character or line separator.
+    static QString OneLine(QString sText);
 
     /// Overlay what the user made of a scene or program onto its name, icon and colour, each only if the user
     /// set it and its kind of customisation is switched on.
@@ -47,6 +52,7 @@ public:
     QList<SceneParam> programs;
 
 private:
+    QByteArray Text() const;
     void Overlay(const QList<SceneParam>& records, int nId, QString& sName, QString& sIcon,
                  QColor& color) const;
 };

@@ -4,6 +4,9 @@
 #include <QtTest>
 
 #include <csignal>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -126,6 +129,70 @@ private slots:
             const QByteArray found = file.readAll();
             QVERIFY2(found == old || found == next, found);
         }
+    }
+
+    /// No text, wherever it comes from, begins a line of its own.
+    void lineBreaks() {
+        CIniFile settings = Load("");
+        settings.pwdValue = "x\nPwdState=1";
+        settings.SaveProgramParams(1, "Fog\r\n\tMenuVisible=0|0|0|0\x1b\u0085\u2028;e", "", {});
+        const QByteArray saved = Saved(settings);
+        QVERIFY2(saved.startsWith("PwdState=0\nPwdValue=x PwdState=1\nMenuVisible=1|1|1|1\n"), saved);
+        QVERIFY2(saved.endsWith("Programs=1;Fog   MenuVisible=0|0|0|0   ;e;;-1\n"), saved);
+    }
+
+    /// What is no settings file is neither read nor written; a new one is its owner's alone.
+    void oddFiles() {
+        const QByteArray large = "PwdState=1\n" + QByteArray(1024 * 1024 - 11, '\n');
+        QVERIFY(Load(large).pwdState && !Load(large + '\n').pwdState);
+        const auto rights = [](const QString& sPath) {
+            struct stat status {};
+            return ::stat(qPrintable(sPath), &status) == 0 ? status.st_mode : 0;
+        };
+        CIniFile settings = Load("");
+        for (const mode_t old : {0644U, 0660U}) {
+            QVERIFY(::chmod(qPrintable(settings.path), old) == 0);
+            settings.Write();
+            QCOMPARE(rights(settings.path), S_IFREG | old);
+        }
+        QVERIFY(QFile::remove(settings.path));
+        settings.Write();
+        QCOMPARE(rights(settings.path), mode_t{S_IFREG | 0600});
+        QVERIFY(QFile::remove(settings.path) && ::mkfifo(qPrintable(settings.path), 0600) == 0);
+        settings.Write();
+        settings.Read();
+        QCOMPARE(rights(settings.path), mode_t{S_IFIFO | 0600});
+        QVERIFY(QFile::remove(settings.path));
+    }
+
+    /// A file that can be written but not replaced: mounted where it is, or linked to in a folder that takes
+    /// no new one.
+    void inPlace() {
+        if (::unshare(CLONE_NEWNS) != 0) {
+            QSKIP("needs mounts: run in scripts/private-network");
+        }
+        ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr);  // a chroot has none of its own
+        const QString sFolder = m_folder.filePath("mounts");
+        QVERIFY(QDir().mkpath(sFolder));
+        CIniFile settings = Load(QByteArray(1000, '\n'));
+        const QString sMounted = sFolder + "/Corvane.ini";
+        QVERIFY(QFile::copy(settings.path, sMounted));
+        const auto bind = [](const QString& sWhat, const QString& sWhere, unsigned long nMore = 0) {
+            return ::mount(qPrintable(sWhat), qPrintable(sWhere), nullptr, MS_BIND | nMore, nullptr) == 0;
+        };
+        QVERIFY(bind(sFolder, sFolder) && bind(settings.path, sMounted));
+        CIniFile mounted = settings;
+        mounted.path = sMounted;
+        const QByteArray first = Saved(mounted);
+        QVERIFY(bind(sFolder, sFolder, MS_REMOUNT | MS_RDONLY));
+        mounted.path = m_folder.filePath("Link.ini");
+        mounted.pwdValue = "linked";
+        QVERIFY(QFile::link(sMounted, mounted.path));
+        const QByteArray second = Saved(mounted);
+        QVERIFY(::umount2(qPrintable(sMounted), 0) == 0 && ::umount2(qPrintable(sFolder), 0) == 0);
+        QCOMPARE(first, QByteArray("PwdState=0\nPwdValue=\nMenuVisible=1|1|1|1\nSceneParams=1|1|1\n"));
+        QCOMPARE(second, QByteArray(first).replace("Value=", "Value=linked"));
+        QVERIFY(QFileInfo(mounted.path).isSymLink());
     }
 
     void missingFileKeepsFlags() {
