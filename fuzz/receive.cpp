@@ -39,9 +39,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     for (const QByteArray& datagram : input.split('\x1e')) {
         Window().ReadData(datagram, "10.77.0.1");
     }
-    // What was read is also painted, often enough to meet everything and seldom enough to be fast.
-    if (++nRuns % 512 == 0) {
-        Window().OnMenuChanged(static_cast<int>(nRuns / 512 % 4));
+    // What was read is also painted: every state, and of what is smaller often enough to meet everything.
+    const bool bState = input.contains("scn") || input.contains("prg") || input.contains("clr");
+    if (++nRuns % 512 == 0 || bState) {
+        static int nPaints = 0;
+        Window().OnMenuChanged(++nPaints % 4);
         Window().grab();
     }
     return 0;
