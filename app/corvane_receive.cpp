@@ -228,7 +228,7 @@ void Corvane::readSerial(const JSONNode& content, const QString& sSender) {
             return;
         }
         bFirst = false;
-        m_pParams->AddSerial(QString::fromStdString(std::string(serial.AsText())), sSender);
+        m_pParams->AddSerial(QString::fromStdString(serial.AsText()), sSender);
         if (Take(m_work.nStateRequests)) {
             SendState();
         }

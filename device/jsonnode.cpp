@@ -2,6 +2,7 @@
 
 #include "device/text.h"
 
+#include <QLocale>
 #include <QString>
 
 #include <algorithm>
@@ -33,7 +34,7 @@ double JSONNode::AsNumber() const {
         case simdjson::dom::element_type::BOOL:
             return bool(m_element) ? 1.0 : 0.0;
         case simdjson::dom::element_type::STRING: {
-            const std::string_view sText = AsText();
+            const std::string_view sText = StringText();
             const double value =
                 QByteArray::fromRawData(sText.data(), static_cast<int>(sText.size())).toDouble();
             return std::isnan(value) ? 0.0 : value;
@@ -49,7 +50,20 @@ int JSONNode::IntOfNumber() const {
     return static_cast<int>(std::clamp(AsNumber(), least, most));
 }
 
-std::string_view JSONNode::AsText() const {
+std::string JSONNode::AsText() const {
+    switch (m_element.type()) {
+        case simdjson::dom::element_type::INT64:
+            return std::to_string(int64_t(m_element));
+        case simdjson::dom::element_type::UINT64:
+            return std::to_string(uint64_t(m_element));
+        case simdjson::dom::element_type::DOUBLE:
+            return QString::number(double(m_element), 'g', QLocale::FloatingPointShortest).toStdString();
+        default:
+            return std::string(StringText());
+    }
+}
+
+std::string_view JSONNode::StringText() const {
     std::string_view sText;
     if (m_element.get(sText) != simdjson::SUCCESS) {
         return {};

@@ -4,13 +4,15 @@
 
 #include <memory>
 #include <simdjson.h>
+#include <string>
 #include <string_view>
 
 /// A value inside a parsed JSON text. Members keep the order of the text, and a name that stands twice is met
 /// twice. A node is a view: it lives as long as its JSONDocument.
 ///
 /// Conversions never fail. A fraction truncates, a number out of int's range clamps, a boolean counts as 0 or
-/// 1, a string that is a number counts as that number, and whatever is left gives 0, false or no text.
+/// 1, a string that is a number counts as that number, a number as a text is its digits, and whatever is left
+/// gives 0, false or no text.
 class JSONNode {
 public:
     explicit JSONNode(simdjson::dom::element element) : m_element(element) {}
@@ -27,8 +29,8 @@ public:
         bool bValue = false;
         return m_element.get(bValue) == simdjson::SUCCESS ? bValue : AsNumber() != 0.0;
     }
-    /// The text of a string up to its first NUL, in UTF-8.
-    std::string_view AsText() const;
+    /// The text of a string up to its first NUL, in UTF-8, or the digits of a number.
+    std::string AsText() const;
 
     /// Calls visit(std::string_view name, const JSONNode& value) for each member of an object, in order;
     /// never for anything else.
@@ -66,6 +68,7 @@ public:
     }
 
 private:
+    std::string_view StringText() const;
     double AsNumber() const;
     int IntOfNumber() const;
 

@@ -13,16 +13,16 @@ private slots:
     /// A value, and what it is as a number, as a boolean and as a text.
     void conversions() {
         for (const QString sRow :
-             {"7 = 7 1 ", "-1.9 = -1 1 ", "0.2 = 0 1 ", "2147483648 = 2147483647 1 ",
-              "-9e99 = -2147483648 1 ", "18446744073709551615 = 2147483647 1 ", "true = 1 1 ", "false = 0 0 ",
-              "null = 0 0 ", "[1] = 0 0 ", R"({"a":1} = 0 0 )", R"("12" = 12 1 12)", R"("-3.7" = -3 1 -3.7)",
-              R"("0" = 0 0 0)", R"("12px" = 0 0 12px)", R"("nan" = 0 0 nan)", R"("a\u0000b" = 0 0 a)",
-              R"("\u00e9" = 0 0 é)"}) {
+             {"7 = 7 1 7", "-1.9 = -1 1 -1.9", "0.2 = 0 1 0.2", "2147483648 = 2147483647 1 2147483648",
+              "-9e99 = -2147483648 1 -9e+99", "18446744073709551615 = 2147483647 1 18446744073709551615",
+              "true = 1 1 ", "false = 0 0 ", "null = 0 0 ", "[1] = 0 0 ", R"({"a":1} = 0 0 )",
+              R"("12" = 12 1 12)", R"("-3.7" = -3 1 -3.7)", R"("0" = 0 0 0)", R"("12px" = 0 0 12px)",
+              R"("nan" = 0 0 nan)", R"("a\u0000b" = 0 0 a)", R"("\u00e9" = 0 0 é)"}) {
             const QString sValue = sRow.section(" = ", 0, 0);
             QString sRead;
             const JSONDocument document(QString("{\"x\":%1}").arg(sValue).toUtf8());
             document.Root().ForEachMember("x", [&](const JSONNode& node) {
-                const QString sText = QString::fromStdString(std::string(node.AsText()));
+                const QString sText = QString::fromStdString(node.AsText());
                 sRead += QString("%1 %2 %3").arg(node.AsInt()).arg(node.AsBool()).arg(sText);
             });
             QCOMPARE(sValue + " = " + sRead, sRow);
