@@ -184,6 +184,46 @@ private slots:
         QCOMPARE(m_pList->minimumHeight(), 0);
     }
 
+    /// What a server names its scenes is neither slow to paint nor part of the settings.
+    void oddNames() {
+        CIniFile settings;
+        const QString sOutside = settings.path + ".png";
+        QVERIFY(artwork::Picture(":/Corvane/Images/Text.png").save(sOutside));
+        settings.SaveSceneParams(7, "", sOutside, {});
+        settings.SaveSceneParams(8, "", ":/Corvane/Images/Text.png", {});
+        Open({});
+        m_pList->Update(
+            {Scene{"Fog\nPwdState=1\t2\u2028", 7, 2147483647, 0, false}, Scene{"", 8, -1, 0, false}},
+            settings);
+        QVERIFY(QFile::remove(sOutside) && Item(0).pixmap.isNull() && !Item(1).pixmap.isNull());
+        QCOMPARE(m_pList->Part(0).value + m_pList->Part(1).value, QString("#2147483648.7#8"));
+        QSignalSpy names(m_pList.get(), &CSceneList::nameChanged);
+        OnNext<QInputDialog>([](QInputDialog* pDialog) {
+            QCOMPARE(pDialog->textValue(), QString("Fog PwdState=1 2 "));
+            pDialog->setTextValue("a\r\nb");
+            pDialog->accept();
+        });
+        UseMenu(0, 0);
+        QCOMPARE(names, QList<QVariantList>({{7, "a  b"}}));
+
+        const auto paint = [this](std::size_t nLength, QImage& image) {
+            Open(QList<Scene>(QVector<Scene>(8, Scene{std::string(nLength, 'x'), 1, 0, 0, false}).toList()));
+            image = m_pList->grab().toImage();
+            QElapsedTimer clock;
+            clock.start();
+            for (int i = 0; i < 50; ++i) {
+                m_pList->grab();
+            }
+            return clock.nsecsElapsed();
+        };
+        QImage usual;
+        QImage giant;
+        const qint64 nUsual = paint(40, usual);
+        const qint64 nGiant = paint(250000, giant);
+        QVERIFY2(giant == usual && nGiant < 4 * nUsual, qPrintable(QString::number(nGiant / nUsual)));
+        QVERIFY(m_pList->Part(0).name.size() < 1000);
+    }
+
     void iconsAndColors() {
         Open(Scenes(3));
         QSignalSpy icons(m_pList.get(), &CSceneList::iconChanged);

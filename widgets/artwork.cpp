@@ -34,6 +34,9 @@ QHash<QString, QPixmap>& Pictures() {
 }  // namespace
 
 QPixmap Picture(const QString& sPath) {
+    if (!sPath.startsWith(":/")) {
+        return {};
+    }
     const auto known = Pictures().constFind(sPath);
     return known != Pictures().constEnd() ? *known : *Pictures().insert(sPath, Load(sPath));
 }

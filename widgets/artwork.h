@@ -10,7 +10,8 @@
 /// sharpest screen. A path that leads to no picture gives a null one.
 namespace artwork {
 
-/// A picture, decoded once and shared from then on.
+/// A picture of the resource collection, decoded once and shared from then on. A path outside of it, as
+/// settings may hold one, gives none and is not opened.
 QPixmap Picture(const QString& sPath);
 
 /// The same for a menu or a button.

@@ -21,6 +21,9 @@ namespace {
 
 constexpr int RowHeight = 53;
 constexpr int Columns = 2;
+/// How much of a name is offered to be changed, and how much is spoken.
+constexpr int MaxRenamed = 1000;
+constexpr int MaxSpoken = 256;
 
 /// The area of tile `i` in a list `nWidth` pixels wide.
 QRect TileRect(int i, int nWidth) {
@@ -119,7 +122,8 @@ void CSceneList::OnRename() {
     }
     bool bOk = false;
     const QString sName =
-        QInputDialog::getText(this, tr("Rename"), tr("Name :"), QLineEdit::Normal, pContext->name, &bOk);
+        CIniFile::OneLine(QInputDialog::getText(this, tr("Rename"), tr("Name :"), QLineEdit::Normal,
+                                                CIniFile::OneLine(pContext->name.left(MaxRenamed)), &bOk));
     // The list may have been rebuilt meanwhile: look the tile up again.
     SceneItem* pItem = ContextItem();
     if (!bOk || sName.isEmpty() || pItem == nullptr) {
@@ -167,12 +171,12 @@ void CSceneList::OnIcon5() {
 
 PaintedPart CSceneList::Part(int iPart) const {
     const SceneItem& item = m_items[iPart];
-    return {item.name.isEmpty() ? Number(item) : item.name, QAccessible::CheckBox, item.rect, Number(item),
-            CheckState(item.state)};
+    return {item.name.isEmpty() ? Number(item) : item.name.left(MaxSpoken), QAccessible::CheckBox, item.rect,
+            Number(item), CheckState(item.state)};
 }
 
 QString CSceneList::Number(const SceneItem& item) {
-    return item.group < 0 ? tr("#%1").arg(item.id) : tr("#%1.%2").arg(item.group + 1).arg(item.id);
+    return item.group < 0 ? tr("#%1").arg(item.id) : tr("#%1.%2").arg(qint64{item.group} + 1).arg(item.id);
 }
 
 void CSceneList::paintEvent(QPaintEvent* event) {
@@ -235,8 +239,10 @@ void CSceneList::PaintItem(QPainter& painter, const SceneItem& item) const {
     const QRect nameRect(topLeft + QPoint(60, 0), bottomRight - QPoint(40, 0));
     painter.setPen(item.state ? selectedPen : QPen(item.color));
     painter.setFont(nameFont);
+    // No letter is narrower than a pixel: what follows these cannot be seen, and laying it out takes long.
+    const QString sSeen = item.name.left(nameRect.width());
     painter.drawText(nameRect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     nameMetrics.elidedText(item.name, Qt::ElideRight, nameRect.width()));
+                     nameMetrics.elidedText(sSeen, Qt::ElideRight, nameRect.width()));
 
     painter.drawPixmap(QPoint(bottomRight.x() - 30, topLeft.y() + 6), item.state ? checkBoxSel : checkBox);
 
