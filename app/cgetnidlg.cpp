@@ -1,6 +1,5 @@
 #include "app/cgetnidlg.h"
 
-#include <QAbstractItemView>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -11,7 +10,6 @@ CGetNiDlg::CGetNiDlg(QWidget* parent) : CGetNiDlg(LightingAddresses(), parent) {
 CGetNiDlg::CGetNiDlg(const QList<InterfaceAddress>& addresses, QWidget* parent)
     : QDialog(parent, Qt::Tool), m_pInterfaces(new QComboBox) {
     setWindowTitle(tr("Network Interface"));
-    setFixedSize(200, 100);
     setAutoFillBackground(true);
 
     m_addresses.append("Auto");
@@ -41,9 +39,8 @@ CGetNiDlg::CGetNiDlg(const QList<InterfaceAddress>& addresses, QWidget* parent)
     pLayout->addWidget(m_pInterfaces);
     pLayout->addStretch();
     pLayout->addWidget(pButtons);
-
-    // The dialog is narrower than many an interface's name: let the open list be as wide as its widest entry.
-    m_pInterfaces->view()->setMinimumWidth(m_pInterfaces->view()->sizeHintForColumn(0));
+    // Larger fonts, longer languages and long names of interfaces take more.
+    setFixedSize(QSize(200, 100).expandedTo(sizeHint()));
 }
 
 QString CGetNiDlg::GetIp() const {

@@ -27,6 +27,7 @@
 namespace {
 
 const QString BackgroundPath = ":/Corvane/Images/Tablet.png";
+constexpr QRgb RimColor = 0xff59616d;
 
 /// The links of the branding profile, unless it withholds them.
 std::optional<StoreLinks> Stores() {
@@ -59,6 +60,8 @@ Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
     if (OnWayland()) {
         setWindowFlag(Qt::FramelessWindowHint);
         setAttribute(Qt::WA_TranslucentBackground);
+    } else {
+        setAttribute(Qt::WA_OpaquePaintEvent);
     }
     m_closeRect = QRect(QPoint(size.width() - 55, 20), QPoint(size.width() - 24, 51));
     m_lostRect = QRect(QPoint(size.width() / 2 - 25, 4), QPoint(size.width() / 2 + 24, 53));
@@ -165,6 +168,10 @@ void Corvane::paintEvent(QPaintEvent* event) {
     static const QPixmap lostPicture = artwork::Picture(":/Corvane/Images/ConnectionLost.png");
 
     QPainter painter(this);
+    if (testAttribute(Qt::WA_OpaquePaintEvent)) {
+        // The mask is coarser than the picture: what shines through its smooth edge is the rim.
+        painter.fillRect(event->rect(), QColor(RimColor));
+    }
     painter.drawPixmap(0, 0, m_background);
     if (event->rect().intersects(m_closeRect)) {
         painter.drawPixmap(m_closeRect.topLeft(), closePicture);
@@ -192,18 +199,27 @@ void Corvane::mousePressEvent(QMouseEvent* event) {
     if (rect().adjusted(Border, Border, -Border, -Border).contains(position)) {
         return;
     }
-    if (OnWayland() && windowHandle()->startSystemMove()) {
-        return;
-    }
     m_windowAtPress = pos();
     m_mouseAtPress = mapToGlobal(position);
     m_bDragging = true;
 }
 
 void Corvane::mouseMoveEvent(QMouseEvent* event) {
-    if (m_bDragging) {
-        move(m_windowAtPress + qtversions::GlobalPosition(*event) - m_mouseAtPress);
+    if (!m_bDragging) {
+        return;
     }
+    const QPoint way = qtversions::GlobalPosition(*event) - m_mouseAtPress;
+    if (OnWayland()) {
+        // The compositor takes the release: a mere click must not be lost to it.
+        if (way.manhattanLength() < QApplication::startDragDistance()) {
+            return;
+        }
+        if (windowHandle()->startSystemMove()) {
+            m_bDragging = false;
+            return;
+        }
+    }
+    move(m_windowAtPress + way);
 }
 
 void Corvane::mouseReleaseEvent(QMouseEvent*) {

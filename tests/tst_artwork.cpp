@@ -99,7 +99,7 @@ private slots:
         QCOMPARE(m_pWindow->size(), QSize(820, 600));
         QCOMPARE(m_pWindow->mask().boundingRect(), QRect(0, 0, 820, 600));
         QCOMPARE(m_pWindow->grab().size(), QSize(820, 600) * ratio);
-        QCOMPARE(artwork::Picture(":/Corvane/Images/Close.png").devicePixelRatio(), ratio > 1.0 ? 2.0 : 1.0);
+        QCOMPARE(artwork::Picture(":/Corvane/Images/Close.png").devicePixelRatio(), ratio);
         m_pWindow->OnMenuChanged(2);
         QTest::qWait(20);
         CColorPicker* pPicker = m_pWindow->Picker();

@@ -62,6 +62,21 @@ private slots:
         pButtons->button(QDialogButtonBox::Cancel)->click();
         QCOMPARE(finished, QList<QVariantList>({{QDialog::Accepted}, {QDialog::Rejected}}));
     }
+
+    /// The dialog grows with what it holds.
+    void dialogSize() {
+        const QFont font = QApplication::font();
+        for (const auto& [nPoints, sName] : {std::pair{9, "lo"}, {9, "wlx00c0ca123456"}, {18, "lo"}}) {
+            QApplication::setFont(QFont(font.family(), nPoints));
+            CGetNiDlg dialog({{sName, "192.168.178.100", {}}}, nullptr);
+            dialog.show();
+            for (const auto* pPart : dialog.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+                QCOMPARE(pPart->size().expandedTo(pPart->sizeHint()), pPart->size());
+            }
+            QCOMPARE(dialog.size() == QSize(200, 100), nPoints == 9 && sName == QString("lo"));
+        }
+        QApplication::setFont(font);
+    }
 };
 
 QTEST_MAIN(TestStartup)

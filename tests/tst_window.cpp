@@ -20,6 +20,12 @@ private slots:
         const QWidget* pPage = window->SceneList()->parentWidget();
         QCOMPARE(QRect(pPage->mapTo(window.get(), QPoint()), pPage->size()),
                  QRect(QPoint(58, 58), QPoint(761, 541)));
+        // The mask takes whole pixels; none may show the light ground behind the picture's smooth edge.
+        const QImage shown = window->grab().toImage();
+        for (int y = 0; y < shown.height(); ++y) {
+            const QRegion row = window->mask() & QRect(0, y, shown.width(), 1);
+            QVERIFY2(qGray(shown.pixel(row.boundingRect().topLeft())) < 128, qPrintable(QString::number(y)));
+        }
     }
 
     void firstPage() {

@@ -16,14 +16,20 @@ namespace {
 QPixmap Load(const QString& sPath) {
     static const bool bOpen = (OpenCollection(), true);
     Q_UNUSED(bOpen)
-    if (qGuiApp->devicePixelRatio() > 1.0) {
-        QString sSharp = sPath;
-        sSharp.replace(QLatin1String(".png"), QLatin1String("@2x.png"));
-        if (QFile::exists(sSharp)) {
-            return QPixmap(sSharp);
-        }
+    const qreal ratio = qGuiApp->devicePixelRatio();
+    QString sSharp = sPath;
+    sSharp.replace(QLatin1String(".png"), QLatin1String("@2x.png"));
+    if (ratio <= 1.0 || !QFile::exists(sSharp)) {
+        return QPixmap(sPath);
     }
-    return QPixmap(sPath);
+    QImage sharp(sSharp);
+    if (ratio < sharp.devicePixelRatio()) {
+        // Painting would pick pixels each time.
+        const QSizeF size = QSizeF(sharp.size()) * ratio / sharp.devicePixelRatio();
+        sharp = sharp.scaled(size.toSize(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        sharp.setDevicePixelRatio(ratio);
+    }
+    return QPixmap::fromImage(sharp);
 }
 
 QHash<QString, QPixmap>& Pictures() {

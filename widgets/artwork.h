@@ -7,7 +7,7 @@
 #include <QStringList>
 
 /// The compiled-in pictures, under ":/Corvane/Images/". Each exists at 1x and 2x; the density follows the
-/// sharpest screen. A path that leads to no picture gives a null one.
+/// sharpest screen, between the two by scaling the larger. A path that leads to no picture gives a null one.
 namespace artwork {
 
 /// A picture of the resource collection, decoded once and shared from then on. A path outside of it, as
