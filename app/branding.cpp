@@ -1,16 +1,13 @@
 #include "app/branding.h"
 
+#include "widgets/artwork.h"
+
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 
-/// The collection lies in a static library, which the linker would otherwise leave out.
-static void OpenCollection() {
-    Q_INIT_RESOURCE(corvane);
-}
-
 bool Branding::Load(int nType) {
-    OpenCollection();
+    artwork::OpenCollection();
     return Load(QString(":/Corvane/Branding/%1.json").arg(nType), nType);
 }
 

@@ -1,5 +1,6 @@
 #include "app/branding.h"
 #include "app/corvane.h"
+#include "app/language.h"
 #include "app/look.h"
 #include "widgets/artwork.h"
 #include "widgets/qtversions.h"
@@ -25,10 +26,11 @@ int main(int argc, char* argv[]) {
         QCoreApplication::setLibraryPaths({});
     }
     ApplyLook();
+    ApplyLanguage();
 
     Branding branding;
     if (!branding.Load(Branding::ApplicationType)) {
-        QMessageBox::information(nullptr, "ERROR", "OEM", QMessageBox::Ok);
+        QMessageBox::information(nullptr, QObject::tr("ERROR"), QObject::tr("OEM"), QMessageBox::Ok);
         return 0;
     }
     QApplication::setApplicationName(branding.name);

@@ -48,6 +48,9 @@ function(corvane_artwork out pictures)
         string(APPEND entries
             "    <file alias=\"Branding/${branding}\">${CMAKE_SOURCE_DIR}/resources/branding/${branding}</file>\n")
     endforeach()
+    corvane_translations(translations compiled)
+    string(APPEND entries "${translations}")
+    list(APPEND rendered ${compiled})
     file(CONFIGURE OUTPUT ${target}/corvane.qrc
         CONTENT "<RCC>\n  <qresource prefix=\"/Corvane\">\n@entries@  </qresource>\n</RCC>\n" @ONLY)
     set(${out} ${target}/corvane.qrc PARENT_SCOPE)

@@ -59,12 +59,13 @@ start_server() {
     wait_for 'the rehearsal server' logged 'listens'
 }
 
-# find_window WIDTH: the program's window of that width, in $window.
+# find_window MIN MAX: the program's window of a width between the two, in $window.
 find_window() {
-    local candidate
+    local candidate width
     for candidate in $(xdotool search --onlyvisible --class corvane 2>/dev/null); do
         window=$candidate
-        xdotool getwindowgeometry "$window" 2>/dev/null | grep -q "Geometry: $(($1 * scale))x" && return 0
+        width=$(xdotool getwindowgeometry --shell "$window" 2>/dev/null | sed -n 's/^WIDTH=//p')
+        [ "${width:-0}" -ge $(($1 * scale)) ] && [ "$width" -le $(($2 * scale)) ] && return 0
     done
     return 1
 }
@@ -77,11 +78,11 @@ start_remote() {
     "${wrap[@]}" "$program" &
     remote=$!
     started[remote]=$remote
-    wait_for 'the interface dialog' find_window 200
+    wait_for 'the interface dialog' find_window 200 400
     xdotool windowfocus --sync "$window"
     [ -z "${dialog_picture:-}" ] || { sleep 0.3; picture "$dialog_picture"; }
     xdotool key Return
-    wait_for 'the window' find_window 820
+    wait_for 'the window' find_window 820 820
     wait_for 'the state' logged_more_than 'asks for the state' "$asked"
     xdotool windowfocus --sync "$window"
     sleep $((500 * patience))e-3

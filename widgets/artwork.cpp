@@ -5,17 +5,21 @@
 #include <QHash>
 
 /// The collection lies in a static library, which the linker would otherwise leave out.
-static void OpenCollection() {
+static void InitCollection() {
     Q_INIT_RESOURCE(corvane);
 }
 
 namespace artwork {
 
+void OpenCollection() {
+    static const bool bOpen = (InitCollection(), true);
+    Q_UNUSED(bOpen)
+}
+
 namespace {
 
 QPixmap Load(const QString& sPath) {
-    static const bool bOpen = (OpenCollection(), true);
-    Q_UNUSED(bOpen)
+    OpenCollection();
     const qreal ratio = qGuiApp->devicePixelRatio();
     QString sSharp = sPath;
     sSharp.replace(QLatin1String(".png"), QLatin1String("@2x.png"));

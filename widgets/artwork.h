@@ -10,6 +10,9 @@
 /// sharpest screen, between the two by scaling the larger. A path that leads to no picture gives a null one.
 namespace artwork {
 
+/// Makes the collection, which holds more than pictures, readable by its paths.
+void OpenCollection();
+
 /// A picture of the resource collection, decoded once and shared from then on. A path outside of it, as
 /// settings may hold one, gives none and is not opened.
 QPixmap Picture(const QString& sPath);

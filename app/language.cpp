@@ -1,0 +1,31 @@
+#include "app/language.h"
+
+#include "widgets/artwork.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QLocale>
+#include <QTranslator>
+
+void ApplyLanguage() {
+    const QString sPath = TranslationFor(QLocale::system().uiLanguages());
+    auto* pTranslator = new QTranslator(qApp);
+    if (!sPath.isEmpty() && pTranslator->load(sPath)) {
+        QCoreApplication::installTranslator(pTranslator);
+    }
+}
+
+QString TranslationFor(const QStringList& wanted) {
+    artwork::OpenCollection();
+    for (const QString& sName : wanted) {
+        const QString sLanguage = sName.section('-', 0, 0);
+        const QString sPath = ":/Corvane/Translations/" + sLanguage + ".qm";
+        if (sLanguage == "en" || sLanguage == "C") {
+            return {};
+        }
+        if (QFile::exists(sPath)) {
+            return sPath;
+        }
+    }
+    return {};
+}
