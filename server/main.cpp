@@ -70,9 +70,10 @@ RehearsalServer::Options ReadOptions(const QCommandLineParser& parser) {
 QString Printable(const QString& sText) {
     QString sPrintable;
     for (const uint nChar : sText.toUcs4()) {
+        const auto cChar = static_cast<char32_t>(nChar);
         const QChar::Category category = QChar::category(nChar);
         const bool bBreaks = category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
-        sPrintable += QChar::isPrint(nChar) && !bBreaks ? QString::fromUcs4(&nChar, 1)
+        sPrintable += QChar::isPrint(nChar) && !bBreaks ? QString::fromUcs4(&cChar, 1)
                                                         : QString("\\u%1").arg(nChar, 4, 16, QChar('0'));
     }
     return sPrintable;

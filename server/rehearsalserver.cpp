@@ -25,7 +25,7 @@ constexpr int DatagramsPerRead = 64;
 constexpr int ReadMs = 8;
 constexpr int MaxDatagram = 65536;
 /// What may wait in all, each datagram with what its timer takes beside it.
-constexpr int MaxLateBytes = 16 * 1024 * 1024;
+constexpr qint64 MaxLateBytes = 16 * 1024 * 1024;
 constexpr int TimerBytes = 512;
 constexpr int NoiseMs = 1000;
 /// Among the long answers those about a universe come behind the types of all questions.
@@ -107,13 +107,12 @@ void RehearsalServer::ReadPackets(QUdpSocket& socket) {
         }
         if (!IsSilent() && port != m_options.port) {
             const QByteArray datagram(m_datagram.constData(), static_cast<int>(nRead));
-            Carry(0, datagram.size(),
-                  [this, datagram, address, port] { ReadMessage(datagram, address, port); });
+            Carry(0, nRead, [this, datagram, address, port] { ReadMessage(datagram, address, port); });
         }
     }
 }
 
-void RehearsalServer::Carry(int nDelayMs, int nBytes, const std::function<void()>& deliver) {
+void RehearsalServer::Carry(int nDelayMs, qint64 nBytes, const std::function<void()>& deliver) {
     if (Happens(m_options.dropPercent)) {
         return;
     }
@@ -121,7 +120,7 @@ void RehearsalServer::Carry(int nDelayMs, int nBytes, const std::function<void()
         const int nLate = nDelayMs + (Happens(m_options.reorderPercent) ? OvertakenMs : 0);
         if (nLate == 0) {
             deliver();
-        } else if (const int nRoom = nBytes + TimerBytes; m_nLateBytes + nRoom <= MaxLateBytes) {
+        } else if (const qint64 nRoom = nBytes + TimerBytes; m_nLateBytes + nRoom <= MaxLateBytes) {
             m_nLateBytes += nRoom;
             QTimer::singleShot(nLate, this, [this, nRoom, deliver] {
                 m_nLateBytes -= nRoom;
@@ -239,7 +238,7 @@ void RehearsalServer::Owe(const Client& client, int nAnswer) {
         GiveLongAnswer(client, nAnswer);
     } else if (nWaitMs > 0) {
         m_owed.insert(debt, client.port);
-        QTimer::singleShot(nWaitMs, this, [this, debt] {
+        QTimer::singleShot(static_cast<int>(nWaitMs), this, [this, debt] {
             const Client* pClient = FindClient(debt.first, m_owed.take(debt));
             if (pClient != nullptr) {
                 Owe(Client(*pClient), debt.second);

@@ -69,7 +69,7 @@ private:
     void ReadPackets(QUdpSocket& socket);
     /// Lets the network do its worst with a datagram of `nBytes` before `deliver` gets it: not at all, once
     /// or twice, now or `nDelayMs` and more later.
-    void Carry(int nDelayMs, int nBytes, const std::function<void()>& deliver);
+    void Carry(int nDelayMs, qint64 nBytes, const std::function<void()>& deliver);
     void ReadMessage(const QByteArray& datagram, const QHostAddress& address, quint16 port);
     void LogNoise(const QString& sLine);
     void Answer(int nType, const JSONNode& content, const Client& client);
@@ -100,10 +100,10 @@ private:
     QUdpSocket* m_pSocket;
     QUdpSocket* m_pBroadcasts;  ///< hears what is sent to everyone when m_pSocket has an address of its own
     QElapsedTimer m_upTime;
-    QByteArray m_datagram;  ///< room for the longest
-    int m_nLateBytes = 0;   ///< of the datagrams that wait
-    QTimer m_noiseTimer;    ///< runs for a second after a line about noise
-    int m_nNoise = 0;       ///< datagrams that came meanwhile
+    QByteArray m_datagram;    ///< room for the longest
+    qint64 m_nLateBytes = 0;  ///< of the datagrams that wait
+    QTimer m_noiseTimer;      ///< runs for a second after a line about noise
+    int m_nNoise = 0;         ///< datagrams that came meanwhile
     std::vector<Client> m_clients;
     Quota m_quota;
     QHash<QPair<QHostAddress, int>, quint16> m_owed;  ///< answers that wait for their turn, and to which port
