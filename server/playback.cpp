@@ -1,22 +1,244 @@
 #include "server/playback.h"
 
-Playback::Playback(const Show& show, qint64 /*nNowMs*/) {
-    for (const Fixture& fixture : show.fixtures) {
-        m_patched.set(static_cast<std::size_t>(fixture.universe));
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+
+namespace {
+
+constexpr double Second = 1000;
+/// What all layers may take, so that an absurd show is refused and does not eat the memory: 512 MB.
+constexpr std::size_t MostCells = std::size_t{1} << 27;
+/// A speed of so many percent is as written, and so many more or less double or halve it.
+constexpr double WrittenSpeed = 50;
+constexpr double SpeedStep = 25;
+
+const std::vector<Slot> NoSlots;
+
+}  // namespace
+
+Playback::Playback(const Show& show, qint64 nNowMs) : m_patch(show.fixtures) {
+    AddScenes(show);
+    AddPrograms(show);
+    FindLatest();
+    for (const Scene& scene : show.scenes) {
+        if (scene.state) {
+            SwitchScene(scene.id, true, nNowMs);
+        }
+    }
+    for (const Scene& program : show.programs) {
+        if (program.state) {
+            SwitchProgram(program.id, true, nNowMs);
+        }
     }
 }
 
-void Playback::SwitchScene(int /*nId*/, bool /*bOn*/, qint64 /*nNowMs*/) {}
-void Playback::SwitchProgram(int /*nId*/, bool /*bOn*/, qint64 /*nNowMs*/) {}
-void Playback::Take(const Color& /*color*/) {}
-void Playback::Take(const Command& /*command*/, qint64 /*nNowMs*/) {}
-
-bool Playback::IsMoving(qint64 /*nNowMs*/) const {
-    return false;
+void Playback::AddScenes(const Show& show) {
+    std::map<int, std::vector<Layer::Cue>> areas;
+    for (const Scene& scene : show.scenes) {
+        const auto look = show.looks.find(scene.id);
+        std::vector<Layer::Cue>& cues = areas[scene.area];
+        m_scenes.insert({scene.id, {0, static_cast<int>(cues.size())}});
+        cues.push_back(look == show.looks.end() ? Layer::Cue{&NoSlots}
+                                                : Layer::Cue{&look->second.slots, look->second.submaster,
+                                                             look->second.fade * Second});
+    }
+    std::map<int, std::size_t> layers;
+    for (const auto& [nArea, cues] : areas) {
+        layers[nArea] = m_layers.size();
+        AddLayer(cues, false);
+    }
+    for (const Scene& scene : show.scenes) {
+        m_scenes[scene.id].layer = layers[scene.area];
+    }
 }
 
-void Playback::Render(const Universes& held, qint64 /*nNowMs*/, Levels& levels) const {
+void Playback::AddPrograms(const Show& show) {
+    for (const Scene& program : show.programs) {
+        const auto chase = show.chases.find(program.id);
+        std::vector<Layer::Cue> cues;
+        if (chase != show.chases.end()) {
+            for (const Chase::Step& step : chase->second.steps) {
+                cues.push_back(
+                    {&step.slots, chase->second.submaster, step.fade * Second, step.hold * Second});
+            }
+        }
+        if (cues.empty()) {
+            cues.push_back({&NoSlots});
+        }
+        m_programs.insert({program.id, m_layers.size()});
+        AddLayer(cues, true);
+    }
+}
+
+void Playback::AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows) {
+    std::size_t nSlots = 0;
+    for (const Layer::Cue& cue : cues) {
+        nSlots += cue.pSlots->size();
+    }
+    m_nCells += cues.size() * std::min(nSlots, std::tuple_size_v<Levels>);
+    if (m_nCells > MostCells) {
+        throw std::runtime_error("a show of so many levels cannot be played");
+    }
+    m_layers.emplace_back(cues, bFollows, m_patch);
+    m_started.push_back(0);
+}
+
+void Playback::FindLatest() {
+    std::vector<std::size_t> known(std::tuple_size_v<Levels>, m_latest.max_size());
+    m_latestOf.resize(m_layers.size());
+    for (std::size_t layer = 0; layer < m_layers.size(); ++layer) {
+        for (const std::size_t at : m_layers[layer].Others()) {
+            if (known[at] == m_latest.max_size()) {
+                known[at] = m_latest.size();
+                m_latest.emplace_back().at = at;
+            }
+            m_latest[known[at]].users.push_back({layer, m_latestOf[layer].size()});
+            m_latestOf[layer].push_back(known[at]);
+        }
+    }
+}
+
+void Playback::SwitchScene(int nId, bool bOn, qint64 nNowMs) {
+    const auto scene = m_scenes.find(nId);
+    if (scene == m_scenes.end()) {
+        return;
+    }
+    m_color.state = m_color.state && !bOn;
+    const Place& place = scene->second;
+    if ((m_layers[place.layer].Sent() == place.cue) != bOn) {
+        Send(place.layer, bOn ? place.cue : -1, true, nNowMs);
+    }
+}
+
+void Playback::SwitchProgram(int nId, bool bOn, qint64 nNowMs) {
+    const auto program = m_programs.find(nId);
+    if (program == m_programs.end()) {
+        return;
+    }
+    m_color.state = m_color.state && !bOn;
+    if (m_layers[program->second].IsOn() != bOn) {
+        Send(program->second, bOn ? 0 : -1, true, nNowMs);
+    }
+}
+
+void Playback::Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs) {
+    const Positions before = PositionsAt(nNowMs);
+    std::vector<float> shown;
+    for (const std::size_t iLatest : m_latestOf[layer]) {
+        shown.push_back(LevelOf(m_latest[iLatest], before, nNowMs));
+    }
+    double fade = m_layers[layer].FadeMs(nNowMs);
+    if (iCue < 0) {
+        m_layers[layer].Stop(nNowMs);
+    } else {
+        m_layers[layer].GoTo(iCue, nNowMs);
+        fade = m_layers[layer].FadeMs(nNowMs);
+        m_started[layer] = bStarts ? ++m_nStarts : m_started[layer];
+    }
+    for (std::size_t iOther = 0; iOther < shown.size(); ++iOther) {
+        Latest& channel = m_latest[m_latestOf[layer][iOther]];
+        const int iUser = UserOf(channel, layer);
+        const bool bHas = Has(channel.users[static_cast<std::size_t>(iUser)]);
+        if (channel.iOwner == iUser || (bHas && bStarts)) {
+            channel.from = shown[iOther];
+            channel.iOwner = bHas ? iUser : LastStarted(channel);
+            channel.bInherited = !bHas;
+            channel.start = nNowMs;
+            channel.fade = fade;
+        }
+    }
+}
+
+int Playback::UserOf(const Latest& channel, std::size_t layer) const {
+    const auto user = std::find_if(channel.users.begin(), channel.users.end(),
+                                   [layer](const User& other) { return other.layer == layer; });
+    return static_cast<int>(user - channel.users.begin());
+}
+
+int Playback::LastStarted(const Latest& channel) const {
+    int iLast = -1;
+    quint64 nLast = 0;
+    for (std::size_t i = 0; i < channel.users.size(); ++i) {
+        const User& user = channel.users[i];
+        if (Has(user) && m_started[user.layer] > nLast) {
+            nLast = m_started[user.layer];
+            iLast = static_cast<int>(i);
+        }
+    }
+    return iLast;
+}
+
+bool Playback::Has(const User& user) const {
+    const Layer& layer = m_layers[user.layer];
+    return layer.IsOn() && layer.HasOther(layer.Sent(), user.other);
+}
+
+void Playback::Take(const Command& command, qint64 nNowMs) {
+    const double rate = std::exp2((std::clamp(command.speed, 0, 100) - WrittenSpeed) / SpeedStep);
+    for (const auto& [nId, layer] : m_programs) {
+        m_layers[layer].SetRate(rate, nNowMs);
+        if (command.hold != m_command.hold) {
+            m_layers[layer].Pause(command.hold, nNowMs);
+        }
+    }
+    m_command = command;
+    StepPrograms((command.next ? 1 : 0) - (command.prev ? 1 : 0), nNowMs);
+}
+
+void Playback::StepPrograms(int nSteps, qint64 nNowMs) {
+    for (const auto& [nId, layer] : m_programs) {
+        if (nSteps != 0 && m_layers[layer].IsOn()) {
+            const int nCues = m_layers[layer].CueCount();
+            Send(layer, (m_layers[layer].At(nNowMs).cue + nSteps + nCues) % nCues, false, nNowMs);
+        }
+    }
+}
+
+bool Playback::IsMoving(qint64 nNowMs) const {
+    return std::any_of(m_layers.begin(), m_layers.end(),
+                       [nNowMs](const Layer& layer) { return layer.IsMoving(nNowMs); }) ||
+           std::any_of(m_latest.begin(), m_latest.end(), [nNowMs](const Latest& channel) {
+               return channel.bInherited && channel.iOwner >= 0 && InheritedProgress(channel, nNowMs) < 1;
+           });
+}
+
+Playback::Positions Playback::PositionsAt(qint64 nNowMs) const {
+    Positions positions(m_layers.size());
+    std::transform(m_layers.begin(), m_layers.end(), positions.begin(),
+                   [nNowMs](const Layer& layer) { return layer.At(nNowMs); });
+    return positions;
+}
+
+float Playback::InheritedProgress(const Latest& channel, qint64 nNowMs) {
+    const auto elapsed = static_cast<double>(nNowMs - channel.start);
+    return elapsed < channel.fade ? static_cast<float>(elapsed / channel.fade) : 1;
+}
+
+float Playback::LevelOf(const Latest& channel, const Positions& positions, qint64 nNowMs) const {
+    if (channel.iOwner < 0) {
+        return channel.from;
+    }
+    const User& user = channel.users[static_cast<std::size_t>(channel.iOwner)];
+    const Layer::Position& position = positions[user.layer];
+    const float progress = channel.bInherited  ? InheritedProgress(channel, nNowMs)
+                           : position.bEntered ? position.progress
+                                               : 1;
+    const float level = m_layers[user.layer].Other(position, user.other);
+    return progress < 1 ? channel.from + (level - channel.from) * progress : level;
+}
+
+void Playback::Render(const Universes& held, qint64 nNowMs, Levels& levels) const {
+    const Positions positions = PositionsAt(nNowMs);
+    FineLevels merged{};
+    for (std::size_t layer = 0; layer < m_layers.size(); ++layer) {
+        m_layers[layer].MergeInto(merged, positions[layer]);
+    }
+    m_patch.Grade(merged, m_color, m_command, levels);
+    for (const Latest& channel : m_latest) {
+        levels[channel.at] = static_cast<unsigned char>(LevelOf(channel, positions, nNowMs) + 0.5F);
+    }
     for (std::size_t at = 0; at < levels.size(); ++at) {
-        levels.at(at) = held.states.at(at) ? held.levels.at(at) : static_cast<unsigned char>(0);
+        levels[at] = held.states[at] ? held.levels[at] : levels[at];
     }
 }

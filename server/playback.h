@@ -3,31 +3,32 @@
 #include "device/color.h"
 #include "device/command.h"
 #include "device/universes.h"
+#include "server/layer.h"
+#include "server/patch.h"
 #include "server/show.h"
 
 #include <QtGlobal>
 
-#include <array>
-#include <bitset>
 #include <cstddef>
-
-/// A level for each channel of each universe, at Universes::At.
-using Levels = std::array<unsigned char, std::size_t{Universes::Count} * Universes::Channels>;
-/// Some of the universes, by index.
-using UniverseSet = std::bitset<Universes::Count>;
+#include <map>
+#include <vector>
 
 /// Plays a show: from what runs and from the time it says what every channel is at. It knows no socket and no
 /// clock; times are milliseconds of a monotonic clock of the caller's and never go back.
+///
+/// The scenes of an area share a layer, each program is one. Of intensities and colours the highest of all
+/// layers counts, of every other channel the layer that was started last of those that have a level for it.
 class Playback {
 public:
-    /// The scenes and programs that the show says are running begin now.
+    /// The scenes and programs that run, as the show says, begin now. Throws std::runtime_error with one line
+    /// if the show is too large to be played.
     explicit Playback(const Show& show, qint64 nNowMs = 0);
 
     /// A scene or program starts (true) or stops. One that the show has not, or that does so already, changes
     /// nothing, except that whatever starts releases the colour.
     void SwitchScene(int nId, bool bOn, qint64 nNowMs);
     void SwitchProgram(int nId, bool bOn, qint64 nNowMs);
-    void Take(const Color& color);
+    void Take(const Color& color) { m_color = color; }
     /// Flags, dimmer and speed; a "next" or "previous" in it is obeyed once. What is out of range is clamped.
     void Take(const Command& command, qint64 nNowMs);
 
@@ -35,10 +36,56 @@ public:
     /// something fades or a program runs.
     bool IsMoving(qint64 nNowMs) const;
     /// The universes that have a fixture.
-    UniverseSet Patched() const { return m_patched; }
+    const UniverseSet& Patched() const { return m_patch.Used(); }
     /// Fills in all levels as they are at `nNowMs`; what is held comes last, over everything.
     void Render(const Universes& held, qint64 nNowMs, Levels& levels) const;
 
 private:
-    UniverseSet m_patched;
+    struct Place {
+        std::size_t layer = 0;
+        int cue = 0;
+    };
+    /// A layer that has a channel, and the channel's place in its Layer::Others().
+    struct User {
+        std::size_t layer = 0;
+        std::size_t other = 0;
+    };
+    /// A channel that goes by whoever was started last. It moves there from where it was.
+    struct Latest {
+        std::size_t at = 0;
+        std::vector<User> users;
+        int iOwner = -1;  ///< which of the users; -1 leaves it where it is
+        float from = 0;
+        bool bInherited = false;  ///< given back by one that ended, in that one's time; else in the owner's
+        qint64 start = 0;
+        double fade = 0;
+    };
+    using Positions = std::vector<Layer::Position>;
+
+    void AddScenes(const Show& show);
+    void AddPrograms(const Show& show);
+    void FindLatest();
+    void AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows);
+    /// Sends a layer to a cue, -1 to nothing. `bStarts`: it comes to be the last started.
+    void Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs);
+    int UserOf(const Latest& channel, std::size_t layer) const;
+    /// Which user of a channel runs, has a level for it, and was started last; -1 is none.
+    int LastStarted(const Latest& channel) const;
+    bool Has(const User& user) const;
+    void StepPrograms(int nSteps, qint64 nNowMs);
+    Positions PositionsAt(qint64 nNowMs) const;
+    static float InheritedProgress(const Latest& channel, qint64 nNowMs);
+    float LevelOf(const Latest& channel, const Positions& positions, qint64 nNowMs) const;
+
+    Patch m_patch;
+    std::vector<Layer> m_layers;     ///< of the areas, then of the programs
+    std::vector<quint64> m_started;  ///< for each layer the number of its last start
+    std::vector<Latest> m_latest;
+    std::vector<std::vector<std::size_t>> m_latestOf;  ///< for each layer's Others(), where they are
+    std::map<int, Place> m_scenes;                     ///< by id
+    std::map<int, std::size_t> m_programs;             ///< the layer, by id
+    std::size_t m_nCells = 0;
+    quint64 m_nStarts = 0;
+    Color m_color;
+    Command m_command{false, false, false, false, false, 100, 50};
 };

@@ -24,18 +24,22 @@ struct Slot {
     int level = 0;       ///< 0 to 255
 };
 
-/// What the lamps of a scene do. A channel stands in it once at most; in no order.
+/// What the lamps do in a scene. A channel stands in it once at most; in no order.
 struct Look {
     std::vector<Slot> slots;
     int submaster = 255;  ///< 0 to 255, over all of it
     double fade = 0;      ///< seconds, from 0 on
 };
 
-/// One step of a program.
-struct Step {
-    std::vector<Slot> slots;
-    double fade = 0;  ///< seconds until it stands, from 0 on
-    double hold = 0;  ///< seconds that it stands, from 0 on
+/// What they do in a program: one step after the other, and round again.
+struct Chase {
+    struct Step {
+        std::vector<Slot> slots;
+        double fade = 0;  ///< seconds until it stands, from 0 on
+        double hold = 0;  ///< seconds that it stands, from 0 on
+    };
+    std::vector<Step> steps;
+    int submaster = 255;
 };
 
 /// What a rehearsal server plays: its serial, its scenes and its programs, and the lamps that they light.
@@ -44,8 +48,8 @@ struct Show {
     std::vector<Scene> scenes;
     std::vector<Scene> programs;
     std::vector<Fixture> fixtures;
-    std::map<int, Look> looks;                ///< by the scene's id; a scene that has none lights nothing
-    std::map<int, std::vector<Step>> chases;  ///< by the program's id; the same
+    std::map<int, Look> looks;    ///< by the scene's id; a scene that has none lights nothing
+    std::map<int, Chase> chases;  ///< by the program's id; the same
 
     /// A small house with a stage, for people who have no show of their own at hand.
     static Show BuiltIn();

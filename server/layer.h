@@ -1,0 +1,110 @@
+#pragma once
+
+#include "server/patch.h"
+#include "server/show.h"
+
+#include <QtGlobal>
+
+#include <cstddef>
+#include <vector>
+
+/// What fades as one: the scenes of an area, of which one shows at a time, or the steps of a program, which
+/// follow each other. It fades from whatever it shows to the next cue, so that nothing dips and nothing
+/// jumps.
+class Layer {
+public:
+    /// A scene or a step.
+    struct Cue {
+        const std::vector<Slot>* pSlots = nullptr;  ///< read by the constructor only
+        int submaster = 255;
+        double fade = 0;  ///< milliseconds, as all times here
+        double hold = 0;
+    };
+    /// Where a layer is at one moment: so far from one row of levels to another.
+    struct Position {
+        int cue = -1;  ///< the cue that it fades to or stands in; -1 is nothing
+        const float* from = nullptr;
+        const float* to = nullptr;
+        float progress = 1;    ///< 0 to 1
+        bool bEntered = true;  ///< in the cue that it was sent to, not in one that followed by itself
+    };
+
+    /// `bFollows`: the cues follow each other, the first one the last.
+    Layer(const std::vector<Cue>& cues, bool bFollows, const Patch& patch);
+
+    // Times go by the caller's clock, in milliseconds; the layer's own may be faster, slower or stand still.
+
+    /// Fades to a cue in its time. While the layer is paused it does that all the same, and stays there.
+    void GoTo(int iCue, qint64 nNowMs);
+    /// Fades to nothing in the time of the cue that it is in.
+    void Stop(qint64 nNowMs);
+    void Pause(bool bPause, qint64 nNowMs);
+    /// How fast time goes by for it; 1 as written.
+    void SetRate(double rate, qint64 nNowMs);
+
+    bool IsOn() const { return m_iCue >= 0; }
+    /// Where it was sent last; -1 to nothing.
+    int Sent() const { return m_iCue; }
+    int CueCount() const { return static_cast<int>(m_cues.size()); }
+    Position At(qint64 nNowMs) const;
+    bool IsMoving(qint64 nNowMs) const;
+    /// How long the cue that it is in takes to fade by the caller's clock.
+    double FadeMs(qint64 nNowMs) const;
+
+    /// Raises levels to what it does to the lit channels.
+    void MergeInto(FineLevels& levels, const Position& position) const;
+
+    /// The channels that are neither intensity nor colour, in rising order.
+    const std::vector<std::size_t>& Others() const { return m_others; }
+    /// Whether one of them, by its place in Others(), has a level in a cue; in a program it has one in all.
+    bool HasOther(int iCue, std::size_t iOther) const { return OtherLevel(iCue, iOther) >= 0; }
+    /// What one of them is at.
+    float Other(const Position& position, std::size_t iOther) const;
+
+private:
+    /// Channels side by side, and where their levels stand in a row.
+    struct Run {
+        std::size_t at;
+        std::size_t count;
+        std::size_t cell;
+    };
+    struct Timing {
+        double fade;
+        double hold;
+        double end;  ///< of the hold, since the first cue's beginning
+    };
+
+    void LayOut(const std::vector<Cue>& cues, const Patch& patch);
+    void FillRows(const std::vector<Cue>& cues, const Patch& patch);
+    /// Gives each cue of a program the levels that its other channels have kept from earlier cues.
+    void TrackOthers();
+    std::size_t CellOf(std::size_t at) const;
+    float OtherLevel(int iCue, std::size_t iOther) const {
+        return m_otherRows[static_cast<std::size_t>(iCue) * m_others.size() + iOther];
+    }
+    const float* Row(int iCue) const { return m_rows.data() + static_cast<std::size_t>(iCue) * m_nCells; }
+    const Timing& TimingOf(int iCue) const { return m_cues[static_cast<std::size_t>(iCue)]; }
+    int Before(int iCue) const { return iCue > 0 ? iCue - 1 : static_cast<int>(m_cues.size()) - 1; }
+    double Clock(qint64 nNowMs) const;
+    void SetClock(qint64 nNowMs);
+    void KeepWhatShows(qint64 nNowMs);
+
+    bool m_bFollows;
+    std::vector<Timing> m_cues;
+    std::vector<Run> m_runs;
+    std::size_t m_nCells = 0;
+    std::vector<float> m_rows;  ///< for each cue a level in each cell
+    std::vector<std::size_t> m_others;
+    std::vector<float> m_otherRows;  ///< for each cue a level of each other channel, -1 for none
+
+    int m_iCue = -1;            ///< where it was sent; -1 to nothing
+    double m_start = 0;         ///< when, by its own clock
+    double m_stopFade = 0;      ///< how long it takes to nothing
+    std::vector<float> m_kept;  ///< what it showed then
+    std::vector<float> m_nothing;
+    bool m_bPaused = false;
+    bool m_bWaits = false;  ///< sent to a cue while paused: stays in it
+    double m_rate = 1;
+    double m_clock = 0;      ///< its own clock
+    qint64 m_nClockSet = 0;  ///< at this time of the caller's
+};

@@ -1,0 +1,120 @@
+#include "server/patch.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace {
+
+// A channel's kind: its letter, as a position in Letters, and what it shares with its fixture.
+constexpr std::string_view Letters = " irgbwx";
+enum Letter : unsigned char { Nothing, Intensity, Red, Green, Blue, White, Other };
+constexpr unsigned char LetterBits = 0x07;
+constexpr unsigned char Dimmed = 0x08;
+constexpr unsigned char TakesRgb = 0x10;   ///< a colour replaces something of this fixture
+constexpr unsigned char TakesRgbw = 0x20;  ///< the same of a colour with white
+constexpr std::size_t Kinds = 0x40;
+
+constexpr float Full = 255;
+constexpr float Kept = -1;
+
+/// What becomes of the channels of one kind.
+struct Grading {
+    float replaced = Kept;
+    float gain = 0;
+};
+
+Letter LetterOf(unsigned char ucKind) {
+    return static_cast<Letter>(ucKind & LetterBits);
+}
+
+float Replacement(unsigned char ucKind, const Color& color, const Command& command) {
+    const auto level = [](int nLevel) { return static_cast<float>(std::clamp(nLevel, 0, 255)); };
+    if (command.white) {
+        return Full;
+    }
+    if (!color.state || (ucKind & (color.rgbw ? TakesRgbw : TakesRgb)) == 0) {
+        return Kept;
+    }
+    switch (LetterOf(ucKind)) {
+        case Intensity:
+            return Full;
+        case Red:
+            return level(color.r);
+        case Green:
+            return level(color.g);
+        case Blue:
+            return level(color.b);
+        case White:
+            return color.rgbw ? level(color.w) : Kept;
+        default:
+            return Kept;
+    }
+}
+
+Grading GradingOf(unsigned char ucKind, const Color& color, const Command& command) {
+    const Letter letter = LetterOf(ucKind);
+    if (letter == Nothing || letter == Other || command.bo) {
+        return {};
+    }
+    const float dimmer = static_cast<float>(std::clamp(command.dim, 0, 100)) / 100;
+    return {Replacement(ucKind, color, command), (ucKind & Dimmed) != 0 ? dimmer : 1};
+}
+
+}  // namespace
+
+Patch::Patch(const std::vector<Fixture>& fixtures) {
+    for (const Fixture& fixture : fixtures) {
+        const int nWidth = static_cast<int>(fixture.layout.size());
+        for (int i = 0; i < fixture.count && nWidth > 0; ++i) {
+            const int nStart = fixture.channel + i * nWidth;
+            if (!Universes::HasUniverse(fixture.universe) || !Universes::HasChannel(nStart) ||
+                !Universes::HasChannel(nStart + nWidth - 1)) {
+                break;
+            }
+            Add(fixture, Universes::At(fixture.universe, nStart));
+            m_used.set(static_cast<std::size_t>(fixture.universe));
+        }
+    }
+}
+
+void Patch::Add(const Fixture& fixture, std::size_t start) {
+    const auto has = [&fixture](const char* pLetters) {
+        return fixture.layout.find_first_of(pLetters) != std::string::npos;
+    };
+    const int nShared = (has("rgb") ? TakesRgb : 0) | (has("rgbw") ? TakesRgbw : 0);
+    for (const char cLetter : fixture.layout) {
+        const std::size_t nFound = Letters.find(cLetter);
+        const auto letter = nFound < Letters.size() ? static_cast<Letter>(nFound) : Nothing;
+        const bool bDimmed = letter == Intensity || (letter != Other && !has("i"));
+        m_kinds.at(start++) = static_cast<unsigned char>(letter | nShared | (bDimmed ? Dimmed : 0));
+    }
+}
+
+bool Patch::IsLit(std::size_t at) const {
+    const Letter letter = LetterOf(m_kinds.at(at));
+    return letter != Nothing && letter != Other;
+}
+
+bool Patch::IsOther(std::size_t at) const {
+    return LetterOf(m_kinds.at(at)) == Other;
+}
+
+bool Patch::IsDimmed(std::size_t at) const {
+    return (m_kinds.at(at) & Dimmed) != 0;
+}
+
+void Patch::Grade(const FineLevels& show, const Color& color, const Command& command, Levels& levels) const {
+    std::array<Grading, Kinds> gradings;
+    for (std::size_t i = 0; i < Kinds; ++i) {
+        gradings[i] = GradingOf(static_cast<unsigned char>(i), color, command);
+    }
+    levels.fill(0);
+    for (std::size_t nUniverse = 0; nUniverse < m_used.size(); ++nUniverse) {
+        const std::size_t begin = nUniverse * Universes::Channels;
+        for (std::size_t at = begin; m_used[nUniverse] && at < begin + Universes::Channels; ++at) {
+            const Grading& grading = gradings[m_kinds[at]];
+            const float level = grading.replaced < 0 ? show[at] : grading.replaced;
+            levels[at] = static_cast<unsigned char>(level * grading.gain + 0.5F);
+        }
+    }
+}

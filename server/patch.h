@@ -1,0 +1,42 @@
+#pragma once
+
+#include "device/color.h"
+#include "device/command.h"
+#include "device/universes.h"
+#include "server/show.h"
+
+#include <array>
+#include <bitset>
+#include <cstddef>
+#include <vector>
+
+/// A level for each channel of each universe, at Universes::At.
+using Levels = std::array<unsigned char, std::size_t{Universes::Count} * Universes::Channels>;
+/// The same before it is rounded, from 0 to 255.
+using FineLevels = std::array<float, std::tuple_size_v<Levels>>;
+/// Some of the universes, by index.
+using UniverseSet = std::bitset<Universes::Count>;
+
+/// What every channel is for, and what colour, white, dimmer and black-out make of it.
+class Patch {
+public:
+    /// What lies outside the universes is left out; where two fixtures overlap, the later counts.
+    explicit Patch(const std::vector<Fixture>& fixtures);
+
+    /// The universes that have a fixture.
+    const UniverseSet& Used() const { return m_used; }
+    bool IsLit(std::size_t at) const;    ///< intensity or colour
+    bool IsOther(std::size_t at) const;  ///< pan, tilt, gobo: what neither dims nor goes black
+    /// Whether dimmer and submaster act on it: intensity, or colour where the fixture has no intensity.
+    bool IsDimmed(std::size_t at) const;
+
+    /// Rounds what the show does to levels, after the operator's colour and commands. Channels that are not
+    /// lit come out as 0.
+    void Grade(const FineLevels& show, const Color& color, const Command& command, Levels& levels) const;
+
+private:
+    void Add(const Fixture& fixture, std::size_t start);
+
+    std::array<unsigned char, std::tuple_size_v<Levels>> m_kinds{};
+    UniverseSet m_used;
+};
