@@ -1,5 +1,6 @@
 #include "app/corvane.h"
 #include "device/fragments.h"
+#include "server/playback.h"
 #include "server/replies.h"
 #include "tests/support.h"
 #include "widgets/artwork.h"
@@ -215,6 +216,47 @@ void TileChange(benchmark::State& state) {
                               (tile.width() * tile.height());
 }
 BENCHMARK(TileChange);
+
+/// 32 universes full of moving heads, each channel in 32 scenes that fade and in 16 programs that run.
+Show FullShow() {
+    Show show;
+    for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
+        show.fixtures.push_back({"Head", nUniverse, 0, "irgbwxxx", Universes::Channels / 8});
+    }
+    const auto levels = [](int nSeed) {
+        std::vector<Slot> all;
+        for (std::size_t at = 0; at < std::tuple_size_v<Levels>; ++at) {
+            all.push_back({at, (nSeed + static_cast<int>(at)) % 256});
+        }
+        return all;
+    };
+    for (int i = 0; i < 32; ++i) {
+        show.scenes.push_back(Entry(i, i));
+        show.looks[i] = {levels(i), 200, 3600};
+    }
+    for (int i = 0; i < 16; ++i) {
+        show.programs.push_back(Entry(i, -1));
+        show.chases[i].steps = {{levels(i), 1, 1}, {levels(2 * i), 2, 0}, {levels(3 * i), 3, 1}};
+    }
+    return show;
+}
+
+void ShowRendered(benchmark::State& state) {
+    const Show show = FullShow();
+    Playback playback(show);
+    for (int i = 0; i < 32; ++i) {
+        playback.SwitchScene(i, true, 0);
+        playback.SwitchProgram(i, true, 0);
+    }
+    const Universes held;
+    Levels levels;
+    qint64 nNowMs = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        playback.Render(held, nNowMs += 25, levels);
+        benchmark::DoNotOptimize(levels);
+    }
+}
+BENCHMARK(ShowRendered);
 
 }  // namespace
 

@@ -36,7 +36,7 @@ Layer::Layer(const std::vector<Cue>& cues, bool bFollows, const Patch& patch) : 
 void Layer::LayOut(const std::vector<Cue>& cues, const Patch& patch) {
     std::vector<std::size_t> lit;
     for (const Cue& cue : cues) {
-        for (const Slot& slot : *cue.pSlots) {
+        for (const Slot& slot : *cue.pLevels) {
             if (patch.IsLit(slot.at)) {
                 lit.push_back(slot.at);
             } else if (patch.IsOther(slot.at)) {
@@ -62,7 +62,7 @@ void Layer::FillRows(const std::vector<Cue>& cues, const Patch& patch) {
     m_rows.assign(cues.size() * m_nCells, 0);
     m_otherRows.assign(cues.size() * m_others.size(), -1);
     for (std::size_t i = 0; i < cues.size(); ++i) {
-        for (const Slot& slot : *cues[i].pSlots) {
+        for (const Slot& slot : *cues[i].pLevels) {
             const auto level = static_cast<float>(slot.level);
             if (patch.IsLit(slot.at)) {
                 const float gain = patch.IsDimmed(slot.at) ? static_cast<float>(cues[i].submaster) / 255 : 1;

@@ -15,7 +15,7 @@ class Layer {
 public:
     /// A scene or a step.
     struct Cue {
-        const std::vector<Slot>* pSlots = nullptr;  ///< read by the constructor only
+        const std::vector<Slot>* pLevels = nullptr;  ///< read by the constructor only
         int submaster = 255;
         double fade = 0;  ///< milliseconds, as all times here
         double hold = 0;

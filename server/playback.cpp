@@ -13,7 +13,7 @@ constexpr std::size_t MostCells = std::size_t{1} << 27;
 constexpr double WrittenSpeed = 50;
 constexpr double SpeedStep = 25;
 
-const std::vector<Slot> NoSlots;
+const std::vector<Slot> NoLevels;
 
 }  // namespace
 
@@ -39,8 +39,8 @@ void Playback::AddScenes(const Show& show) {
         const auto look = show.looks.find(scene.id);
         std::vector<Layer::Cue>& cues = areas[scene.area];
         m_scenes.insert({scene.id, {0, static_cast<int>(cues.size())}});
-        cues.push_back(look == show.looks.end() ? Layer::Cue{&NoSlots}
-                                                : Layer::Cue{&look->second.slots, look->second.submaster,
+        cues.push_back(look == show.looks.end() ? Layer::Cue{&NoLevels}
+                                                : Layer::Cue{&look->second.levels, look->second.submaster,
                                                              look->second.fade * Second});
     }
     std::map<int, std::size_t> layers;
@@ -60,11 +60,11 @@ void Playback::AddPrograms(const Show& show) {
         if (chase != show.chases.end()) {
             for (const Chase::Step& step : chase->second.steps) {
                 cues.push_back(
-                    {&step.slots, chase->second.submaster, step.fade * Second, step.hold * Second});
+                    {&step.levels, chase->second.submaster, step.fade * Second, step.hold * Second});
             }
         }
         if (cues.empty()) {
-            cues.push_back({&NoSlots});
+            cues.push_back({&NoLevels});
         }
         m_programs.insert({program.id, m_layers.size()});
         AddLayer(cues, true);
@@ -72,11 +72,11 @@ void Playback::AddPrograms(const Show& show) {
 }
 
 void Playback::AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows) {
-    std::size_t nSlots = 0;
+    std::size_t nLevels = 0;
     for (const Layer::Cue& cue : cues) {
-        nSlots += cue.pSlots->size();
+        nLevels += cue.pLevels->size();
     }
-    m_nCells += cues.size() * std::min(nSlots, std::tuple_size_v<Levels>);
+    m_nCells += cues.size() * std::min(nLevels, std::tuple_size_v<Levels>);
     if (m_nCells > MostCells) {
         throw std::runtime_error("a show of so many levels cannot be played");
     }

@@ -26,7 +26,7 @@ struct Slot {
 
 /// What the lamps do in a scene. A channel stands in it once at most; in no order.
 struct Look {
-    std::vector<Slot> slots;
+    std::vector<Slot> levels;
     int submaster = 255;  ///< 0 to 255, over all of it
     double fade = 0;      ///< seconds, from 0 on
 };
@@ -34,7 +34,7 @@ struct Look {
 /// What they do in a program: one step after the other, and round again.
 struct Chase {
     struct Step {
-        std::vector<Slot> slots;
+        std::vector<Slot> levels;
         double fade = 0;  ///< seconds until it stands, from 0 on
         double hold = 0;  ///< seconds that it stands, from 0 on
     };
