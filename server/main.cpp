@@ -1,3 +1,5 @@
+#include "server/patchsheet.h"
+#include "server/playback.h"
 #include "server/rehearsalserver.h"
 
 #include <QCommandLineParser>
@@ -35,6 +37,7 @@ void AddOptions(QCommandLineParser& parser) {
     parser.addVersionOption();
     parser.addOptions({
         {"show", "Play the scenes and programs of this JSON file instead of the built-in show.", "file"},
+        {"check", "Say whether this show is good, print its patch sheet, and end.", "file"},
         {"serial", "Go by this serial instead of the show's.", "text"},
         {"address", "Listen on this address of the machine (default: all of them).", "address"},
         {"fall-back", "Listen on the fall-back port 8011 instead of 8093."},
@@ -84,6 +87,20 @@ void WriteLine(std::FILE* stream, const QString& sLine) {
     std::fflush(stream);
 }
 
+/// Complains by a std::runtime_error.
+void Check(const QString& sPath) {
+    const Show show = Show::Load(sPath);
+    const Playback playback(show);
+    WriteLine(stdout, QString("%1 is good: %2 scenes, %3 programs, %4 universes of lamps")
+                          .arg(sPath)
+                          .arg(show.scenes.size())
+                          .arg(show.programs.size())
+                          .arg(playback.Patched().count()));
+    for (const QString& sLine : PatchSheet(show)) {
+        WriteLine(stdout, sLine);
+    }
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -106,6 +123,10 @@ int main(int argc, char* argv[]) {
         parser.showVersion();
     }
     try {
+        if (parser.isSet("check")) {
+            Check(parser.value("check"));
+            return 0;
+        }
         const RehearsalServer::Options options = ReadOptions(parser);
         Show show = parser.isSet("show") ? Show::Load(parser.value("show")) : Show::BuiltIn();
         if (parser.isSet("serial")) {
