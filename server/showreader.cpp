@@ -280,8 +280,8 @@ private:
         const std::size_t nAll = nWidth * (nUnit < 0 ? static_cast<std::size_t>(fixture.count) : 1);
         if (given.size() != nWidth && given.size() != nAll) {
             Fail(Quoted(sName) + " takes " + std::to_string(nWidth) +
-                 (nAll == nWidth ? "" : " or " + std::to_string(nAll)) + " levels, not " +
-                 std::to_string(given.size()));
+                 (nAll == nWidth ? "" : " or " + std::to_string(nAll)) +
+                 (nAll > 1 ? " levels, not " : " level, not ") + std::to_string(given.size()));
         }
         const std::size_t first = Universes::At(fixture.universe, fixture.channel) +
                                   nWidth * static_cast<std::size_t>(std::max(nUnit, 0));

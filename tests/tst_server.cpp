@@ -113,7 +113,23 @@ private slots:
              }) {
             QVERIFY(file.resize(0) && file.seek(0) && file.write(pShow) >= 0 && file.flush());
             Refuses({"--show", file.fileName()}, file.fileName() + ": " + pComplaint);
+            Refuses({"--check", file.fileName()}, file.fileName() + ": " + pComplaint);
         }
+    }
+
+    void goodShow() {
+        QTemporaryFile file;
+        QVERIFY(file.open() &&
+                file.write("{\"fixtures\": [{\"name\": \"Par\", \"universe\": 2, \"channel\": 9, "
+                           "\"layout\": \"rgbw\", \"count\": 2}]}") > 0);
+        file.flush();
+        QProcess program;
+        program.start(SERVER_PROGRAM, {"--check", file.fileName()});
+        QVERIFY(program.waitForFinished(5000) && program.exitCode() == 0);
+        const QStringList lines = QString(program.readAllStandardOutput()).split('\n');
+        QCOMPARE(lines.size(), 5);
+        QVERIFY(lines[0].startsWith(file.fileName() + " is good"));
+        QCOMPARE(lines[3].simplified(), QString("2 13 16 rgbw Par 2"));
     }
 
     /// A server that waits for a pipe, or reads a disk, is none; what a file says must not work the terminal.
