@@ -272,6 +272,30 @@ private slots:
         }
     }
 
+    /// The built-in show lights something, whatever is pressed first, and all of it on universe 1.
+    void builtIn() {
+        const Show show = Show::BuiltIn();
+        const QStringList dark{"House out", "Blackbox"};
+        const auto isLit = [this, &show](void (Playback::*change)(int, bool, qint64), int nId) {
+            Playback playback(show);
+            for (const int nScene : {1, 9}) {
+                playback.SwitchScene(nScene, false, 0);
+            }
+            (playback.*change)(nId, true, 0);
+            playback.Render(*m_pHeld, 60000, m_levels);
+            return *std::max_element(m_levels.begin(), m_levels.begin() + Universes::Channels) > 0;
+        };
+        for (const Scene& scene : show.scenes) {
+            const QString sName = QString::fromStdString(scene.name);
+            QVERIFY2(isLit(&Playback::SwitchScene, scene.id) != dark.contains(sName), qPrintable(sName));
+        }
+        for (const Scene& program : show.programs) {
+            QVERIFY2(isLit(&Playback::SwitchProgram, program.id), program.name.c_str());
+        }
+        QCOMPARE(Playback(show).Patched().to_ulong(), 1UL);
+        QCOMPARE(m_pPlayback->Patched().to_ulong(), 5UL);
+    }
+
     /// However wildly scenes and programs are switched, nothing moves faster than its fade, and what all
     /// scenes of an area have in common does not move at all.
     void nothingJumps() {
