@@ -1,12 +1,16 @@
+#include "server/lampoutput.h"
 #include "server/patchsheet.h"
 #include "server/playback.h"
 #include "server/rehearsalserver.h"
+#include "server/terminationsignals.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QNetworkInterface>
 #include <QTime>
 
 #include <cstdio>
+#include <optional>
 #include <stdexcept>
 
 namespace {
@@ -49,6 +53,12 @@ void AddOptions(QCommandLineParser& parser) {
         {"drop", "Lose this share of all datagrams, in both directions.", "percent", "0"},
         {"duplicate", "Bring this share of all datagrams twice.", "percent", "0"},
         {"reorder", "Let this share of all datagrams be overtaken by others.", "percent", "0"},
+        {"sacn", "Light lamps: send the show's levels as streaming ACN (E1.31)."},
+        {"sacn-priority", "Of several sources the one with the highest priority is obeyed (default: 100).",
+         "0 to 200", "100"},
+        {"sacn-interface", "Send from this address of the machine (default: as the system routes it).",
+         "address"},
+        {"sacn-to", "Send to this receiver alone (default: by multicast to 239.255.0.1 and up).", "address"},
     });
 }
 
@@ -66,6 +76,42 @@ RehearsalServer::Options ReadOptions(const QCommandLineParser& parser) {
     options.dropPercent = Number(parser, "drop", 0, 100);
     options.duplicatePercent = Number(parser, "duplicate", 0, 100);
     options.reorderPercent = Number(parser, "reorder", 0, 100);
+    options.startReleasesColor = parser.isSet("sacn");
+    return options;
+}
+
+/// The IPv4 address that an option gives, null where it is left out; throws std::runtime_error with one line
+/// when it is not written out in four numbers.
+QHostAddress Address(const QCommandLineParser& parser, const QString& sOption) {
+    QHostAddress address(parser.value(sOption));
+    if (parser.isSet(sOption) && (address.protocol() != QAbstractSocket::IPv4Protocol ||
+                                  address.toString() != parser.value(sOption))) {
+        throw std::runtime_error(QString("--%1 takes an IPv4 address such as 192.168.1.20, not \"%2\"")
+                                     .arg(sOption, parser.value(sOption))
+                                     .toStdString());
+    }
+    return address;
+}
+
+SacnSender::Options ReadSacnOptions(const QCommandLineParser& parser) {
+    for (const char* pOption : {"sacn-priority", "sacn-interface", "sacn-to"}) {
+        if (parser.isSet(pOption) && !parser.isSet("sacn")) {
+            throw std::runtime_error(std::string("--") + pOption + " is of no use without --sacn");
+        }
+    }
+    SacnSender::Options options;
+    options.priority = Number(parser, "sacn-priority", 0, 200);
+    options.interface = Address(parser, "sacn-interface");
+    options.to = Address(parser, "sacn-to");
+    if (!options.interface.isNull() && !QNetworkInterface::allAddresses().contains(options.interface)) {
+        throw std::runtime_error("--sacn-interface: " + options.interface.toString().toStdString() +
+                                 " is no address of this machine");
+    }
+    const quint32 nFirst = options.to.toIPv4Address() >> 24U;
+    if (!options.to.isNull() && (nFirst == 0 || nFirst >= 224)) {
+        throw std::runtime_error("--sacn-to takes the address of one receiver, which " +
+                                 options.to.toString().toStdString() + " is not");
+    }
     return options;
 }
 
@@ -101,6 +147,47 @@ void Check(const QString& sPath) {
     }
 }
 
+/// Plays until the program is told to end, and returns its status. Complains of options and of the show by a
+/// std::runtime_error.
+int Serve(const QCommandLineParser& parser) {
+    const RehearsalServer::Options options = ReadOptions(parser);
+    const SacnSender::Options sacnOptions = ReadSacnOptions(parser);
+    Show show = parser.isSet("show") ? Show::Load(parser.value("show")) : Show::BuiltIn();
+    if (parser.isSet("serial")) {
+        show.serial = parser.value("serial").toStdString();
+    }
+    const auto log = [](const QString& sLine) {
+        WriteLine(stdout, QTime::currentTime().toString("HH:mm:ss.zzz ") + sLine);
+    };
+    RehearsalServer server(show, options, log);
+    std::optional<TerminationSignals> termination;
+    std::optional<LampOutput> lamps;
+    if (parser.isSet("sacn")) {
+        lamps.emplace(server, sacnOptions, log);
+    }
+    if (!server.Listen()) {
+        WriteLine(stderr, QString("corvane-server: cannot listen on %1 port %2: %3")
+                              .arg(options.address.toString())
+                              .arg(options.port)
+                              .arg(server.ErrorText()));
+        return 1;
+    }
+    WriteLine(stdout, QString("Serial %1 with %2 scenes and %3 programs listens on %4 port %5")
+                          .arg(QString::fromStdString(show.serial))
+                          .arg(show.scenes.size())
+                          .arg(show.programs.size())
+                          .arg(options.address.toString())
+                          .arg(options.port));
+    if (lamps) {
+        termination.emplace();
+        if (!lamps->Start()) {
+            WriteLine(stderr, "corvane-server: cannot send sACN: " + lamps->ErrorText());
+            return 1;
+        }
+    }
+    return QCoreApplication::exec();
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -127,28 +214,7 @@ int main(int argc, char* argv[]) {
             Check(parser.value("check"));
             return 0;
         }
-        const RehearsalServer::Options options = ReadOptions(parser);
-        Show show = parser.isSet("show") ? Show::Load(parser.value("show")) : Show::BuiltIn();
-        if (parser.isSet("serial")) {
-            show.serial = parser.value("serial").toStdString();
-        }
-        RehearsalServer server(show, options, [](const QString& sLine) {
-            WriteLine(stdout, QTime::currentTime().toString("HH:mm:ss.zzz ") + sLine);
-        });
-        if (!server.Listen()) {
-            WriteLine(stderr, QString("corvane-server: cannot listen on %1 port %2: %3")
-                                  .arg(options.address.toString())
-                                  .arg(options.port)
-                                  .arg(server.ErrorText()));
-            return 1;
-        }
-        WriteLine(stdout, QString("Serial %1 with %2 scenes and %3 programs listens on %4 port %5")
-                              .arg(QString::fromStdString(show.serial))
-                              .arg(show.scenes.size())
-                              .arg(show.programs.size())
-                              .arg(options.address.toString())
-                              .arg(options.port));
-        return QCoreApplication::exec();
+        return Serve(parser);
     } catch (const std::runtime_error& error) {
         WriteLine(stderr, QString("corvane-server: ") + error.what());
         return 2;

@@ -202,6 +202,7 @@ void RehearsalServer::Answer(int nType, const JSONNode& content, const Client& c
                                       .arg(m_color.w)
                                       .arg(OnOff(m_color.state)));
             TellOthers(client, messages::Color(m_color));
+            emit colorTaken(m_color);
             break;
         case MessageType::Command:
             TakeCommand(content, client);
@@ -284,7 +285,9 @@ void RehearsalServer::SwitchScene(const Scene& change, const Client& from) {
         }
     }
     pScene->state = change.state;
+    m_color.state = m_color.state && !(change.state && m_options.startReleasesColor);
     TellOthers(from, messages::Scene(pScene->id, pScene->area, pScene->state));
+    emit sceneSwitched(pScene->id, pScene->state);
 }
 
 void RehearsalServer::SwitchProgram(const Scene& change, const Client& from) {
@@ -294,7 +297,9 @@ void RehearsalServer::SwitchProgram(const Scene& change, const Client& from) {
         return;
     }
     pProgram->state = change.state;
+    m_color.state = m_color.state && !(change.state && m_options.startReleasesColor);
     TellOthers(from, messages::Program(pProgram->id, pProgram->state));
+    emit programSwitched(pProgram->id, pProgram->state);
 }
 
 void RehearsalServer::TakeCommand(const JSONNode& content, const Client& from) {
@@ -313,6 +318,7 @@ void RehearsalServer::TakeCommand(const JSONNode& content, const Client& from) {
                             .arg(flags.join(' '))
                             .arg(m_command.dim)
                             .arg(m_command.speed));
+    emit commandTaken(m_command);
     // Next and previous are done once they are taken.
     m_command.next = false;
     m_command.prev = false;
@@ -331,18 +337,21 @@ void RehearsalServer::TakeChannel(const JSONNode& content, const Client& from) {
     if (channel.chan == -1) {
         m_universes.SetAll(channel.univ, static_cast<unsigned char>(channel.level), channel.state);
         TellUniverse(from, channel.univ);
+        emit channelsTaken();
         return;
     }
     m_universes.Set(channel.univ, channel.chan, channel.level, channel.state);
     TellOthers(from, messages::Channel(channel));
     // A remote shows what the server holds, not what it asked for.
     Send(from, messages::Channel(channel));
+    emit channelsTaken();
 }
 
 void RehearsalServer::TakeUniverse(const JSONNode& content, const Client& from) {
     const int nUniverse = readInto(content, m_universes);
     m_log(from.Name() + QString(" universe %1").arg(nUniverse));
     TellUniverse(from, nUniverse);
+    emit channelsTaken();
 }
 
 void RehearsalServer::TakeRun(const JSONNode& content, const Client& from) {
@@ -365,6 +374,7 @@ void RehearsalServer::TakeRun(const JSONNode& content, const Client& from) {
         QString(" universe %1 color on %2 fixtures from channel %3").arg(nUniverse).arg(nCount).arg(nStart));
     m_universes.SetRun(nUniverse, nStart, nCount, color);
     TellUniverse(from, nUniverse);
+    emit channelsTaken();
 }
 
 void RehearsalServer::SendHeldUniverses(const Client& to) {

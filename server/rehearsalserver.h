@@ -42,6 +42,8 @@ public:
         int dropPercent = 0;       ///< loses
         int duplicatePercent = 0;  ///< brings twice
         int reorderPercent = 0;    ///< lets others overtake
+
+        bool startReleasesColor = false;  ///< a scene or program that starts switches the colour off
     };
     using Log = std::function<void(const QString&)>;
 
@@ -54,6 +56,17 @@ public:
     QString ErrorText() const;
 
     const Show& CurrentShow() const { return m_show; }
+    /// The channels that remotes hold.
+    const Universes& Held() const { return m_universes; }
+
+signals:
+    // What remotes have it do, for whoever lights lamps by it.
+    void sceneSwitched(int nId, bool bState);
+    void programSwitched(int nId, bool bState);
+    void colorTaken(const Color& color);
+    /// Next and previous are still set.
+    void commandTaken(const Command& command);
+    void channelsTaken();
 
 private:
     struct Client {

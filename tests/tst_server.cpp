@@ -92,6 +92,20 @@ private slots:
         Refuses({"--fragment", "60001"}, "60001");
         Refuses({"--address", "here"}, "here");
         Refuses({"--show", "/no/such/show.json"}, "/no/such/show.json: No such file");
+        Refuses({"--sacn-to", "127.0.0.1"}, "--sacn-to is of no use without --sacn");
+        for (const auto& [pOption, pValue, pComplaint] :
+             {std::tuple{"priority", "201", "--sacn-priority takes a whole number from 0 to 200"},
+              {"priority", "-1", "0 to 200, not \"-1\""},
+              {"interface", "lo", "takes an IPv4 address such as 192.168.1.20, not \"lo\""},
+              {"interface", "10.1", "not \"10.1\""},
+              {"interface", "", "not \"\""},
+              {"interface", "192.0.2.1", "192.0.2.1 is no address of this machine"},
+              {"interface", "0.0.0.0", "0.0.0.0 is no address of this machine"},
+              {"to", "::1", "takes an IPv4 address"},
+              {"to", "239.255.0.1", "takes the address of one receiver"},
+              {"to", "0.0.0.0", "takes the address of one receiver"}}) {
+            Refuses({"--sacn", QString("--sacn-%1=%2").arg(pOption, pValue)}, pComplaint);
+        }
     }
 
     void badShows() {

@@ -1,0 +1,64 @@
+#include "server/lampoutput.h"
+
+#include "server/rehearsalserver.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int FrameMs = 25;
+
+UniverseSet WithHeldChannels(const Universes& universes) {
+    UniverseSet held;
+    for (int i = 0; i < Universes::Count; ++i) {
+        const bool* const pStates = &universes.states.at(Universes::At(i, 0));
+        held[static_cast<std::size_t>(i)] =
+            std::find(pStates, pStates + Universes::Channels, true) != pStates + Universes::Channels;
+    }
+    return held;
+}
+
+}  // namespace
+
+LampOutput::LampOutput(const RehearsalServer& server, const SacnSender::Options& options, SacnSender::Log log)
+    : m_held(server.Held()),
+      m_playback(server.CurrentShow()),
+      m_sender(server.CurrentShow().serial, options, std::move(log)) {
+    m_clock.start();
+    connect(&server, &RehearsalServer::sceneSwitched, this, [this](int nId, bool bState) {
+        m_playback.SwitchScene(nId, bState, m_clock.elapsed());
+        m_bChanged = true;
+    });
+    connect(&server, &RehearsalServer::programSwitched, this, [this](int nId, bool bState) {
+        m_playback.SwitchProgram(nId, bState, m_clock.elapsed());
+        m_bChanged = true;
+    });
+    connect(&server, &RehearsalServer::colorTaken, this, [this](const Color& color) {
+        m_playback.Take(color);
+        m_bChanged = true;
+    });
+    connect(&server, &RehearsalServer::commandTaken, this, [this](const Command& command) {
+        m_playback.Take(command, m_clock.elapsed());
+        m_bChanged = true;
+    });
+    connect(&server, &RehearsalServer::channelsTaken, this, [this] { m_bChanged = true; });
+    connect(&m_timer, &QTimer::timeout, this, &LampOutput::SendFrame);
+}
+
+bool LampOutput::Start() {
+    m_timer.setTimerType(Qt::PreciseTimer);
+    m_timer.start(FrameMs);
+    return m_sender.Open();
+}
+
+void LampOutput::SendFrame() {
+    const qint64 nNowMs = m_clock.elapsed();
+    if (m_bChanged || m_playback.IsMoving(m_nRenderedMs)) {
+        m_playback.Render(m_held, nNowMs, m_levels);
+        m_used = m_playback.Patched() | WithHeldChannels(m_held);
+        m_nRenderedMs = nNowMs;
+        m_bChanged = false;
+    }
+    m_sender.Send(m_levels, m_used, nNowMs);
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "server/playback.h"
+#include "server/sacnsender.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+class RehearsalServer;
+
+/// Follows what a server is told and sends the levels that come of it, 40 frames a second.
+class LampOutput : public QObject {
+    Q_OBJECT
+
+public:
+    /// The server must outlive it.
+    LampOutput(const RehearsalServer& server, const SacnSender::Options& options, SacnSender::Log log);
+
+    /// Begins to send. False when there is no socket to send by; see ErrorText().
+    bool Start();
+    QString ErrorText() const { return m_sender.ErrorText(); }
+
+private:
+    void SendFrame();
+
+    const Universes& m_held;
+    QElapsedTimer m_clock;
+    Playback m_playback;
+    SacnSender m_sender;
+    QTimer m_timer;
+    Levels m_levels{};
+    UniverseSet m_used;
+    qint64 m_nRenderedMs = 0;
+    bool m_bChanged = true;  ///< something was switched, taken, held or released since then
+};
