@@ -18,20 +18,22 @@ step() {
     rm -f "$log"
 }
 
+# packages [rig]: what everyone needs, or what tests/rig needs.
 packages() {
-    grep -vE '^\s*(#|$)' packages.txt
+    sed "/^# the rig/,\$${1:+!}d" packages.txt | grep -vE '^\s*(#|$)'
 }
 
 missing_packages() {
     local package
-    for package in $(packages); do
+    for package in $(packages "$@"); do
         dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || echo "$package"
     done
 }
 
+# install_packages [rig]
 install_packages() {
-    local missing sudo=()
-    mapfile -t missing < <(missing_packages)
+    local missing sudo=() policy=/usr/sbin/policy-rc.d
+    mapfile -t missing < <(missing_packages "$@")
     [ ${#missing[@]} -gt 0 ] || return 0
     command -v apt-get >/dev/null || fail "this is not Debian; please install: ${missing[*]}"
     if [ "$(id -u)" -ne 0 ]; then
@@ -40,6 +42,12 @@ install_packages() {
     fi
     echo "Installing ${missing[*]}"
     step "updating the package lists" "${sudo[@]}" apt-get update
+    # ola would start its daemon, which takes over every interface that it finds.
+    if [ "${1:-}" = rig ] && [ ! -e $policy ]; then
+        printf '#!/bin/sh\nexit 101\n' | "${sudo[@]}" install -m 755 /dev/stdin $policy
+        # shellcheck disable=SC2064  # as it is now
+        trap "${sudo[*]} rm $policy" EXIT
+    fi
     step "installing packages" "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive \
         apt-get install -y --no-install-recommends "${missing[@]}"
 }
