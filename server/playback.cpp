@@ -178,9 +178,7 @@ void Playback::Take(const Command& command, qint64 nNowMs) {
     const double rate = std::exp2((std::clamp(command.speed, 0, 100) - WrittenSpeed) / SpeedStep);
     for (const auto& [nId, layer] : m_programs) {
         m_layers[layer].SetRate(rate, nNowMs);
-        if (command.hold != m_command.hold) {
-            m_layers[layer].Pause(command.hold, nNowMs);
-        }
+        m_layers[layer].Pause(command.hold, nNowMs);
     }
     m_command = command;
     StepPrograms((command.next ? 1 : 0) - (command.prev ? 1 : 0), nNowMs);

@@ -44,7 +44,7 @@ class TestPlayback : public QObject {
                                       { 'levels': { 'Dim 4': [30] } } ] },
                 { 'id': 3, 'steps': [ { 'fade': 1, 'hold': 1, 'levels': { 'Head 1': [0, 0] } },
                                       { 'fade': 1, 'hold': 1, 'levels': { 'Head 1': [100, 0] } } ] },
-                { 'id': 4, 'steps': [ { 'hold': 0.5, 'levels': { 'Dim 1': [10] } },
+                { 'id': 4, 'steps': [ { 'hold': 0.5, 'levels': { 'Dim 1': [10], 'Head 2': [77, 0] } },
                                       { 'levels': { 'Dim 2': [20] } },
                                       { 'hold': 0.5, 'levels': { 'Dim 3': [30] } } ] } ],
             'fixtures': [
@@ -52,6 +52,7 @@ class TestPlayback : public QObject {
                 { 'name': 'Spot', 'universe': 1, 'channel': 11, 'layout': 'irgbw' },
                 { 'name': 'Head', 'universe': 1, 'channel': 21, 'layout': 'xi', 'count': 2 },
                 { 'name': 'Dim', 'universe': 1, 'channel': 31, 'layout': 'i', 'count': 4 },
+                { 'name': 'Flood', 'universe': 1, 'channel': 51, 'layout': 'iw' },
                 { 'name': 'Fog', 'universe': 3, 'channel': 512, 'layout': 'x' } ] })")
                                    .replace('\'', '"'));
     }
@@ -164,12 +165,16 @@ private slots:
                  {"back to a program",
                   "p3+ 3000 21=100 s7+ 4000 21=150 5000 21=200 s7- 6000 21=100 7000 "
                   "21=100 8500 21=50"},
+                 {"latest of three", "s7+ 2000 s6+ 3000 p3+ 4000 21=0 p3- 5000 21=100"},
+                 {"gives back at its speed",
+                  "s7+ 2000 speed=75 p3+ 2500 21=0 2700 p3- 2950 21=100 3200 21=200"},
+                 {"next takes nothing", "p3+ 500 s7+ 2500 21=200 next 9000 21=200"},
                  {"submaster", "s5+ 11=100,100 1=100 21=60,125"},
                  {"dimmer",
                   "s5+ dim=50 11=50,100 1=50 21=60,63 dim=0 11=0,100 1=0 dim=-5 1=0 dim=1000 1=100"},
                  {"colour",
-                  "s8+ 11=0,1,2,3,4 rgb=9,8,7 1=9,8,7,40,9,8,7,40 11=255,9,8,7,4 31=0 22=0 "
-                  "rgbw=9,8,7,6 1=9,8,7,6 11=255,9,8,7,6 dim=50 1=5 11=128,9 rgb dim=100 "
+                  "s8+ 11=0,1,2,3,4 rgb=9,8,7 1=9,8,7,40,9,8,7,40 11=255,9,8,7,4 31=0 22=0 51=0,0 "
+                  "rgbw=9,8,7,6 1=9,8,7,6 11=255,9,8,7,6 51=255,6 dim=50 1=5 11=128,9 rgb dim=100 "
                   "1=10,20,30,40 11=0,1,2,3,4"},
                  {"colour released", "rgb=9,8,7 s1- 1=9 s1+ 1=0 rgb=9,8,7 p1- 1=9 p1+ 1=0"},
                  {"colour out of range", "rgb=999,-9,256 1=255,0,255"},
@@ -188,7 +193,8 @@ private slots:
                  {"program of no time",
                   "p2+ 34=10 still 9000 34=10 next 34=20 next next 34=10 prev 34=30 "
                   "hold=1 prev 34=20 hold=0 34=20 p2- 34=0"},
-                 {"program with one step of no time", "p4+ 31=10 499 31=10,0,0 500 31=0,0,30 1000 31=10,0,0"},
+                 {"program with one step of no time",
+                  "p4+ 31=10 499 31=10,0,0 500 31=0,0,30 23=77 1000 31=10,0,0"},
                  {"pause",
                   "p1+ 500 s4+ hold=1 still 32=0 9000 34=50 s4- 31=50 s1+ moving 9500 32=50 s3+ "
                   "hold=0 moving 9750 31=75"},
@@ -199,8 +205,8 @@ private slots:
                  {"next", "p1+ 1500 next 31=100,0 2000 31=50,50 3499 31=0,100 4000 31=50,50"},
                  {"next half-way", "p1+ 500 next 31=50,0 1000 31=25,50 1500 31=0,100"},
                  {"next while paused",
-                  "p1+ 1500 hold=1 next moving 2000 31=50,50 9000 31=0,100 still next 9500 "
-                  "31=50,50 10000 31=100,0 hold=0 10999 31=100,0 11500 31=50,50"},
+                  "p1+ 1500 hold=1 next moving 2000 31=50,50 9000 31=0,100 still next 9500 31=50,50 "
+                  "12000 31=100,0 hold=0 12999 31=100,0 13500 31=50,50"},
                  {"on while next fades",
                   "p1+ 1500 hold=1 next 2000 hold=0 31=50,50 3499 31=0,100 4000 31=50,50"},
                  {"previous", "p1+ 1500 prev 2000 31=50,50 2500 31=0,100 prev 3000 31=50,50"},
