@@ -3,6 +3,7 @@
 #include <QNetworkDatagram>
 #include <QNetworkInterface>
 #include <QProcess>
+#include <QTemporaryFile>
 #include <QUdpSocket>
 #include <QtTest>
 
@@ -164,12 +165,14 @@ private slots:
     /// The program: a remote's held channel goes to the lamps, and every way to end it is told to receivers.
     /// The source stays the same from start to start, and is another one for another serial.
     void program() {
+        QTemporaryFile show;  // without lamps
+        QVERIFY(show.open() && show.write("{}") > 0 && show.flush());
         QByteArrayList sources;
         for (const auto& [nSignal, pSerial] :
              {std::pair{SIGTERM, "0042"}, {SIGINT, "0042"}, {SIGHUP, "0043"}}) {
             QProcess program;
             program.start(SERVER_PROGRAM, {"--sacn", "--sacn-interface", "127.0.0.1", "--sacn-priority", "33",
-                                           "--serial", pSerial});
+                                           "--serial", pSerial, "--show", show.fileName()});
             QVERIFY(program.waitForReadyRead());
             QUdpSocket remote;
             remote.writeDatagram(R"({"typ":12,"content":{"chan":0,"univ":31,"level":77,"s":true}})",
