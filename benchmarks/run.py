@@ -16,6 +16,7 @@ import sys
 import tempfile
 import time
 
+import lamps
 from xclient import XClient
 
 PAIRS = 15
@@ -180,8 +181,8 @@ class Bench:
         time.sleep(0.02)
         self.blank = self.x.pixel(30, 300)
 
-    def start_server(self, entries=0):
-        command = [f"{self.build}/corvane-server"]
+    def start_server(self, *options, entries=0):
+        command = [f"{self.build}/corvane-server", *options]
         if entries:
             show = f"{self.room}/show.json"
             with open(show, "w", encoding="ascii") as file:
@@ -218,7 +219,7 @@ class Bench:
                     time.sleep(3)
                     resident.append((plain.memory()[0], ours.memory()[0]))
                     anonymous.append((lean.memory()[1], ours.memory()[1]))
-        with self.start_server(1000):
+        with self.start_server(entries=1000):
             for _ in range(3):
                 self.bare_screen()
                 with self.start_remote() as ours:
@@ -352,14 +353,15 @@ class Bench:
     # Flood
 
     @staticmethod
-    def flood(rate, seconds):
-        """A process that sends the remote channel messages of 200 bytes: so many a second, or flat out (0)."""
+    def flood(rate, seconds, port=LOCAL_PORT):
+        """A process that sends the remote, or another port, channel messages of 200 bytes: so many a second, or flat
+        out (0)."""
         child = os.fork()
         if child:
             return child
         text = json.dumps({"typ": 12, "content": {"univ": 1, "chan": 5, "level": 7, "s": True}}).ljust(200).encode()
         sender = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
-        sender.connect(("127.0.0.1", LOCAL_PORT))
+        sender.connect(("127.0.0.1", port))
         begin = time.monotonic()
         sent = 0
         while (passed := time.monotonic() - begin) < seconds:
@@ -413,6 +415,9 @@ class Bench:
         self.table.most("Flat out: worst gap between ticks", gap * MS, 75, "ms")
         self.table.most("Flat out: worst of 50 clicks to wire", worst * MS, 100, "ms")
 
+    def lamps(self):
+        lamps.measure(self)
+
     # In the process
 
     def inprocess(self):
@@ -455,7 +460,7 @@ class Bench:
             self.table.most("Clean release build of everything", float(file.read()), 180, "s")
 
 
-PARTS = ("start", "memory", "soak", "idle", "clicks", "dragging", "floods", "inprocess", "binary")
+PARTS = ("start", "memory", "soak", "idle", "clicks", "dragging", "floods", "lamps", "inprocess", "binary")
 
 
 def main():
