@@ -55,6 +55,9 @@ public:
     bool Listen();
     QString ErrorText() const;
 
+    /// Takes one datagram, which may hold anything, and answers its sender.
+    void ReadMessage(const QByteArray& datagram, const QHostAddress& address, quint16 port);
+
     const Show& CurrentShow() const { return m_show; }
     /// The channels that remotes hold.
     const Universes& Held() const { return m_universes; }
@@ -83,7 +86,6 @@ private:
     /// Lets the network do its worst with a datagram of `nBytes` before `deliver` gets it: not at all, once
     /// or twice, now or `nDelayMs` and more later.
     void Carry(int nDelayMs, qint64 nBytes, const std::function<void()>& deliver);
-    void ReadMessage(const QByteArray& datagram, const QHostAddress& address, quint16 port);
     void LogNoise(const QString& sLine);
     void Answer(int nType, const JSONNode& content, const Client& client);
     /// Gives a client a long answer as soon as it may have one; `nAnswer` is the type of its question or,
