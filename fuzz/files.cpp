@@ -1,7 +1,7 @@
 // Feeds bytes to the readers of the settings file and of the rehearsal server's show file. What the settings
 // keep of them must survive being written and read again, but for the texts that are known not to.
 
-#include "server/show.h"
+#include "server/playback.h"
 #include "settings/cinifile.h"
 
 #include <QCoreApplication>
@@ -33,7 +33,9 @@ QString WriteInput(const uint8_t* pData, size_t nSize) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     const QString sPath = WriteInput(pData, nSize);
     try {
-        Show::Load(sPath);
+        static Levels levels;
+        static const Universes held;
+        Playback(Show::Load(sPath)).Render(held, 1000, levels);
     } catch (const std::runtime_error&) {
         // a clear refusal
     }

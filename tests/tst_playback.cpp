@@ -1,3 +1,4 @@
+#include "server/patchsheet.h"
 #include "server/playback.h"
 #include "server/showreader.h"
 
@@ -275,6 +276,20 @@ private slots:
             const QString sPlace = *pComplaint == '\0' ? "" : "rig: line ";
             QVERIFY2(*pComplaint == '\0' ? sSaid.isEmpty() : sSaid.startsWith(sPlace + pComplaint),
                      qPrintable(member + ": " + sSaid));
+        }
+    }
+
+    /// The rig of docs/lamps.md is one, and its patch sheet is the one shown there.
+    void documentedRig() {
+        QFile file(DOCS_FOLDER "/lamps.md");
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString sText = file.readAll();
+        const QString sShow = sText.section("```json show\n", 1).section("\n```", 0, 0);
+        const Show show = ReadShow("lamps.md", sShow.toUtf8());
+        QVERIFY(sText.contains("    " + PatchSheet(show).join("\n    ") + "\n"));
+        m_pPlayback = std::make_unique<Playback>(show);
+        for (const char* pWord : {"s1+", "1500", "1=128,70,10,60"}) {
+            QCOMPARE(Obey(pWord), QString());
         }
     }
 
