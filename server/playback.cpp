@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <stdexcept>
 
 namespace {
@@ -236,7 +237,12 @@ void Playback::Render(const Universes& held, qint64 nNowMs, Levels& levels) cons
     for (const Latest& channel : m_latest) {
         levels[channel.at] = static_cast<unsigned char>(LevelOf(channel, positions, nNowMs) + 0.5F);
     }
-    for (std::size_t at = 0; at < levels.size(); ++at) {
-        levels[at] = held.states[at] ? held.levels[at] : levels[at];
+    for (std::size_t begin = 0; begin < levels.size(); begin += Universes::Channels) {
+        if (std::memchr(&held.states[begin], 1, Universes::Channels) == nullptr) {
+            continue;  // as most universes at most times
+        }
+        for (std::size_t at = begin; at < begin + Universes::Channels; ++at) {
+            levels[at] = held.states[at] ? held.levels[at] : levels[at];
+        }
     }
 }
