@@ -8,6 +8,8 @@
 namespace {
 
 constexpr int FrameMs = 25;
+/// While nothing moves and nothing is due.
+constexpr int StillMs = 1000;
 
 UniverseSet WithHeldChannels(const Universes& universes) {
     UniverseSet held;
@@ -28,21 +30,21 @@ LampOutput::LampOutput(const RehearsalServer& server, const SacnSender::Options&
     m_clock.start();
     connect(&server, &RehearsalServer::sceneSwitched, this, [this](int nId, bool bState) {
         m_playback.SwitchScene(nId, bState, m_clock.elapsed());
-        m_bChanged = true;
+        SendSoon();
     });
     connect(&server, &RehearsalServer::programSwitched, this, [this](int nId, bool bState) {
         m_playback.SwitchProgram(nId, bState, m_clock.elapsed());
-        m_bChanged = true;
+        SendSoon();
     });
     connect(&server, &RehearsalServer::colorTaken, this, [this](const Color& color) {
         m_playback.Take(color);
-        m_bChanged = true;
+        SendSoon();
     });
     connect(&server, &RehearsalServer::commandTaken, this, [this](const Command& command) {
         m_playback.Take(command, m_clock.elapsed());
-        m_bChanged = true;
+        SendSoon();
     });
-    connect(&server, &RehearsalServer::channelsTaken, this, [this] { m_bChanged = true; });
+    connect(&server, &RehearsalServer::channelsTaken, this, &LampOutput::SendSoon);
     connect(&m_timer, &QTimer::timeout, this, &LampOutput::SendFrame);
 }
 
@@ -52,13 +54,26 @@ bool LampOutput::Start() {
     return m_sender.Open();
 }
 
+/// At once, unless the last frame has only just left.
+void LampOutput::SendSoon() {
+    if (!m_bChanged) {
+        m_bChanged = true;
+        m_timer.start(static_cast<int>(std::max<qint64>(0, m_nFrameMs + FrameMs - m_clock.elapsed())));
+    }
+}
+
 void LampOutput::SendFrame() {
     const qint64 nNowMs = m_clock.elapsed();
-    if (m_bChanged || m_playback.IsMoving(m_nRenderedMs)) {
+    if (m_bChanged || m_playback.IsMoving(m_nFrameMs)) {
         m_playback.Render(m_held, nNowMs, m_levels);
         m_used = m_playback.Patched() | WithHeldChannels(m_held);
-        m_nRenderedMs = nNowMs;
         m_bChanged = false;
     }
+    m_nFrameMs = nNowMs;
     m_sender.Send(m_levels, m_used, nNowMs);
+    const qint64 nWaitMs = m_playback.IsMoving(nNowMs) ? FrameMs : m_sender.DueMs() - nNowMs;
+    const int nNextMs = static_cast<int>(qBound<qint64>(FrameMs, nWaitMs, StillMs));
+    if (nNextMs != m_timer.interval()) {
+        m_timer.start(nNextMs);
+    }
 }

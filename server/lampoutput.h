@@ -9,7 +9,8 @@
 
 class RehearsalServer;
 
-/// Follows what a server is told and sends the levels that come of it, 40 frames a second.
+/// Follows what a server is told and sends the levels that come of it: 40 frames a second while something
+/// moves, a frame at once when something changes that stood still.
 class LampOutput : public QObject {
     Q_OBJECT
 
@@ -22,6 +23,7 @@ public:
     QString ErrorText() const { return m_sender.ErrorText(); }
 
 private:
+    void SendSoon();
     void SendFrame();
 
     const Universes& m_held;
@@ -31,6 +33,6 @@ private:
     QTimer m_timer;
     Levels m_levels{};
     UniverseSet m_used;
-    qint64 m_nRenderedMs = 0;
-    bool m_bChanged = true;  ///< something was switched, taken, held or released since then
+    qint64 m_nFrameMs = 0;   ///< when the last one left
+    bool m_bChanged = true;  ///< something was switched, taken, held or released since
 };

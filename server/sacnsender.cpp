@@ -7,6 +7,7 @@
 #include <arpa/inet.h>
 #include <cerrno>
 #include <cstring>
+#include <limits>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -116,6 +117,15 @@ void SacnSender::Send(const Levels& levels, const UniverseSet& used, qint64 nNow
     TellFailure(nNowMs);
 }
 
+qint64 SacnSender::DueMs() const {
+    qint64 nDueMs =
+        m_options.to.isNull() && m_running.any() ? m_nDiscoveryMs : std::numeric_limits<qint64>::max();
+    for (std::size_t i = 0; i < m_streams.size(); ++i) {
+        nDueMs = m_running[i] ? std::min(nDueMs, m_streams[i].dueMs) : nDueMs;
+    }
+    return nDueMs;
+}
+
 void SacnSender::SendStream(int iUniverse, const unsigned char* pLevels, bool bNew, qint64 nNowMs) {
     Stream& stream = m_streams[static_cast<std::size_t>(iUniverse)];
     if (!bNew && nNowMs < stream.dueMs &&
@@ -171,7 +181,10 @@ void SacnSender::TellFailure(qint64 nNowMs) {
         m_bTold = false;
     }
     if (m_nFailure != 0 && (!m_nLastToldMs || nNowMs - *m_nLastToldMs >= TellMs)) {
-        m_log(QString("sACN: cannot send: %1; goes on trying").arg(std::strerror(m_nFailure)));
+        const bool bNoRoute = m_nFailure == ENETUNREACH && m_options.interface.isNull();
+        m_log(QString("sACN: cannot send: %1%2; goes on trying")
+                  .arg(std::strerror(m_nFailure),
+                       bNoRoute ? " (--sacn-interface chooses a network without a route)" : ""));
         m_bTold = true;
         m_nLastToldMs = nNowMs;
     }

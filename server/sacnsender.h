@@ -38,6 +38,8 @@ public:
     /// One frame: sends each of the `used` universes that is new, has changed or was last sent a while ago,
     /// and ends the streams of all others. What cannot be sent is due again with the next frame.
     void Send(const Levels& levels, const UniverseSet& used, qint64 nNowMs);
+    /// When something is to be sent though nothing has changed.
+    qint64 DueMs() const;
 
 private:
     bool OpenSocket();
