@@ -13,7 +13,7 @@ namespace {
 RehearsalServer::Options LoseAllAnswers() {
     RehearsalServer::Options options;
     options.dropPercent = 100;
-    options.startReleasesColor = true;
+    options.lightsLamps = true;
     return options;
 }
 

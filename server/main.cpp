@@ -76,7 +76,7 @@ RehearsalServer::Options ReadOptions(const QCommandLineParser& parser) {
     options.dropPercent = Number(parser, "drop", 0, 100);
     options.duplicatePercent = Number(parser, "duplicate", 0, 100);
     options.reorderPercent = Number(parser, "reorder", 0, 100);
-    options.startReleasesColor = parser.isSet("sacn");
+    options.lightsLamps = parser.isSet("sacn");
     return options;
 }
 

@@ -87,15 +87,16 @@ void Playback::AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows) {
 
 void Playback::FindLatest() {
     std::vector<std::size_t> known(std::tuple_size_v<Levels>, m_latest.max_size());
-    m_latestOf.resize(m_layers.size());
+    m_uses.resize(m_layers.size());
     for (std::size_t layer = 0; layer < m_layers.size(); ++layer) {
         for (const std::size_t at : m_layers[layer].Others()) {
             if (known[at] == m_latest.max_size()) {
                 known[at] = m_latest.size();
                 m_latest.emplace_back().at = at;
             }
-            m_latest[known[at]].users.push_back({layer, m_latestOf[layer].size()});
-            m_latestOf[layer].push_back(known[at]);
+            std::vector<User>& users = m_latest[known[at]].users;
+            users.push_back({layer, m_uses[layer].size()});
+            m_uses[layer].push_back({known[at], static_cast<int>(users.size()) - 1});
         }
     }
 }
@@ -126,8 +127,8 @@ void Playback::SwitchProgram(int nId, bool bOn, qint64 nNowMs) {
 void Playback::Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs) {
     const Positions before = PositionsAt(nNowMs);
     std::vector<float> shown;
-    for (const std::size_t iLatest : m_latestOf[layer]) {
-        shown.push_back(LevelOf(m_latest[iLatest], before, nNowMs));
+    for (const Use& use : m_uses[layer]) {
+        shown.push_back(LevelOf(m_latest[use.latest], before, nNowMs));
     }
     double fade = m_layers[layer].FadeMs(nNowMs);
     if (iCue < 0) {
@@ -138,9 +139,9 @@ void Playback::Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs) {
         m_started[layer] = bStarts ? ++m_nStarts : m_started[layer];
     }
     for (std::size_t iOther = 0; iOther < shown.size(); ++iOther) {
-        Latest& channel = m_latest[m_latestOf[layer][iOther]];
-        const int iUser = UserOf(channel, layer);
-        const bool bHas = Has(channel.users[static_cast<std::size_t>(iUser)]);
+        const auto& [iLatest, iUser] = m_uses[layer][iOther];
+        Latest& channel = m_latest[iLatest];
+        const bool bHas = Has({layer, iOther});
         if (channel.iOwner == iUser || (bHas && bStarts)) {
             channel.from = shown[iOther];
             channel.iOwner = bHas ? iUser : LastStarted(channel);
@@ -149,12 +150,6 @@ void Playback::Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs) {
             channel.fade = fade;
         }
     }
-}
-
-int Playback::UserOf(const Latest& channel, std::size_t layer) const {
-    const auto user = std::find_if(channel.users.begin(), channel.users.end(),
-                                   [layer](const User& other) { return other.layer == layer; });
-    return static_cast<int>(user - channel.users.begin());
 }
 
 int Playback::LastStarted(const Latest& channel) const {

@@ -60,6 +60,11 @@ private:
         qint64 start = 0;
         double fade = 0;
     };
+    /// The other way round.
+    struct Use {
+        std::size_t latest = 0;
+        int user = 0;
+    };
     using Positions = std::vector<Layer::Position>;
 
     void AddScenes(const Show& show);
@@ -68,7 +73,6 @@ private:
     void AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows);
     /// Sends a layer to a cue, -1 to nothing. `bStarts`: it comes to be the last started.
     void Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs);
-    int UserOf(const Latest& channel, std::size_t layer) const;
     /// Which user of a channel runs, has a level for it, and was started last; -1 is none.
     int LastStarted(const Latest& channel) const;
     bool Has(const User& user) const;
@@ -81,9 +85,9 @@ private:
     std::vector<Layer> m_layers;     ///< of the areas, then of the programs
     std::vector<quint64> m_started;  ///< for each layer the number of its last start
     std::vector<Latest> m_latest;
-    std::vector<std::vector<std::size_t>> m_latestOf;  ///< for each layer's Others(), where they are
-    std::map<int, Place> m_scenes;                     ///< by id
-    std::map<int, std::size_t> m_programs;             ///< the layer, by id
+    std::vector<std::vector<Use>> m_uses;   ///< for each layer those of its Others()
+    std::map<int, Place> m_scenes;          ///< by id
+    std::map<int, std::size_t> m_programs;  ///< the layer, by id
     std::size_t m_nCells = 0;
     quint64 m_nStarts = 0;
     Color m_color;

@@ -37,6 +37,11 @@ Scene* Find(std::vector<Scene>& entries, int nId) {
     return entry != entries.end() ? &*entry : nullptr;
 }
 
+bool HasWhite(const Show& show) {
+    return std::any_of(show.fixtures.begin(), show.fixtures.end(),
+                       [](const Fixture& fixture) { return fixture.layout.find('w') != std::string::npos; });
+}
+
 bool Happens(int nPercent) {
     return QRandomGenerator::global()->bounded(100) < nPercent;
 }
@@ -56,6 +61,7 @@ RehearsalServer::RehearsalServer(Show show, const Options& options, Log log, QOb
       m_pBroadcasts(new QUdpSocket(this)),
       m_datagram(MaxDatagram, Qt::Uninitialized),
       m_quota(2 * options.maxClients) {  // some may have just left
+    m_color.rgbw = m_options.lightsLamps && HasWhite(m_show);
     for (QUdpSocket* pSocket : {m_pSocket, m_pBroadcasts}) {
         connect(pSocket, &QUdpSocket::readyRead, this, [this, pSocket] { ReadPackets(*pSocket); });
     }
@@ -285,7 +291,7 @@ void RehearsalServer::SwitchScene(const Scene& change, const Client& from) {
         }
     }
     pScene->state = change.state;
-    m_color.state = m_color.state && !(change.state && m_options.startReleasesColor);
+    m_color.state = m_color.state && !(change.state && m_options.lightsLamps);
     TellOthers(from, messages::Scene(pScene->id, pScene->area, pScene->state));
     emit sceneSwitched(pScene->id, pScene->state);
 }
@@ -297,7 +303,7 @@ void RehearsalServer::SwitchProgram(const Scene& change, const Client& from) {
         return;
     }
     pProgram->state = change.state;
-    m_color.state = m_color.state && !(change.state && m_options.startReleasesColor);
+    m_color.state = m_color.state && !(change.state && m_options.lightsLamps);
     TellOthers(from, messages::Program(pProgram->id, pProgram->state));
     emit programSwitched(pProgram->id, pProgram->state);
 }

@@ -43,7 +43,9 @@ public:
         int duplicatePercent = 0;  ///< brings twice
         int reorderPercent = 0;    ///< lets others overtake
 
-        bool startReleasesColor = false;  ///< a scene or program that starts switches the colour off
+        /// Its colour is seen: it has white where a fixture has, and a scene or program that starts releases
+        /// it.
+        bool lightsLamps = false;
     };
     using Log = std::function<void(const QString&)>;
 

@@ -317,6 +317,13 @@ private slots:
         QCOMPARE(m_pPlayback->Patched().to_ulong(), 5UL);
     }
 
+    void tooLarge() {
+        Show show = Rig();
+        show.chases[1].steps.resize(10000);
+        show.chases[1].steps[0].levels.resize(16384);
+        QVERIFY_EXCEPTION_THROWN(Playback{show}, std::runtime_error);
+    }
+
     /// However wildly scenes and programs are switched, nothing moves faster than its fade, and what all
     /// scenes of an area have in common does not move at all.
     void nothingJumps() {
