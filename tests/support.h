@@ -1,10 +1,16 @@
 #pragma once
 
+#include "widgets/cscenelist.h"
+
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
-#include <QMouseEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QPicture>
+#include <QScreen>
 #include <QTimer>
+#include <QtTest>
 
 /// Does something with the next modal window of a kind, as soon as it is open.
 template <typename Dialog, typename Act>
@@ -32,4 +38,61 @@ inline void ChooseInterface(const QString& sEntry = "Auto") {
 inline void Mouse(QWidget* pWidget, QEvent::Type type, const QPoint& at) {
     QMouseEvent event(type, at, pWidget->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, {});
     QCoreApplication::sendEvent(pWidget, &event);
+}
+
+inline void Click(QWidget* pWidget, const QPoint& at) {
+    QTest::mouseClick(pWidget, Qt::LeftButton, {}, at);
+}
+
+inline void ClickTile(CSceneList* pList, int iTile) {
+    Click(pList, pList->Items()[iTile].rect.center());
+}
+
+/// The ids of the tiles that are shown as running.
+inline QString Running(const CSceneList* pList) {
+    QStringList ids;
+    for (const auto& item : pList->Items()) {
+        ids += item.state ? QStringList(QString::number(item.id)) : QStringList();
+    }
+    return ids.join(' ');
+}
+
+/// Opens the context menu of a tile and triggers an entry of it, or one of that entry's submenu.
+inline void UseMenu(CSceneList* pList, int iTile, int iEntry, int iSubEntry = -1) {
+    QTimer::singleShot(20, [=] {
+        auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QAction* pAction = pMenu->actions()[iEntry];
+        pAction = iSubEntry < 0 ? pAction : pAction->menu()->actions()[iSubEntry];
+        pMenu->close();
+        pAction->trigger();
+    });
+    QTest::mouseClick(pList, Qt::RightButton, {}, pList->Items()[iTile].rect.center());
+}
+
+/// Whether what is on the screen is what a window would paint now: grab() paints anew, the screen does not.
+inline bool IsUpToDate(QWidget* pWindow) {
+    const QImage screen = pWindow->screen()->grabWindow(pWindow->winId()).toImage();
+    return screen == pWindow->grab().toImage().convertToFormat(screen.format());
+}
+
+/// The area in which two pictures differ.
+inline QRect ChangedArea(const QImage& before, const QImage& after) {
+    QRect area;
+    for (int i = 0; i < before.width() * before.height(); ++i) {
+        const QPoint at(i % before.width(), i / before.width());
+        area |= before.pixel(at) == after.pixel(at) ? QRect() : QRect(at, QSize(1, 1));
+    }
+    return area;
+}
+
+/// Whether a widget paints exactly this text somewhere.
+inline bool Paints(QWidget* pWidget, const QString& sText) {
+    QPicture picture;
+    QPainter painter(&picture);
+    pWidget->render(&painter);
+    painter.end();
+    QByteArray text;
+    QDataStream stream(&text, QIODevice::WriteOnly);
+    stream << sText;
+    return QByteArray::fromRawData(picture.data(), static_cast<int>(picture.size())).contains(text);
 }

@@ -73,16 +73,6 @@ private slots:
         }
     }
 
-    void whiteLevels() {
-        QString sLevels;
-        for (const QRgb rgb : {0xFFFFFFU, 0x00FF00U, 0xFF8080U, 0xC86432U}) {
-            for (const auto mode : {wcmLinear, wcmLinearToo, wcmThreshold, wcmExponential}) {
-                sLevels += QString(" %1").arg(GetWValue(QColor(rgb), mode));
-            }
-        }
-        QCOMPARE(sLevels, QString(" 255 255 255 255 0 0 0 0 128 128 1 12 50 50 0 2"));
-    }
-
     /// The picture under the pointer is what a click sends.
     void wheelPicture() {
         for (const int nScale : {1, 2}) {
@@ -186,17 +176,6 @@ private slots:
         QCOMPARE(Told(), QString("press, press, state 0, press, color 255 255 255 0"));
     }
 
-    void nothingOutdatedStaysOnTheScreen() {
-        for (const QPoint at : {QPoint(300, 210), QPoint(210, 300)}) {
-            Click(Wheel(), {at});
-            QTest::qWait(20);
-            const QImage whole = m_pPage->grab().toImage();
-            QCOMPARE(whole.pixelColor(Wheel()->pos() + QPoint(378, 40)), Wheel()->GetColor());
-            const auto screen = [this] { return m_pPage->screen()->grabWindow(m_pPage->winId()).toImage(); };
-            QTRY_VERIFY(screen() == whole.convertToFormat(screen().format()));
-        }
-    }
-
     /// In one mode the white control dims the colour, in the other it is a channel of its own.
     void whiteModes() {
         for (const bool bRgbw : {false, true}) {
@@ -230,21 +209,6 @@ private slots:
         m_pPage->ReleaseCommands();
         m_pPage->ReleaseCommands();
         QCOMPARE(Told(), QString("state 0"));
-    }
-
-    void modes() {
-        Click(Wheel(), {{9, 374}, {10, 373}, {70, 408}, {348, 374}, {409, 408}, {408, 409}});  // beside
-        QVERIFY(m_pPage->Red()->isVisible());
-        for (const QPoint corner : {QPoint(10, 374), QPoint(408, 408), QPoint(349, 374), QPoint(69, 408)}) {
-            const bool bCommands = !m_pPage->Commands()->isVisible();
-            Click(Wheel(), {corner});
-            QTest::qWait(0);
-            QVERIFY(m_pPage->Commands()->isVisible() == bCommands);
-            const auto* pLeft = bCommands ? m_pPage->Dimmer() : m_pPage->Red();
-            const auto* pRight = bCommands ? m_pPage->Speed() : m_pPage->White();
-            QVERIFY(pLeft->isVisible() && pRight->isVisible() && pLeft->x() < pRight->x());
-            QVERIFY(m_pPage->Dimmer()->isVisible() != m_pPage->Red()->isVisible());
-        }
     }
 };
 

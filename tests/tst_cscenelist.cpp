@@ -69,35 +69,6 @@ class TestSceneList : public QObject {
     }
 
 private slots:
-    void changeRepaintsItsTiles() {
-        struct Meter : QObject {
-            QRegion painted;
-            bool eventFilter(QObject*, QEvent* event) override {
-                if (event->type() == QEvent::Paint) {
-                    painted += dynamic_cast<QPaintEvent*>(event)->region();
-                }
-                return false;
-            }
-        } meter;
-        Open(Scenes(12));
-        QVERIFY(QTest::qWaitForWindowExposed(m_pList.get()));
-        QCoreApplication::processEvents();
-        m_pList->installEventFilter(&meter);
-        const auto expect = [&](const Scene& change, const QList<int>& tiles) {
-            QRegion expected;
-            for (const int i : tiles) {
-                expected += Item(i).rect.adjusted(0, 0, 1, 1);
-            }
-            meter.painted = {};
-            m_pList->Update(change, true);
-            QCoreApplication::processEvents();
-            QCOMPARE(meter.painted, expected);
-        };
-        expect({"", 13, 0, 0, true}, {3});
-        expect({"", 18, 0, 0, true}, {3, 8});
-        expect({"", 18, 0, 0, true}, {});
-    }
-
     void presses() {
         const struct {
             bool scenes;
