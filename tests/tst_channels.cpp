@@ -1,30 +1,14 @@
 #include "device/dmxchan.h"
-#include "device/messages.h"
-#include "tests/peer.h"
 #include "tests/remote.h"
 
 #include <QPushButton>
 
 #include <algorithm>
 
-/// Universe messages a second: 32 universes 40 times. Sanitizers slow everything down about fivefold; the
-/// figures are those of the program as it is built for users.
-#ifdef __SANITIZE_ADDRESS__
-constexpr int Rate = 256;
-#else
-constexpr int Rate = 1280;
-#endif
-
 class TestChannels : public QObject {
     Q_OBJECT
 
     std::unique_ptr<ChannelsGrid> m_pGrid;
-    int m_nPaints = 0;
-
-    bool eventFilter(QObject*, QEvent* event) override {
-        m_nPaints += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
 
     void Click(const QRect& rect) { QTest::mouseClick(m_pGrid.get(), Qt::LeftButton, {}, rect.center()); }
 
@@ -130,60 +114,6 @@ private slots:
         QVERIFY(shows(outline, {1, 110}) && shows(outline, {2, 53}));
         QVERIFY(shows(held, {2, 54}) && shows(held, {2, 160}) && !shows(held, {178, 160}));
         QVERIFY(shows(released, {90, 120}) && shows(released, {90, 160}) && !shows(released, {90, 119}));
-        // An update of another universe repaints nothing.
-        QTest::qWait(50);
-        m_pGrid->installEventFilter(this);
-        m_pGrid->Update(DmxChan{0, 1, 255, true});
-        QTest::qWait(50);
-        QCOMPARE(m_nPaints, 0);
-        m_pGrid->Update(DmxChan{0, 0, 25, true});
-        QTRY_COMPARE(m_nPaints, 1);
-    }
-
-    /// Sixteen thousand channels, 40 times a second, and the user's clicks meanwhile.
-    void load() {
-        Peer peer;
-        const auto window = OpenRemote();
-        window->show();
-        QTRY_VERIFY(window->IsAnswered());
-        window->OnMenuChanged(3);
-        // Two texts for each universe, as compact as a server would send them.
-        QList<QByteArray> texts;
-        for (int i = 0; i < 64; ++i) {
-            const std::string sText = messages::Universe(i % 32, i < 32 ? 10 : 20, true);
-            texts += QString::fromStdString(sText).remove(QRegularExpression("\\s")).toUtf8();
-        }
-        ChannelsGrid* pGrid = window->Grid();
-        double worst = 0;
-        int nSent = 0;
-        QElapsedTimer clock;
-        for (clock.start(); clock.elapsed() < 4000; QTest::qWait(1)) {
-            // A few universes at a time, as the wire would bring them.
-            for (const qint64 nDue = clock.elapsed() * Rate / 1000; nSent < nDue; ++nSent) {
-                peer.Send(texts[nSent % 64]);
-            }
-            QElapsedTimer answer;
-            answer.start();
-            const int nBefore = pGrid->FirstChannel();
-            QTest::mouseClick(pGrid, Qt::LeftButton, {}, pGrid->RightRect().center());
-            QVERIFY(pGrid->FirstChannel() != nBefore);
-            QCoreApplication::processEvents();
-            pGrid->repaint();
-            worst = std::max(worst, static_cast<double>(answer.nsecsElapsed()) / 1e6);
-        }
-        qInfo("%d universe messages in 4 s, slowest click %.1f ms", nSent, worst);
-        QVERIFY(worst < 100 && !window->IsConnectionLost());
-        for (int i = 32; i < 64; ++i) {
-            peer.Send(texts[i]);
-            QTest::qWait(2);
-        }
-        const auto& levels = pGrid->Tables().levels;
-        QTRY_COMPARE(std::count(levels.begin(), levels.end(), 20), std::ptrdiff_t{32} * 512);
-        // Half a universe is never applied.
-        peer.Send(texts[0].left(6000) + "!#(");
-        peer.Send(texts[0].left(6000));
-        QTest::qWait(50);
-        QCOMPARE(int{levels[0]}, 20);
     }
 };
 
