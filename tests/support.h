@@ -34,6 +34,16 @@ inline void ChooseInterface(const QString& sEntry = "Auto") {
     });
 }
 
+/// Whether something comes true within so many ms as a bare timer counts them: a busy machine, which holds up
+/// what is waited for, holds up the timer as well.
+template <typename Condition>
+bool Within(int nMs, Condition comes) {
+    for (int nTurns = nMs / 10; nTurns > 0 && !comes(); --nTurns) {
+        QTest::qWait(10);
+    }
+    return comes();
+}
+
 /// One step of a drag, with the left button held.
 inline void Mouse(QWidget* pWidget, QEvent::Type type, const QPoint& at) {
     QMouseEvent event(type, at, pWidget->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, {});

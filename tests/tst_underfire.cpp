@@ -167,7 +167,7 @@ private slots:
         peer.state = R"({"typ":7,"content":{"scn":{"content":[{"id":1}]}}})";
         Open();
         CSceneList* pList = m_pWindow->SceneList();
-        for (const QString sTitle : {"Error", "Rename", "Error"}) {
+        for (const QString sTitle : {"Error", "Rename"}) {
             bool bTold = false;
             OnNext<QDialog>([&](QDialog* pDialog) {
                 const int nAlive = peer.Count(1);
