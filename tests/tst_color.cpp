@@ -7,7 +7,6 @@
 #include "widgets/colorarithmetic.h"
 #include "widgets/csliderctrl.h"
 
-#include <QScreen>
 #include <QtTest>
 
 #include <memory>
@@ -32,9 +31,9 @@ class TestColor : public QObject {
     /// What was noted since the last call.
     QString Told() { return std::exchange(m_told, {}).join(", "); }
 
-    static void Click(QWidget* pWidget, std::initializer_list<QPoint> points) {
+    static void Clicks(QWidget* pWidget, std::initializer_list<QPoint> points) {
         for (const QPoint& at : points) {
-            QTest::mouseClick(pWidget, Qt::LeftButton, {}, at);
+            Click(pWidget, at);
         }
     }
 
@@ -82,7 +81,7 @@ private slots:
             for (int i = 0; i < 55 * 55; ++i) {
                 const QPoint pixel(i % 55 * 7, i / 55 * 7);
                 if (Distance(pixel, {190, 190}) <= 187) {
-                    Click(Wheel(), {pixel + QPoint(20, 20)});
+                    Click(Wheel(), pixel + QPoint(20, 20));
                     QCOMPARE(wheel.pixelColor(pixel * nScale), Wheel()->GetColor());
                 }
             }
@@ -93,12 +92,13 @@ private slots:
         CSlider slider(slcRed, nullptr);
         slider.resize(34, 234);  // a track of 200
         Note(&slider, &CSlider::valueChanged, "level");
-        Click(&slider, {{5, 18}, {5, 17}, {5, 217}, {5, 218}, {5, 117}});
+        Clicks(&slider, {{5, 18}, {5, 17}, {5, 217}, {5, 218}, {5, 117}});
         Mouse(&slider, QEvent::MouseButtonPress, {5, 100});
         QCOMPARE(QWidget::mouseGrabber(), &slider);
         Mouse(&slider, QEvent::MouseMove, {300, 900});
         Mouse(&slider, QEvent::MouseButtonRelease, {300, 900});
         Mouse(&slider, QEvent::MouseMove, {5, 100});
+        QVERIFY(QWidget::mouseGrabber() == nullptr);
         QCOMPARE(Told(), QString("level 253, level 255, level 0, level 0, level 127, level 149, level 0"));
         // Nothing is filled at 0; whatever the level, nothing is painted beyond the track's ends.
         const auto image = [&slider](int nLevel) {
@@ -116,9 +116,12 @@ private slots:
             control.resize(54, 400);
             control.show();
             control.SetValue(40);
-            Click(&control, {{7, 25}, {45, 44}, {7, 350}, {45, 369}});
-            Click(&control, {{6, 30}, {46, 30}, {20, 45}, {20, 349}, {20, 370}});  // just beside them
-            Click(control.Slider(), {{5, 0}});
+            Click(&control, {7, 25});
+            QCOMPARE(control.Value(), 255);
+            Clicks(&control, {{45, 44}, {7, 350}, {45, 369}});
+            QCOMPARE(control.Value(), bDefault ? 128 : 255);
+            Clicks(&control, {{6, 30}, {46, 30}, {20, 45}, {20, 349}, {20, 370}});  // just beside them
+            Click(control.Slider(), {5, 0});
             QCOMPARE(Told(), QString(bDefault ? "level 255, level 255, level 128, level 128, level 255"
                                               : "level 255, level 255, level 255"));
         }
@@ -150,7 +153,7 @@ private slots:
         QCOMPARE(state(), QString(" > - on on on"));
         pCommands->ReleaseCommands();
         QCOMPARE(state(), QString(" > - - on -"));
-        Click(pCommands, {{24, 10}, {85, 10}, {50, 70}, {50, 310}});  // just beside them
+        Clicks(pCommands, {{24, 10}, {85, 10}, {50, 70}, {50, 310}});  // just beside them
         QCOMPARE(state(), QString("press, press, press, press > - - - -"));
     }
 
@@ -167,29 +170,35 @@ private slots:
         Mouse(Wheel(), QEvent::MouseMove, {300, 210});
         QCOMPARE(Told(), QString("press, color 255 2 2 0, color 127 255 0 0, color 255 255 255 0"));
         // A corner of the square is no part of the wheel, nor is a drag from there or from the switch.
-        for (const QPoint start : {QPoint(100, 30), QPoint(79, 35)}) {
+        for (const QPoint start : {QPoint(79, 35), QPoint(100, 30)}) {
             Mouse(Wheel(), QEvent::MouseButtonPress, start);
             Mouse(Wheel(), QEvent::MouseMove, {300, 210});
             Mouse(Wheel(), QEvent::MouseButtonRelease, {300, 210});
         }
-        Click(Wheel(), {{22, 22}});  // switched on by sending
-        QCOMPARE(Told(), QString("press, press, state 0, press, color 255 255 255 0"));
+        Click(Wheel(), {22, 22});  // switched on by sending
+        QCOMPARE(Told(), QString("press, state 0, press, press, color 255 255 255 0"));
+        // A pick is bright, however dark the colour was that the server reported.
+        m_pPage->Update(Color{9, 0, 0, 0, false, true}, {});
+        Click(Wheel(), {399, 210});
+        QCOMPARE(Told(), QString("press, color 255 2 2 0"));
     }
 
     /// In one mode the white control dims the colour, in the other it is a channel of its own.
     void whiteModes() {
         for (const bool bRgbw : {false, true}) {
             m_pPage->Update(Color{0, 0, 0, 7, true, true}, {});  // a white level, kept when the mode goes
-            m_pPage->Update(Color{9, 20, 30, 7, bRgbw, false}, {});
+            m_pPage->Update(Color{9, 9, 30, 7, bRgbw, false}, {});
             QVERIFY(!Wheel()->IsOn());
             QCOMPARE(m_pPage->White()->Value(), bRgbw ? 7 : 30);
             emit m_pPage->Red()->valueChanged(10);
+            emit m_pPage->Green()->valueChanged(20);
             const QPoint marker = Wheel()->Marker();
             emit m_pPage->White()->valueChanged(0);
             QCOMPARE(Wheel()->Marker(), marker);
             emit m_pPage->Blue()->valueChanged(200);
-            QCOMPARE(Told(), QString(bRgbw ? "color 10 20 30 7, color 10 20 30 0, color 10 20 200 0"
-                                           : "color 10 20 30 7, color 0 0 0 7, color 0 0 200 7"));
+            QCOMPARE(Told(), "color 10 9 30 7, " +
+                                 QString(bRgbw ? "color 10 20 30 7, color 10 20 30 0, color 10 20 200 0"
+                                               : "color 10 20 30 7, color 0 0 0 7, color 0 0 200 7"));
             QCOMPARE(m_pPage->White()->Value(), bRgbw ? 7 : 200);
         }
     }

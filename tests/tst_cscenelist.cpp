@@ -37,26 +37,6 @@ class TestSceneList : public QObject {
 
     const CSceneList::SceneItem& Item(int i) const { return m_pList->Items()[i]; }
 
-    QString States() const {
-        QString s;
-        for (const auto& item : m_pList->Items()) {
-            s += item.state ? '1' : '0';
-        }
-        return s;
-    }
-
-    /// Opens the context menu of a tile and triggers its entry `iEntry`, or that of one of its submenus.
-    void UseMenu(int iTile, int iEntry, int iSubEntry = -1) {
-        QTimer::singleShot(20, [=] {
-            auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            QAction* pAction = pMenu->actions()[iEntry];
-            pAction = iSubEntry < 0 ? pAction : pAction->menu()->actions()[iSubEntry];
-            pMenu->close();
-            pAction->trigger();
-        });
-        QTest::mouseClick(m_pList.get(), Qt::RightButton, {}, Item(iTile).rect.center());
-    }
-
     /// While the dialog is open, the server sends the list again, or another.
     void Rename(int iTile, const QString& sName, const QList<Scene>& meanwhile = Scenes(3)) {
         OnNext<QInputDialog>([=](QInputDialog* pDialog) {
@@ -65,7 +45,7 @@ class TestSceneList : public QObject {
             pDialog->setTextValue(sName);
             pDialog->accept();
         });
-        UseMenu(iTile, 0);
+        UseMenu(m_pList.get(), iTile, 0);
     }
 
 private slots:
@@ -73,14 +53,12 @@ private slots:
         const struct {
             bool scenes;
             QPoint at;
-            const char* pResult;  // states, from 0100, and what is told: group, id, state
+            const char* pResult;  // what runs, from 11, and what is told: group, id, state
         } rows[] = {
-            {true, {148, 52}, "1000 press 0,10,1"},  // on, its group goes off
-            {true, {148, 53}, "0010 press 0,12,1"},
-            {true, {149, 0}, "0000 press 0,11,0"},  // off, others stay
-            {true, {297, 52}, "0000 press 0,11,0"},
-            {true, {298, 5}, "0100 press"},
-            {false, {0, 1}, "1100 press 0,10,1"},  // programs exclude nothing
+            {true, {148, 52}, "10 press 0,10,1"},  // on, its group goes off
+            {true, {148, 53}, "12 press 0,12,1"},  {true, {149, 0}, " press 0,11,0"},  // off, others stay
+            {true, {297, 52}, " press 0,11,0"},    {true, {298, 5}, "11 press"},
+            {false, {0, 1}, "10 11 press 0,10,1"},  // programs exclude nothing
         };
         for (const auto& row : rows) {
             Open(Scenes(4), row.scenes);
@@ -90,22 +68,17 @@ private slots:
             connect(m_pList.get(), &CSceneList::stateChanged, [&](int iArea, int nId, bool bState) {
                 sTold += QString(" %1,%2,%3").arg(iArea).arg(nId).arg(int{bState});
             });
-            QTest::mouseClick(m_pList.get(), Qt::LeftButton, {}, row.at);
-            QCOMPARE(States() + sTold, QString(row.pResult));
+            Click(m_pList.get(), row.at);
+            QCOMPARE(Running(m_pList.get()) + sTold, QString(row.pResult));
         }
-    }
-
-    void reportsAreShownWithoutEcho() {
+        // What the server reports is shown without an echo; group -1 excludes too.
         Open(Scenes(3, -1) + Scenes(1, 2));  // the last repeats the first's id
         QSignalSpy echo(m_pList.get(), &CSceneList::stateChanged);
-        const auto report = [this](int nId, bool bExclusive) {
+        for (const auto& [nId, bExclusive, pRuns] :
+             {std::tuple{10, true, "10"}, {12, false, "10 12"}, {11, true, "11"}, {99, true, "11"}}) {
             m_pList->Update(Scene{"", nId, -1, 0, true}, bExclusive);
-            return States();
-        };
-        const QStringList states{report(10, true), report(12, false), report(11, true), report(99, true)};
-        QCOMPARE(states, QStringList({"1000", "1010", "0100", "0100"}));  // group -1 excludes too
-        m_pList->ResetState();
-        QCOMPARE(States(), QString("0000"));
+            QCOMPARE(Running(m_pList.get()), QString(pRuns));
+        }
         QCOMPARE(echo.count(), 0);
     }
 
@@ -117,14 +90,20 @@ private slots:
             const QColor on = bScenes ? QColor(100, 160, 255) : QColor(Qt::green);
             const QColor outline(180, 180, 180);
             const QColor badge("#2b3038");
-            const QColor box = artwork::Picture(":/Corvane/Images/CheckBox.png").toImage().pixelColor(12, 12);
             const auto shows = [&image](const QColor& color, int nX, int nY) {
                 return image.pixelColor(nX, nY) == color;
             };
             QVERIFY(shows(outline, 0, 0) && shows(outline, 149, 20) && shows(outline, 298, 20));
             QVERIFY(shows(outline, 20, 53) && shows(outline, 20, 106));
             QVERIFY(shows(on, 150, 1) && shows(on, 297, 52) && !shows(on, 1, 1));  // the second tile runs
-            QVERIFY(shows(box, 130, 18) && shows(badge, 14, 26) && !shows(badge, 9, 26));
+            QVERIFY(shows(badge, 14, 26) && !shows(badge, 9, 26));
+            for (const auto& [iTile, pBox] : {std::pair{0, "CheckBox"}, {1, "CheckBoxSel"}}) {
+                QVERIFY(image.pixelColor(130 + iTile * 149, 18) ==
+                        artwork::Picture(QString(":/Corvane/Images/%1.png").arg(pBox))
+                            .toImage()
+                            .pixelColor(12, 12));
+            }
+            QVERIFY(Paints(m_pList.get(), "#1.10") && Paints(m_pList.get(), "#1.12"));
         }
     }
 
@@ -138,7 +117,7 @@ private slots:
         pBar->setValue(pBar->maximum());
         const QPoint last(14, 484 - 20);
         QVERIFY(window.grab().toImage().pixelColor(last) != window.palette().color(QPalette::Window));
-        QTest::mouseClick(window.List(), Qt::LeftButton, {}, window.List()->mapFrom(&window, last));
+        Click(window.List(), window.List()->mapFrom(&window, last));
         QVERIFY(window.List()->Items()[1998].state);
     }
 
@@ -151,6 +130,11 @@ private slots:
         const auto shown = [this](int i) { return Item(i).name + Item(i).icon + Item(i).color.name(); };
         QCOMPARE(shown(0), "caf\u00E9" + catalogue::DefaultIconList()[0] + "#787878");
         QCOMPARE(shown(1), QString("Mineicon#ff0000"));
+        m_pList->Update(Scene{"", 10, 0, 0, false}, true);
+        const QImage name = m_pList->grab(Item(1).rect.adjusted(60, 0, -40, 0)).toImage();
+        const QVector<QRgb> pixels(reinterpret_cast<const QRgb*>(name.bits()),
+                                   reinterpret_cast<const QRgb*>(name.bits() + name.sizeInBytes()));
+        QVERIFY(pixels.contains(qRgb(255, 0, 0)));
         m_pList->Update({}, settings);
         QCOMPARE(m_pList->minimumHeight(), 0);
     }
@@ -205,15 +189,25 @@ private slots:
                 pDialog->setCurrentColor(Qt::magenta);
                 (pDialog->*finish)();
             });
-            UseMenu(2, 1);
+            UseMenu(m_pList.get(), 2, 1);
         }
         QCOMPARE(colors, QList<QVariantList>({{12, QColor(Qt::magenta)}}));
-        UseMenu(0, 4);  // after the separator: the two defaults
-        UseMenu(0, 9, 6);
-        const QStringList chosen{catalogue::DefaultIconList()[1], catalogue::IconList5()[6]};
-        QCOMPARE(icons, QList<QVariantList>({{10, chosen[0]}, {10, chosen[1]}}));
-        QCOMPARE(Item(0).icon, chosen[1]);
-        QCOMPARE(States(), QString("000"));
+        // After the separator come the two defaults and the families; what is chosen is what was shown.
+        for (int iEntry = 3; iEntry < 10; ++iEntry) {
+            const int iSub = iEntry < 5 ? -1 : 4;
+            QImage offered;
+            QTimer::singleShot(10, [&] {
+                const QAction* pAction =
+                    qobject_cast<QMenu*>(QApplication::activePopupWidget())->actions()[iEntry];
+                offered =
+                    (iSub < 0 ? pAction : pAction->menu()->actions()[iSub])->icon().pixmap(80).toImage();
+            });
+            UseMenu(m_pList.get(), 0, iEntry, iSub);
+            QVERIFY(icons.takeLast() == QVariantList({10, Item(0).icon}) && icons.isEmpty());
+            QCOMPARE(Item(0).pixmap.toImage(), offered);
+            QTRY_VERIFY(IsUpToDate(m_pList.get()));
+        }
+        QCOMPARE(Running(m_pList.get()), QString());
     }
 
     void renaming() {
@@ -221,7 +215,8 @@ private slots:
         Open(scenes);
         QSignalSpy names(m_pList.get(), &CSceneList::nameChanged);
         m_pList->OnRename();  // nothing was right-clicked yet
-        Rename(1, "Party");
+        Rename(1, "Party", scenes);
+        QTRY_VERIFY(IsUpToDate(m_pList.get()));
         Rename(1, "");
         Rename(0, "Fog", {scenes[2], scenes[1], scenes[0]});
         QCOMPARE(Item(2).name + Item(0).name, QString("FogScene"));
