@@ -52,13 +52,14 @@ class TestActions : public QObject {
                 {[=] { emit pPicker->Wheel()->colorStateChanged(true); }, 10, "r:1,g:2,b:3,w:255,s:false"},
                 {[=] { emit pPicker->Dimmer()->valueChanged(255); }, 11, "dim:100,speed:0"},
                 {[=] { emit pPicker->Speed()->valueChanged(127); }, 11, "dim:100,speed:49"},
-                {[=] { emit pPicker->Dimmer()->valueChanged(2); }, 11, "dim:0,speed:49"},
-                {[=] { emit pCommands->whiteChanged(true); }, 11, "white:true,dim:0,speed:49"},
-                {[=] { emit pCommands->blackChanged(true); }, 11, "bo:true,dim:0,speed:49"},
-                {[=] { emit pCommands->nextChanged(true); }, 11, "bo:true,next:true,dim:0,speed:49"},
-                {[=] { emit pCommands->pauseChanged(true); }, 11, "bo:true,hold:true,dim:0,speed:49"},
-                {[=] { emit pCommands->whiteChanged(true); }, 11, "white:true,hold:true,dim:0,speed:49"},
-                {[=] { emit pCommands->whiteChanged(false); }, 11, "hold:true,dim:0,speed:49"},
+                {[=] { emit pPicker->Speed()->valueChanged(255); }, 11, "dim:100,speed:100"},
+                {[=] { emit pPicker->Dimmer()->valueChanged(2); }, 11, "dim:0,speed:100"},
+                {[=] { emit pCommands->whiteChanged(true); }, 11, "white:true,dim:0,speed:100"},
+                {[=] { emit pCommands->blackChanged(true); }, 11, "bo:true,dim:0,speed:100"},
+                {[=] { emit pCommands->nextChanged(true); }, 11, "bo:true,next:true,dim:0,speed:100"},
+                {[=] { emit pCommands->pauseChanged(true); }, 11, "bo:true,hold:true,dim:0,speed:100"},
+                {[=] { emit pCommands->whiteChanged(true); }, 11, "white:true,hold:true,dim:0,speed:100"},
+                {[=] { emit pCommands->whiteChanged(false); }, 11, "hold:true,dim:0,speed:100"},
                 {[=] { emit pEditor->Control()->valueChanged(9); }, 12, "chan:33,univ:0,level:9,s:true"},
                 {[=] { emit pEditor->ok(10); }, 12, "chan:33,univ:0,level:10,s:true"},
                 {[=] { emit pEditor->off(); }, 12, "chan:33,univ:0,level:0,s:false"}};
@@ -84,9 +85,14 @@ private slots:
         };
         const std::string sBefore = mirror();
         CColorPicker* pPicker = m_pWindow->Picker();
-        pPicker->Update(Color{0, 0, 0, 0, false, true}, Command{true, false, false, false, true, 0, 0});
-        m_pWindow->OnSceneStateChanged(0, 1, true);
-        QVERIFY(!pPicker->Wheel()->IsOn() && !pPicker->Commands()->IsOn(CCommandWnd::Pause));
+        for (CSceneList* pList : {m_pWindow->SceneList(), m_pWindow->ProgramList()}) {
+            pPicker->Update(Color{0, 0, 0, 0, false, true}, Command{true, false, false, false, true, 0, 0});
+            for (const bool bStarts : {false, true}) {
+                emit pList->stateChanged(0, 1, bStarts);
+                QVERIFY(pPicker->Wheel()->IsOn() != bStarts &&
+                        pPicker->Commands()->IsOn(CCommandWnd::Pause) != bStarts);
+            }
+        }
         for (const auto& step : Steps()) {
             std::get<0>(step)();
             QVERIFY(mirror() == sBefore);
@@ -150,7 +156,7 @@ private slots:
         CPopupTab* pTab = m_pWindow->Tab();
         m_pWindow->OnMenuChanged(1);
         QCOMPARE(pTab->geometry(), QRect(QPoint(58, 482), QPoint(71, 531)));
-        QTest::mouseClick(pTab, Qt::LeftButton, {}, QPoint(13, 49));
+        Click(pTab, {13, 49});
         QVERIFY(!pTab->isVisible() && m_pWindow->childAt(80, 100) == pMenu);
         QCOMPARE(pMenu->geometry(), QRect(QPoint(58, 58), QPoint(119, 541)));
         // Refresh connects again and leaves page and menu alone.
@@ -162,10 +168,12 @@ private slots:
             return [pPage] { QMetaObject::invokeMethod(pPage, "mousePressed"); };
         };
         for (const std::function<void()>& act : std::initializer_list<std::function<void()>>{
-                 [this] { QTest::mouseClick(m_pWindow.get(), Qt::LeftButton, {}, QPoint(300, 20)); },
+                 [this] {
+                     Click(m_pWindow.get(), {300, 20});
+                 },
                  press(m_pWindow->SceneList()), press(m_pWindow->ProgramList()), press(m_pWindow->Grid()),
                  press(m_pWindow->Params()), press(pPicker->Wheel()), press(pPicker->Commands()),
-                 [=] { QTest::mouseClick(pMenu, Qt::LeftButton, {}, pMenu->EntryRect(4).center()); }}) {
+                 [=] { Click(pMenu, pMenu->EntryRect(4).center()); }}) {
             m_pWindow->ShowPopupMenu();
             act();
             QVERIFY(!pMenu->isVisible() && pTab->isVisible());

@@ -26,7 +26,7 @@ private slots:
         for (const auto& [pVisible, nPage] :
              {std::pair{"1|1|1|1", 2}, {"0|0|1|0", 2}, {"1|1|0|1", 0}, {"0|1|0|1", 1}, {"0|0|0|0", 4}}) {
             const auto window = Open(pVisible);
-            QCOMPARE(window->CurrentPage(), nPage);
+            QVERIFY(window->CurrentPage() == nPage && window->Menu()->Selected() == nPage);
             QCOMPARE(window->SceneList()->isVisible(), nPage == 0);
             QCOMPARE(window->ProgramList()->isVisible(), nPage == 1);
             window->OnMenuChanged(6);  // no page: none is left on screen
@@ -60,7 +60,7 @@ private slots:
         for (const QPoint at :
              {QPoint(765, 20), QPoint(796, 51), QPoint(764, 20), QPoint(797, 51), QPoint(796, 52)}) {
             const auto window = Open();
-            QTest::mouseClick(window.get(), Qt::LeftButton, {}, at);
+            Click(window.get(), at);
             QCOMPARE(window->isVisible(), !button.contains(at));
         }
     }
