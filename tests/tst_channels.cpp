@@ -10,7 +10,7 @@ class TestChannels : public QObject {
 
     std::unique_ptr<ChannelsGrid> m_pGrid;
 
-    void Click(const QRect& rect) { QTest::mouseClick(m_pGrid.get(), Qt::LeftButton, {}, rect.center()); }
+    void Press(const QRect& rect) { Click(m_pGrid.get(), rect.center()); }
 
     /// Level of a channel, and whether it is held.
     std::pair<int, bool> At(int nUniverse, int nChannel) const {
@@ -32,9 +32,9 @@ private slots:
         const QRect right(QPoint(661, 10), QPoint(692, 41));
         const auto press = [this](const QRect& rect) {
             for (const QPoint& corner : {rect.topLeft() - QPoint(1, 0), rect.bottomRight() + QPoint(1, 0)}) {
-                QTest::mouseClick(m_pGrid.get(), Qt::LeftButton, {}, corner);  // just beside
+                Click(m_pGrid.get(), corner);  // just beside
             }
-            QTest::mouseClick(m_pGrid.get(), Qt::LeftButton, {}, rect.bottomRight());
+            Click(m_pGrid.get(), rect.bottomRight());
             return std::pair(m_pGrid->CurrentUniverse(), m_pGrid->FirstChannel());
         };
         for (int i = 1; i <= 16; ++i) {
@@ -44,25 +44,28 @@ private slots:
         QCOMPARE(press(less), std::pair(31, 481));
         QCOMPARE(press(plus), std::pair(0, 481));
         QCOMPARE(press(plus), std::pair(1, 481));
+        for (const char* pText : {"2", "#481", "#512"}) {
+            QVERIFY2(Paints(m_pGrid.get(), pText), pText);
+        }
     }
 
     void editor() {
         QSignalSpy presses(m_pGrid.get(), &ChannelsGrid::mousePressed);
-        Click(m_pGrid->RightRect());
+        Press(m_pGrid->RightRect());
         m_pGrid->Update(DmxChan{33, 0, 200, true});
-        Click(m_pGrid->CellRect(1));
+        Press(m_pGrid->CellRect(1));
         CChannelSlider* pEditor = m_pGrid->Editor();
         QCOMPARE(pEditor->geometry(), QRect(QPoint(302, 42), QPoint(401, 441)));
-        QCOMPARE(pEditor->Control()->Value(), 200);
+        QVERIFY(pEditor->Control()->Value() == 200 && Paints(pEditor, "200") && Paints(pEditor, "#34"));
         // While it is open the grid takes no press, though it tells of each.
-        Click(m_pGrid->LeftRect());
-        Click(m_pGrid->CellRect(8));
+        Press(m_pGrid->LeftRect());
+        Press(m_pGrid->CellRect(8));
         QCOMPARE(presses.count(), 4);
         QVERIFY(m_pGrid->FirstChannel() == 33 && pEditor->Channel() == 34);
         QSignalSpy ok(pEditor, &CChannelSlider::ok);
         for (auto* pButton : pEditor->findChildren<QPushButton*>()) {
             const bool bOk = pButton->text() == "OK";
-            Click(m_pGrid->CellRect(1));
+            Press(m_pGrid->CellRect(1));
             pEditor->Control()->SetValue(bOk ? 90 : 17);
             QTest::mousePress(pButton, Qt::LeftButton);
             QVERIFY(!pEditor->isVisible());

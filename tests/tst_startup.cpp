@@ -22,7 +22,7 @@ private slots:
         }
         QVERIFY(branding.Load(Branding::ApplicationType));
         QVERIFY(branding.type == 4 && branding.type != Branding::TypeWithoutStores);
-        QVERIFY(branding.androidStore.startsWith("https://") && branding.iosStore.startsWith("https://"));
+        QVERIFY(branding.androidStore.endsWith("/android") && branding.iosStore.endsWith("/ios"));
     }
 
     void offeredAddresses() {
@@ -37,29 +37,27 @@ private slots:
     }
 
     void dialog() {
-        const auto entries = [](CGetNiDlg& dialog) {
-            auto* pCombo = dialog.findChild<QComboBox*>();
-            QStringList texts{QString::number(pCombo->currentIndex())};
-            for (int i = 0; i < pCombo->count(); ++i) {
-                pCombo->setCurrentIndex(i);
-                texts += pCombo->itemText(i) + '|' + dialog.GetIp() + '|' + dialog.GetBroadcast();
-            }
-            return texts;
-        };
         CGetNiDlg bare({}, nullptr);
-        QCOMPARE(entries(bare),
-                 QStringList({"0", "Auto|Auto|127.0.0.1", "Localhost : 127.0.0.1|127.0.0.1|"}));
-        CGetNiDlg dialog({{"eth0", "10.0.0.5", "10.0.0.255"}, {"eth0", "2.1.1.1", "2.255.255.255"}}, nullptr);
-        QCOMPARE(entries(dialog),
-                 QStringList({"0", "Auto|Auto|10.0.0.255", "eth0 : 10.0.0.5|10.0.0.5|10.0.0.255",
-                              "eth0 : 2.1.1.1|2.1.1.1|2.255.255.255",
-                              "Localhost : 127.0.0.1|127.0.0.1|127.0.0.1"}));
-        dialog.findChild<QComboBox*>()->setCurrentIndex(-1);
-        QCOMPARE(dialog.GetIp() + dialog.GetBroadcast(), QString());
-        auto* pButtons = dialog.findChild<QDialogButtonBox*>();
-        QSignalSpy finished(&dialog, &QDialog::finished);
-        pButtons->button(QDialogButtonBox::Ok)->click();
-        pButtons->button(QDialogButtonBox::Cancel)->click();
+        CGetNiDlg full({{"eth0", "10.0.0.5", "10.0.0.255"}, {"eth0", "2.1.1.1", "2.255.255.255"}}, nullptr);
+        const QString sFull =
+            "Auto|Auto|10.0.0.255 eth0 : 10.0.0.5|10.0.0.5|10.0.0.255 "
+            "eth0 : 2.1.1.1|2.1.1.1|2.255.255.255 Localhost : 127.0.0.1|127.0.0.1|127.0.0.1 ||";
+        for (const auto& [pDialog, sOffered] :
+             {std::pair{&bare, QString("Auto|Auto|127.0.0.1 Localhost : 127.0.0.1|127.0.0.1| ||")},
+              {&full, sFull}}) {
+            auto* pCombo = pDialog->findChild<QComboBox*>();
+            QCOMPARE(pCombo->currentIndex(), 0);
+            QStringList texts;
+            for (int i = 0; i <= pCombo->count(); ++i) {
+                pCombo->setCurrentIndex(i < pCombo->count() ? i : -1);
+                texts += pCombo->currentText() + '|' + pDialog->GetIp() + '|' + pDialog->GetBroadcast();
+            }
+            QCOMPARE(texts.join(' '), sOffered);
+        }
+        QSignalSpy finished(&full, &QDialog::finished);
+        for (const auto button : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel}) {
+            full.findChild<QDialogButtonBox*>()->button(button)->click();
+        }
         QCOMPARE(finished, QList<QVariantList>({{QDialog::Accepted}, {QDialog::Rejected}}));
     }
 
