@@ -1,6 +1,5 @@
 #include "app/cpopupmenu.h"
-
-#include <QtTest>
+#include "tests/support.h"
 
 #include <memory>
 
@@ -9,48 +8,45 @@ class TestPopupMenu : public QObject {
 
     std::unique_ptr<CPopupMenu> m_pMenu;
 
-    void Click(const QPoint& at) { QTest::mouseClick(m_pMenu.get(), Qt::LeftButton, {}, at); }
     QImage Shown(const QRect& rect) { return m_pMenu->grab(rect).toImage(); }
 
 private slots:
     void init() { m_pMenu = std::make_unique<CPopupMenu>(nullptr); }
 
-    void geometry_data() {
-        QTest::addColumn<QList<int>>("hidden");
-        QTest::addColumn<QList<int>>("places");  // from the top; -1: not in the menu
-        QTest::newRow("all shown") << QList<int>{} << QList<int>{0, 1, 2, 3, 4, 5};
-        QTest::newRow("scenes and programs hidden") << QList<int>{0, 1} << QList<int>{-1, -1, 0, 1, 2, 3};
-        QTest::newRow("programs and channels hidden") << QList<int>{1, 3} << QList<int>{0, -1, 1, -1, 2, 3};
-        QTest::newRow("pages hidden") << QList<int>{0, 1, 2, 3} << QList<int>{-1, -1, -1, -1, 0, 1};
-        QTest::newRow("refresh cannot be") << QList<int>{5, -1, 6} << QList<int>{0, 1, 2, 3, 4, 5};
-    }
-
     void geometry() {
-        QFETCH(QList<int>, hidden);
-        QFETCH(QList<int>, places);
-        std::for_each(hidden.begin(), hidden.end(), [this](int i) { m_pMenu->ShowMenu(i, false); });
-        m_pMenu->SetSelected(-1);
-        const auto place = [](int i) { return QRect(QPoint(6, 10 + 52 * i), QPoint(55, 48 + 52 * i)); };
-        const QImage ground = Shown(place(7));
-        for (int i = 0; i < CPopupMenu::Entries; ++i) {
-            const QRect rect = m_pMenu->EntryRect(i);
-            QCOMPARE(rect, places[i] < 0 ? QRect() : place(places[i]));
-            QCOMPARE(Shown(place(i)) != ground, places.contains(i));  // a picture only where an entry is
-            // The last pixel that belongs to it chooses it; the next does not.
-            QSignalSpy chosen(m_pMenu.get(), &CPopupMenu::menuChanged);
-            for (const QPoint off : {QPoint(1, 0), QPoint(0, 1), QPoint(0, 0)}) {
-                QCOMPARE(chosen.count(), 0);
-                Click(rect.bottomRight() + off);
+        // What is hidden, and the places of the entries from the top, or -1.
+        const std::pair<QList<int>, QList<int>> rows[] = {
+            {{}, {0, 1, 2, 3, 4, 5}},
+            {{0, 1}, {-1, -1, 0, 1, 2, 3}},
+            {{1, 3}, {0, -1, 1, -1, 2, 3}},
+            {{0, 1, 2, 3}, {-1, -1, -1, -1, 0, 1}},
+            {{5, -1, 6}, {0, 1, 2, 3, 4, 5}}};  // none of these can be
+        for (const auto& [hidden, places] : rows) {
+            m_pMenu = std::make_unique<CPopupMenu>(nullptr);
+            std::for_each(hidden.begin(), hidden.end(), [this](int i) { m_pMenu->ShowMenu(i, false); });
+            m_pMenu->SetSelected(-1);
+            const auto place = [](int i) { return QRect(QPoint(6, 10 + 52 * i), QPoint(55, 48 + 52 * i)); };
+            const QImage ground = Shown(place(7));
+            for (int i = 0; i < CPopupMenu::Entries; ++i) {
+                const QRect rect = m_pMenu->EntryRect(i);
+                QCOMPARE(rect, places[i] < 0 ? QRect() : place(places[i]));
+                QCOMPARE(Shown(place(i)) != ground, places.contains(i));  // a picture only where an entry is
+                // The last pixel that belongs to it chooses it; the next does not.
+                QSignalSpy chosen(m_pMenu.get(), &CPopupMenu::menuChanged);
+                for (const QPoint off : {QPoint(1, 0), QPoint(0, 1), QPoint(0, 0)}) {
+                    QCOMPARE(chosen.count(), 0);
+                    Click(m_pMenu.get(), rect.bottomRight() + off);
+                }
+                QCOMPARE(chosen.value(0).value(0), rect.isNull() ? QVariant() : QVariant(i));
             }
-            QCOMPARE(chosen.value(0).value(0), rect.isNull() ? QVariant() : QVariant(i));
         }
     }
 
     void selecting() {
         QSignalSpy chosen(m_pMenu.get(), &CPopupMenu::menuChanged);
-        Click(m_pMenu->EntryRect(2).center());  // selected at first
-        Click(QPoint(2, 2));
-        Click(m_pMenu->EntryRect(4).center());
+        Click(m_pMenu.get(), m_pMenu->EntryRect(2).center());  // selected at first
+        Click(m_pMenu.get(), QPoint(2, 2));
+        Click(m_pMenu.get(), m_pMenu->EntryRect(4).center());
         // Refresh is lit while held.
         const QRect refresh(6, 270, 50, 39);
         const QImage calm = Shown(refresh);
