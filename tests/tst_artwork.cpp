@@ -93,7 +93,7 @@ private slots:
             const QImage image = pPicker->Red()->Slider()->grab().toImage();
             const auto row = [ratio](int y) { return static_cast<int>(y * ratio); };
             const QImage strip = image.copy(image.width() / 2, row(nLevel == 0 ? 11 : 40), 1, row(318));
-            QImage even(strip.size(), strip.format());
+            QImage even = strip;
             even.fill(strip.pixelColor(0, 0));
             QCOMPARE(strip, even);
         }
