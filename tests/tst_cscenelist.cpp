@@ -158,7 +158,7 @@ private slots:
             pDialog->setTextValue("a\r\nb");
             pDialog->accept();
         });
-        UseMenu(0, 0);
+        UseMenu(m_pList.get(), 0, 0);
         QCOMPARE(names, QList<QVariantList>({{7, "a  b"}}));
 
         const auto paint = [this](std::size_t nLength, QImage& image) {
