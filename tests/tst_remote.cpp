@@ -1,0 +1,457 @@
+#include "device/messages.h"
+#include "tests/peer.h"
+#include "tests/remote.h"
+
+#include <QLineEdit>
+#include <QMessageBox>
+
+#include <functional>
+
+namespace {
+
+QByteArray Repeated(const QByteArray& text, int nTimes) {
+    return (text + ',').repeated(nTimes - 1) + text;
+}
+
+}  // namespace
+
+/// The window and a server: what each thing the user can do becomes, a message, a setting, another page; and
+/// what becomes of what the server says, as real datagrams.
+class TestRemote : public QObject {
+    Q_OBJECT
+
+    /// What is done, and type and content of the message it leads to.
+    using Step = std::tuple<std::function<void()>, int, const char*>;
+
+    std::unique_ptr<Peer> m_pPeer;
+    std::unique_ptr<Corvane> m_pWindow;
+
+    void Open(const QByteArray& settings = {}) {
+        m_pWindow.reset();
+        m_pWindow = OpenRemote(settings);
+        m_pWindow->show();
+        QTRY_VERIFY(m_pWindow->IsAnswered());
+    }
+
+    /// What the settings file holds once the window is gone.
+    QByteArray Saved() {
+        m_pWindow.reset();
+        QFile file(CIniFile().path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    /// The content of the next message of a type, without what is false in its midst; "" when none leaves.
+    QString Next(int nType) {
+        static const QRegularExpression marks("[\\s\"{}]");
+        static const QRegularExpression noise("typ:\\d+,|content:|color:|\\w+:false,");
+        const int nBefore = m_pPeer->Count(nType);
+        const bool bSent = QTest::qWaitFor([=] { return m_pPeer->Count(nType) > nBefore; });
+        return bSent ? QString(m_pPeer->Received(nType).last().text).remove(marks).remove(noise) : "";
+    }
+
+    /// What the pages tell, one after the other.
+    std::vector<Step> Steps() const {
+        CColorPicker* pPicker = m_pWindow->Picker();
+        CCommandWnd* pCommands = pPicker->Commands();
+        CChannelSlider* pEditor = m_pWindow->Grid()->Editor();
+        pEditor->Edit(34, 0);
+        return {{[=] { emit m_pWindow->Params()->enableParam(2, false); }, 6, "typ:6"},
+                {[=] { emit m_pWindow->SceneList()->stateChanged(2, 7, true); }, 8, "id:7,a:2,s:true"},
+                {[=] { emit m_pWindow->ProgramList()->stateChanged(-1, 7, true); }, 9, "id:7,s:true"},
+                {[=] { emit pPicker->colorChanged(1, 2, 3, 255); }, 10, "r:1,g:2,b:3,w:255,s:true"},
+                {[=] { emit pPicker->Wheel()->colorStateChanged(true); }, 10, "r:1,g:2,b:3,w:255,s:false"},
+                {[=] { emit pPicker->Dimmer()->valueChanged(255); }, 11, "dim:100,speed:0"},
+                {[=] { emit pPicker->Speed()->valueChanged(127); }, 11, "dim:100,speed:49"},
+                {[=] { emit pPicker->Speed()->valueChanged(255); }, 11, "dim:100,speed:100"},
+                {[=] { emit pPicker->Dimmer()->valueChanged(2); }, 11, "dim:0,speed:100"},
+                {[=] { emit pCommands->whiteChanged(true); }, 11, "white:true,dim:0,speed:100"},
+                {[=] { emit pCommands->blackChanged(true); }, 11, "bo:true,dim:0,speed:100"},
+                {[=] { emit pCommands->nextChanged(true); }, 11, "bo:true,next:true,dim:0,speed:100"},
+                {[=] { emit pCommands->pauseChanged(true); }, 11, "bo:true,hold:true,dim:0,speed:100"},
+                {[=] { emit pCommands->whiteChanged(true); }, 11, "white:true,hold:true,dim:0,speed:100"},
+                {[=] { emit pCommands->whiteChanged(false); }, 11, "hold:true,dim:0,speed:100"},
+                {[=] { emit pEditor->Control()->valueChanged(9); }, 12, "chan:33,univ:0,level:9,s:true"},
+                {[=] { emit pEditor->ok(10); }, 12, "chan:33,univ:0,level:10,s:true"},
+                {[=] { emit pEditor->off(); }, 12, "chan:33,univ:0,level:0,s:false"}};
+    }
+
+    static constexpr char FullState[] = R"({"typ":7,"content":{
+            "scn":{"content":[{"n":"A","id":1,"a":0,"l":9,"s":true},{"id":2,"n":"B","a":0},{"id":3}]},
+            "prg":{"content":[{"id":1,"a":5},{"id":2,"s":1}]},
+            "clr":{"content":{"color":{"r":1,"g":2,"b":3,"w":4},"rgbw":true,"s":true}},
+            "cmd":{"content":{"dim":50,"speed":60,"bo":true}}}})";
+
+    /// Sends a datagram, then one that can be seen to arrive after it.
+    void Send(const QByteArray& bytes) {
+        static int nMark = 0;
+        m_pPeer->Send(bytes);
+        m_pPeer->Send(QString(R"({"typ":12,"content":{"chan":%1}})").arg(++nMark).toUtf8());
+        QTRY_COMPARE(m_pWindow->ChannelState().chan, nMark);
+    }
+
+    void Read(const QByteArray& text, const char* pSender = "10.0.0.9") {
+        m_pWindow->ReadData(text, pSender);
+    }
+
+    /// Opens the box that the server has no room, does something meanwhile and closes it. False if none
+    /// comes.
+    template <typename Act>
+    bool TakeNoRoom(Act act) {
+        bool bOpened = false;
+        OnNext<QMessageBox>([&](QMessageBox* pBox) {
+            act();
+            bOpened = true;
+            pBox->accept();
+        });
+        Read(R"({"typ":2})");
+        QTest::qWait(100);
+        return bOpened;
+    }
+
+private slots:
+    void init() {
+        m_pPeer.reset();
+        m_pPeer = std::make_unique<Peer>();
+        m_pPeer->state = R"({"typ":7,"content":{"scn":{"content":[{"id":1,"a":0},{"id":2,"a":1}]}}})";
+        Open();
+    }
+
+    void messagesWhileConnected() {
+        for (const auto& [act, nType, pSent] : Steps()) {
+            act();
+            QCOMPARE(Next(nType), QString(pSent));
+        }
+        // Without a connection a scene takes the lights over all the same, but nothing is told or kept.
+        m_pWindow->Disconnect();
+        const int nBefore = m_pPeer->Count(-1);
+        const auto mirror = [this] {
+            return messages::Color(m_pWindow->ColorState()) + messages::Command(m_pWindow->CommandState());
+        };
+        const std::string sBefore = mirror();
+        CColorPicker* pPicker = m_pWindow->Picker();
+        for (CSceneList* pList : {m_pWindow->SceneList(), m_pWindow->ProgramList()}) {
+            pPicker->Update(Color{0, 0, 0, 0, false, true}, Command{true, false, false, false, true, 0, 0});
+            for (const bool bStarts : {false, true}) {
+                emit pList->stateChanged(0, 1, bStarts);
+                QVERIFY(pPicker->Wheel()->IsOn() != bStarts &&
+                        pPicker->Commands()->IsOn(CCommandWnd::Pause) != bStarts);
+            }
+        }
+        for (const auto& step : Steps()) {
+            std::get<0>(step)();
+            QVERIFY(mirror() == sBefore);
+        }
+        m_pWindow->Refresh();
+        QTest::qWait(100);
+        QCOMPARE(m_pPeer->Count(-1), nBefore + 1);  // its own request: nothing waited to be sent
+    }
+
+    void settings() {
+        CSceneList* pScenes = m_pWindow->SceneList();
+        CParamsCtrl* pParams = m_pWindow->Params();
+        m_pWindow->OnMenuChanged(1);
+        m_pWindow->Disconnect();  // what stays on this side is kept all the same
+        for (const auto& [pList, nId] : {std::pair{pScenes, 3}, {m_pWindow->ProgramList(), 4}}) {
+            emit pList->nameChanged(nId, nId == 3 ? "Party" : "Loop");
+            emit pList->iconChanged(nId, nId == 3 ? ":/x.png" : ":/y.png");
+            emit pList->colorChanged(nId, nId == 3 ? Qt::red : Qt::green);
+        }
+        emit pParams->pwdStateChanged(true);
+        for (const int i : {1, 4, -1}) {
+            emit pParams->showMenu(i, false);
+            emit pParams->enableParam(i == 1 ? 2 : i - 1, false);
+        }
+        QVERIFY(m_pWindow->Menu()->EntryRect(1).isNull() && m_pWindow->CurrentPage() == 1);  // it stays
+        m_pPeer->state = R"({"typ":7,"content":{"scn":{"content":[{"n":"Plain","id":3}]}}})";
+        emit pParams->refresh();
+        for (const bool bOwn : {true, false, true}) {
+            emit pParams->enableParam(0, bOwn);
+            QTRY_COMPARE(pScenes->Items().value(0).name, QString(bOwn ? "Party" : "Plain"));
+        }
+        QCOMPARE(Saved(), QByteArray("PwdState=1\nPwdValue=\nMenuVisible=1|0|1|1\nSceneParams=1|1|0\n"
+                                     "Scenes=3;Party;:/x.png;255\nPrograms=4;Loop;:/y.png;65280\n"));
+    }
+
+    void leavingTheParameters() {
+        for (const bool bLocks : {true, false}) {
+            Open(QByteArray(bLocks ? "PwdState=1" : "PwdState=0") + "\nPwdValue=old\n");
+            CParamsCtrl* pParams = m_pWindow->Params();
+            auto* pPassword = pParams->findChildren<QLineEdit*>().last();
+            const auto unlocks = [&](const char* pText) {
+                pPassword->setText(pText);
+                pParams->OnPwdStateChanged(true);
+                return !pParams->IsLocked();
+            };
+            m_pWindow->OnMenuChanged(4);
+            QVERIFY(!bLocks || unlocks("old"));
+            m_pWindow->OnMenuChanged(4);  // going where one is locks nothing
+            QVERIFY(!pParams->IsLocked());
+            pPassword->setText("new");
+            m_pWindow->OnMenuChanged(1);
+            QVERIFY(!pParams->isVisible() && pParams->IsLocked() == bLocks);
+            QVERIFY(!bLocks || (!unlocks("old") && unlocks("new")));
+            m_pWindow->OnMenuChanged(0);
+            QVERIFY(Saved().contains(bLocks ? "\nPwdValue=\n" : "\nPwdValue=new\n"));
+        }
+    }
+
+    void menu() {
+        CPopupMenu* pMenu = m_pWindow->Menu();
+        CPopupTab* pTab = m_pWindow->Tab();
+        m_pWindow->OnMenuChanged(1);
+        QCOMPARE(pTab->geometry(), QRect(QPoint(58, 482), QPoint(71, 531)));
+        Click(pTab, {13, 49});
+        QVERIFY(!pTab->isVisible() && m_pWindow->childAt(80, 100) == pMenu);
+        QCOMPARE(pMenu->geometry(), QRect(QPoint(58, 58), QPoint(119, 541)));
+        // Refresh connects again and leaves page and menu alone.
+        QTest::mousePress(pMenu, Qt::LeftButton, {}, pMenu->EntryRect(5).center());
+        QVERIFY(!m_pWindow->IsAnswered() && pMenu->isVisible() && m_pWindow->CurrentPage() == 1);
+        // A press anywhere else closes the menu, on the frame, on any page, on an entry.
+        CColorPicker* pPicker = m_pWindow->Picker();
+        const QList<QObject*> pages{m_pWindow->SceneList(), m_pWindow->ProgramList(), m_pWindow->Grid(),
+                                    m_pWindow->Params(),    pPicker->Wheel(),         pPicker->Commands()};
+        for (int i = 0; i < 8; ++i) {
+            m_pWindow->ShowPopupMenu();
+            i < 6    ? void(QMetaObject::invokeMethod(pages[i], "mousePressed"))
+            : i == 6 ? Click(m_pWindow.get(), {300, 20})
+                     : Click(pMenu, pMenu->EntryRect(4).center());
+            QVERIFY(!pMenu->isVisible() && pTab->isVisible());
+        }
+        QVERIFY(m_pWindow->Params()->isVisible() && !m_pWindow->ProgramList()->isVisible());
+    }
+
+    /// Is sent to this machine, as any address that Qt cannot read.
+    void addressesThatAreNone() {
+        m_pPeer->answersSerial = false;
+        m_pWindow.reset();
+        m_pWindow = OpenRemote();
+        const int nBefore = m_pPeer->Count(6);
+        for (const char* pAddress : {"...", "999.0.0.1", "256.1.1.1"}) {
+            m_pWindow->Params()->SetIp(pAddress);
+            m_pWindow->SendState();
+        }
+        QTRY_COMPARE(m_pPeer->Count(6), nBefore + 3);
+    }
+
+    void fullState() {
+        Send(FullState);
+        const Scene& bare = m_pWindow->Scenes()[2];  // nothing is left of the entry before
+        QVERIFY(m_pWindow->Scenes()[0].level == 9 && bare.area == -1 && bare.name.empty());
+        QCOMPARE(m_pWindow->Programs()[0].area, -1);  // programs have none
+        const CColorPicker* pPicker = m_pWindow->Picker();
+        QVERIFY(pPicker->Wheel()->IsOn() && pPicker->Wheel()->GetColor() == QColor(1, 2, 3));
+        QCOMPARE(pPicker->White()->Value(), 4);
+        QVERIFY(pPicker->Dimmer()->Value() == 128 && pPicker->Speed()->Value() == 154);
+        Send(R"({"typ":12,"content":{"chan":500,"level":9,"s":true}})");
+        QVERIFY(m_pWindow->Grid()->Tables().states[500]);
+        // Each "content" in "scn" counts; what is missing stays as it was, but lists are emptied.
+        Send(R"({"typ":7,"content":{"scn":{"content":[{"id":8}],"content":[{"id":9}]}}})");
+        QCOMPARE(m_pWindow->SceneList()->Items().size(), 2);
+        QVERIFY(m_pWindow->ProgramList()->Items().isEmpty());
+        QCOMPARE(m_pWindow->ColorState().g, 2);
+        QVERIFY(!m_pWindow->Grid()->Tables().states[500]);
+    }
+
+    void messages() {
+        // Scenes | programs that run, from 1 | 2, and whether that puts color and commands out.
+        const std::pair<const char*, const char*> rows[] = {
+            {R"({"typ":8,"content":{"id":2,"s":true}})", "2 | 2 | out"},
+            {R"({"typ":8,"content":{"id":1}})", " | 2"},
+            {R"({"typ":9,"content":{"id":2}})", "1 | "},
+            {R"({"typ":9,"content":{"id":1,"s":true}})", "1 | 1 2 | out"},
+            // Lists of states are complete, each for itself.
+            {R"({"typ":18,"content":{"scn":{"content":[{"id":2},{"id":3}]},"prg":{"content":[]}}})",
+             "2 3 | "},
+            {R"({"typ":18,"content":{"prg":{"content":[{"id":1,"s":false}]}}})", "1 | 1"},
+            // Several messages, and several contents, in one.
+            {R"({"typ":9,"content":{"id":2},"typ":8,"content":{"id":3,"s":1}})", "1 3 |  | out"},
+            {R"({"typ":9,"content":{"id":2},"content":{"id":1,"s":1}})", "1 | 1 | out"},
+            {R"({"typ":"8","content":{"id":"1"}})", " | 2"},
+            // What is none, unknown or of no concern.
+            {R"({"content":{"id":1},"typ":8})", "1 | 2"},
+            {R"({"typ":8,"content":[{"id":1}]})", "1 | 2"},
+            {R"([{"typ":8,"content":{"id":1}}])", "1 | 2"},
+            {R"({"typ":8,"content":{"id":77,"s":true}})", "1 | 2 | out"},
+            {R"({"typ":4,"content":{"id":1}})", "1 | 2"},
+            {R"({"typ":5,"content":{"id":1}})", "1 | 2"},
+        };
+        for (const auto& [pText, pRunning] : rows) {
+            Send(FullState);
+            Send(pText);
+            const CColorPicker* pPicker = m_pWindow->Picker();
+            const bool bOut = !pPicker->Wheel()->IsOn() && !pPicker->Commands()->IsOn(CCommandWnd::Black);
+            QCOMPARE(Running(m_pWindow->SceneList()) + " | " + Running(m_pWindow->ProgramList()) +
+                         (bOut ? " | out" : ""),
+                     QString(pRunning));
+        }
+        QCOMPARE(m_pPeer->Count(8) + m_pPeer->Count(9), 0);  // nothing is echoed
+    }
+
+    void answerOlderThanTheSwitchIsPassedOver() {
+        Send(FullState);
+        for (CSceneList* pList : {m_pWindow->SceneList(), m_pWindow->ProgramList()}) {
+            ClickTile(pList, 0);
+            const QString sShown = Running(pList);
+            const QByteArray other =
+                R"({"typ":18,"content":{"scn":{"content":[{"id":3}]},"prg":{"content":[]}}})";
+            Send(other);
+            QCOMPARE(Running(pList), sShown);
+            Send(other);
+            QVERIFY(Running(pList) != sShown);
+        }
+    }
+
+    void hostileDatagrams() {
+        QByteArray noise(65507, '\0');
+        for (int i = 0; i < noise.size(); ++i) {
+            noise[i] = static_cast<char>(1 + (i * 7919) % 255);
+        }
+        QList<QByteArray> texts{"", noise, noise.left(65000) + "!#(", "!#("};
+        for (const char brace : {'[', '{', '}'}) {
+            texts += QByteArray(50000, brace) + "!#(";
+        }
+        // Each type with each member that any reader knows, all of one odd value. Type 2 opens a box, which
+        // has a test of its own.
+        const QByteArray content =
+            R"("typ":@,"content":@,"scn":@,"prg":@,"clr":@,"cmd":@,"n":@,"id":@,"a":@,"l":@,"s":@,"color":@,)"
+            R"("r":@,"rgbw":@,"dim":@,"next":@,"chan":@,"univ":@,"universe":@,"channels":@,"c":@,"serial":@)";
+        for (const char* pValue : {"null", "\"x\"", "-1e99", "[[],{},1]", "{\"content\":7}", "true"}) {
+            QByteArray text = "{";
+            for (const int nType : {1, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21}) {
+                text += "\"typ\":" + QByteArray::number(nType) + ",\"content\":{" + content + "},";
+            }
+            texts += text.replace("@", pValue) + "\"end\":0}";
+        }
+        m_pPeer->answersState = false;  // a serial among the noise asks for it
+        for (const QByteArray& text : texts) {
+            m_pWindow->SendState();  // forgets the fragments
+            QTest::qWait(20);
+            m_pPeer->Send(text);
+            m_pPeer->Send(text);
+            // A good message works next, whatever is in its names and behind its end.
+            m_pPeer->Send(
+                "{\"typ\":7,\"content\":{\"scn\":{\"content\":[{\"id\":5,\"n\":\"\xE9\",\"s\":true}]}}}");
+            QTRY_COMPARE(Running(m_pWindow->SceneList()), QString("5"));
+            QCOMPARE(m_pWindow->SceneList()->Items()[0].name, QString("\uFFFD"));
+            m_pPeer->Send(QByteArray(R"({"typ":8,"content":{"id":5}})") + '\0');
+            QTRY_COMPARE(Running(m_pWindow->SceneList()), QString());
+        }
+    }
+
+    void serials() {
+        const int nRequests = m_pPeer->Count(6);
+        Send(R"({"typ":15,"content":{"other":1}})");
+        QCOMPARE(m_pPeer->Count(6), nRequests);
+        Send(R"({"typ":15,"content":{"serial":"9","serial":"8"}})");
+        QTRY_COMPARE(m_pPeer->Count(6), nRequests + 1);
+        QCOMPARE(m_pWindow->Params()->Servers().Labels(), QStringList("0042"));  // the address was known
+    }
+
+    void heldWhenABoxOpens() {
+        CColorPicker* pPicker = m_pWindow->Picker();
+        CColorCircle* pWheel = pPicker->Wheel();
+        CCommandWnd* pCommands = pPicker->Commands();
+        m_pWindow->OnMenuChanged(2);
+        const auto press = [this](QWidget* pHeld, const QPoint& at) {
+            Mouse(pHeld, QEvent::MouseButtonPress, at);
+            return TakeNoRoom([] { QVERIFY(QWidget::mouseGrabber() == nullptr); });
+        };
+        QVERIFY(press(pPicker->Red()->Slider(), {17, 100}));
+        m_pWindow->Refresh();
+        QTRY_VERIFY(m_pWindow->IsAnswered());
+        QVERIFY(press(pWheel, pWheel->Centre() + QPoint(50, 0)));
+        // The sliders send again, and moves over the page move nothing.
+        const int nColors = m_pPeer->Count(10);
+        Mouse(pPicker->Green()->Slider(), QEvent::MouseButtonPress, {17, 150});
+        QTRY_VERIFY(m_pPeer->Count(10) > nColors);
+        m_pWindow->OnMenuChanged(3);  // hidden while it is held
+        QVERIFY(QWidget::mouseGrabber() == nullptr);
+        m_pWindow->Refresh();
+        QVERIFY(press(m_pWindow.get(), {410, 20}));
+        const QPoint before = m_pWindow->pos();
+        Mouse(m_pWindow.get(), QEvent::MouseMove, {500, 300});
+        QCOMPARE(m_pWindow->pos(), before);
+        m_pWindow->OnMenuChanged(2);
+        pPicker->SwitchCmdMode();
+        m_pWindow->Refresh();
+        QVERIFY(press(pCommands, CCommandWnd::ButtonRect(CCommandWnd::Next).center()));
+        QVERIFY(!pCommands->IsOn(CCommandWnd::Next));
+    }
+
+    /// Without an address of a private network, the choice of this computer has no broadcast address.
+    void localhost() {
+        m_pWindow.reset();
+        m_pWindow = OpenRemote({}, "Localhost");
+        QTRY_VERIFY(m_pWindow->IsAnswered());
+        m_pWindow->Refresh();
+        QTRY_VERIFY(m_pWindow->IsAnswered());
+        QCOMPARE(m_pWindow->Params()->GetIp(), QString("127.0.0.1"));
+    }
+
+    void oneMessage() {
+        const auto tiles = [this] { return m_pWindow->SceneList()->Items().size(); };
+        const auto state = [](const QByteArray& scenes) {
+            return R"({"typ":7,"content":{"scn":{)" + scenes + "}}}";
+        };
+        Read(state(R"("content":[)" + Repeated("{}", 20000) + "]"));
+        QCOMPARE(tiles(), 10000);
+        Read(state(Repeated(R"("content":[{}])", 100)));
+        QCOMPARE(tiles(), 64);
+        Read(state(R"("content":[{"id":1},{"id":2}])"));
+        QCOMPARE(tiles(), 2);
+        // Each content switches the scene on or off; the last that is obeyed switches it on.
+        const QByteArray on = R"("content":{"id":1,"s":true})";
+        const QByteArray off = R"("content":{"id":1})";
+        Read(R"({"typ":8,)" + Repeated(off, 63) + ',' + on + ',' + Repeated(off, 9) + '}');
+        QVERIFY(m_pWindow->SceneList()->Items()[0].state);
+        const int nRequests = m_pPeer->Count(6);
+        Read(R"({"typ":15,)" + Repeated(R"("content":{"serial":"9"})", 50) + '}', "127.0.0.1");
+        QTest::qWait(100);
+        QCOMPARE(m_pPeer->Count(6), nRequests + 1);
+    }
+
+    void manyServers() {
+        const ServerList& servers = m_pWindow->Params()->Servers();
+        QByteArray serial = R"({"typ":15,"content":{"serial":"@"}})";
+        serial.replace("@", QByteArray(1000, 'x'));
+        for (int i = 0; i < 1000; ++i) {
+            Read(serial, qPrintable(QString("10.1.%1.%2").arg(i / 250).arg(i % 250)));
+        }
+        QCOMPARE(servers.Addresses().size(), ServerList::MaxServers);
+        QCOMPARE(servers.Labels().last().size(), ServerList::MaxLabel);
+    }
+
+    /// What a scene that someone starts releases must not take the place of the user's click.
+    void clickBesideAStart() {
+        const int nReleases = m_pPeer->Count(10);
+        for (int i = 0; i < 20; ++i) {
+            Read(R"({"typ":10,"content":{"s":true}})");
+            m_pWindow->OnSceneStateChanged(1, 2, i % 2 == 0);
+            Read(R"({"typ":8,"content":{"id":1,"a":0,"s":true}})");
+            QTRY_COMPARE(m_pPeer->Count(8), i + 1);
+        }
+        QCOMPARE(m_pPeer->Count(10), nReleases);
+        // Where nothing of the user's waits, the release is sent.
+        Read(R"({"typ":10,"content":{"s":true}})");
+        Read(R"({"typ":8,"content":{"id":1,"a":0,"s":true}})");
+        QTRY_COMPARE(m_pPeer->Count(10), nReleases + 1);
+    }
+
+    void noRoomAgainAndAgain() {
+        QVERIFY(TakeNoRoom([] {}));
+        bool bAgain = false;
+        QTimer::singleShot(100, [&bAgain] {
+            if (QWidget* pBox = QApplication::activeModalWidget()) {
+                bAgain = pBox->close();
+            }
+        });
+        Read(R"({"typ":2})");
+        QTest::qWait(150);
+        QVERIFY(!bAgain);
+        m_pWindow->Refresh();  // who asks again is told again
+        QVERIFY(TakeNoRoom([] {}));
+    }
+};
+
+QTEST_MAIN(TestRemote)
+#include "tst_remote.moc"
