@@ -1,14 +1,45 @@
 #include "device/fragments.h"
 #include "device/readers.h"
+#include "settings/cinifile.h"
 
+#include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
 #include <malloc.h>
 #include <memory>
+#include <sched.h>
 #include <stdexcept>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
 
+/// What comes from outside: texts from the network, and the settings file.
 class TestDevice : public QObject {
     Q_OBJECT
+
+    QTemporaryDir m_folder;
+
+    CIniFile Load(const QByteArray& text) {
+        CIniFile settings;
+        settings.path = m_folder.filePath("Corvane.ini");
+        QFile file(settings.path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
+            qFatal("cannot write %s", qPrintable(settings.path));
+        }
+        file.close();
+        settings.Read();
+        settings.Read();  // replaces what was read before
+        return settings;
+    }
+
+    static QByteArray Saved(const CIniFile& settings) {
+        settings.Write();
+        QFile file(settings.path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+    }
 
 private slots:
     /// A value, and what it is as a number, as a boolean and as a text.
@@ -124,7 +155,152 @@ private slots:
         }
         QVERIFY(used() < nBefore + 500000);
     }
+
+    void bytes() {
+        const QByteArray head = "PwdState=0\nPwdValue=\nMenuVisible=1|1|1|1\nSceneParams=1|1|1\n";
+        const QByteArray full =
+            "PwdState=1\nPwdValue=a=b \nMenuVisible=1|0|0|1\nSceneParams=0|1|0\n"
+            "Scenes=3;Party;;-1|7;;:/x.png;255|-2;\xC3\xA9;;13172735\nPrograms=3;Loop;;0\n";
+        const std::pair<QByteArray, QByteArray> rows[] = {
+            {"", head},
+            {full, full},
+            {QByteArray(full).replace("\n", "\r\n"), full},
+            // Flags of other counts and values, keys that are none.
+            {"MenuVisible=0|0|0\nSceneParams=0|0|0|0\n", head},
+            {"PwdState=true\nMenuVisible=2|x||01\n", QByteArray(head).replace("1|1|1|1", "0|0|0|1")},
+            {"PwdState =1\n pwdstate=1\npwdstate=1\n=1\nPwdState\nOther=1\n", head},
+            // Wrong records go alone, a key twice appends.
+            {"Scenes=1;a;;-1|2;b|3;c;;;|x;d;;red\n", head + "Scenes=1;a;;-1|0;d;;0\n"},
+            {"Scenes=1;a;;-1\nScenes=1;b;;-5\n", head + "Scenes=1;a;;-1|1;b;;-1\n"},
+            {"Scenes=\nPrograms=;;\n", head},
+            {"PwdValue=x", QByteArray(head).replace("Value=", "Value=x")},  // no line end
+        };
+        for (const auto& [read, written] : rows) {
+            QCOMPARE(Saved(Load(read)), written);
+        }
+    }
+
+    void merging() {
+        CIniFile settings = Load("");
+        settings.SaveSceneParams(7, "", "", Qt::red);
+        settings.SaveSceneParams(7, "Bar", "", {});
+        settings.SaveSceneParams(7, "", "", {});
+        settings.SaveProgramParams(7, "", ":/i.png", {});
+        QVERIFY(Saved(settings).endsWith("Scenes=7;Bar;;255\nPrograms=7;;:/i.png;-1\n"));
+    }
+
+    void overlaying() {
+        CIniFile settings = Load("Scenes=7;Bar;:/x.png;255|7;Other;;0\n");
+        const char* const shown[] = {"Bar i #0000ff", "n :/x.png #0000ff", "n i #ff0000"};
+        for (std::size_t i = 0; i < 3; ++i) {
+            settings.sceneParams = {i == 0, i == 1, i == 2};
+            QString sName = "n";
+            QString sIcon = "i";
+            QColor color = Qt::blue;
+            settings.SetProgramParams(7, sName, sIcon, color);
+            QCOMPARE(sName + sIcon + color.name(), QString("ni#0000ff"));
+            settings.SetSceneParams(7, sName, sIcon, color);
+            QCOMPARE(sName + ' ' + sIcon + ' ' + color.name(), QString(shown[i]));
+        }
+    }
+
+    /// However the program is killed while it writes, the file is the old one or the new one, whole.
+    void killedWhileWriting() {
+        CIniFile settings = Load("PwdValue=old\n");
+        settings.scenes = QVector<SceneParam>(500, {1, "A name", "", Qt::red}).toList();
+        const QByteArray old = Saved(settings);
+        CIniFile changed = settings;
+        changed.pwdValue = "new";
+        const QByteArray next = Saved(changed);
+        for (int i = 0; i < 100; ++i) {
+            const pid_t writer = fork();
+            if (writer == 0) {
+                for (;; settings.Write()) {
+                    changed.Write();
+                }
+            }
+            QTest::qSleep(2 + i / 25);
+            QVERIFY(::kill(writer, SIGKILL) == 0 && ::waitpid(writer, nullptr, 0) == writer);
+            QFile file(settings.path);
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QByteArray found = file.readAll();
+            QVERIFY2(found == old || found == next, found);
+        }
+    }
+
+    /// No text, wherever it comes from, begins a line of its own.
+    void lineBreaks() {
+        CIniFile settings = Load("");
+        settings.pwdValue = "x\nPwdState=1";
+        settings.SaveProgramParams(1, "Fog\r\n\tMenuVisible=0|0|0|0\x1b\u0085\u2028;e", "", {});
+        const QByteArray saved = Saved(settings);
+        QVERIFY2(saved.startsWith("PwdState=0\nPwdValue=x PwdState=1\nMenuVisible=1|1|1|1\n"), saved);
+        QVERIFY2(saved.endsWith("Programs=1;Fog   MenuVisible=0|0|0|0   ;e;;-1\n"), saved);
+    }
+
+    /// What is no settings file is neither read nor written; a new one is its owner's alone.
+    void oddFiles() {
+        const QByteArray large = "PwdState=1\n" + QByteArray(1024 * 1024 - 11, '\n');
+        QVERIFY(Load(large).pwdState && !Load(large + '\n').pwdState);
+        const auto rights = [](const QString& sPath) {
+            struct stat status {};
+            return ::stat(qPrintable(sPath), &status) == 0 ? status.st_mode : 0;
+        };
+        CIniFile settings = Load("");
+        for (const mode_t old : {0644U, 0660U}) {
+            QVERIFY(::chmod(qPrintable(settings.path), old) == 0);
+            settings.Write();
+            QCOMPARE(rights(settings.path), S_IFREG | old);
+        }
+        QVERIFY(QFile::remove(settings.path));
+        settings.Write();
+        QCOMPARE(rights(settings.path), mode_t{S_IFREG | 0600});
+        QVERIFY(QFile::remove(settings.path) && ::mkfifo(qPrintable(settings.path), 0600) == 0);
+        settings.Write();
+        settings.Read();
+        QCOMPARE(rights(settings.path), mode_t{S_IFIFO | 0600});
+        QVERIFY(QFile::remove(settings.path));
+    }
+
+    /// A file that can be written but not replaced: mounted where it is, or linked to in a folder that takes
+    /// no new one.
+    void inPlace() {
+        if (::unshare(CLONE_NEWNS) != 0) {
+            QSKIP("needs mounts: run in scripts/private-network");
+        }
+        ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr);  // a chroot has none of its own
+        const QString sFolder = m_folder.filePath("mounts");
+        QVERIFY(QDir().mkpath(sFolder));
+        CIniFile settings = Load(QByteArray(1000, '\n'));
+        const QString sMounted = sFolder + "/Corvane.ini";
+        QVERIFY(QFile::copy(settings.path, sMounted));
+        const auto bind = [](const QString& sWhat, const QString& sWhere, unsigned long nMore = 0) {
+            return ::mount(qPrintable(sWhat), qPrintable(sWhere), nullptr, MS_BIND | nMore, nullptr) == 0;
+        };
+        QVERIFY(bind(sFolder, sFolder) && bind(settings.path, sMounted));
+        CIniFile mounted = settings;
+        mounted.path = sMounted;
+        const QByteArray first = Saved(mounted);
+        QVERIFY(bind(sFolder, sFolder, MS_REMOUNT | MS_RDONLY));
+        mounted.path = m_folder.filePath("Link.ini");
+        mounted.pwdValue = "linked";
+        QVERIFY(QFile::link(sMounted, mounted.path));
+        const QByteArray second = Saved(mounted);
+        QVERIFY(::umount2(qPrintable(sMounted), 0) == 0 && ::umount2(qPrintable(sFolder), 0) == 0);
+        QCOMPARE(first, QByteArray("PwdState=0\nPwdValue=\nMenuVisible=1|1|1|1\nSceneParams=1|1|1\n"));
+        QCOMPARE(second, QByteArray(first).replace("Value=", "Value=linked"));
+        QVERIFY(QFileInfo(mounted.path).isSymLink());
+    }
+
+    void missingFileKeepsFlags() {
+        CIniFile settings = Load("PwdState=1\nScenes=1;a;;-1\n");
+        QVERIFY(QFile::remove(settings.path));
+        settings.Read();
+        QVERIFY(settings.pwdState && settings.scenes.isEmpty());
+        settings.path = m_folder.filePath("no/such/folder/Corvane.ini");
+        settings.Write();  // silent
+    }
 };
 
-QTEST_APPLESS_MAIN(TestDevice)
+QTEST_GUILESS_MAIN(TestDevice)
 #include "tst_device.moc"

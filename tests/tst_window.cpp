@@ -1,23 +1,242 @@
 #include "tests/peer.h"
 #include "tests/remote.h"
+#include "widgets/artwork.h"
+#include "widgets/cswitchiconctrl.h"
 
-/// The frame around the pages: shape, drag, closing, and what is kept for the next time.
+namespace {
+
+QStringList told;  ///< of what has changed, and what it has become
+
+QString NameOf(QAccessibleInterface* pAccess) {
+    return pAccess->text(QAccessible::Name);
+}
+
+bool IsPainted(QAccessibleInterface* pAccess) {
+    return pAccess->object() == nullptr || dynamic_cast<PaintedParts*>(pAccess->object()) != nullptr;
+}
+
+}  // namespace
+
+/// Takes the place of Qt's own, which tells no one while no screen reader runs.
+void QAccessible::updateAccessibility(QAccessibleEvent* pEvent) {
+    QAccessibleInterface* pAccess = pEvent->accessibleInterface();
+    if (pAccess == nullptr || !IsPainted(pAccess)) {
+        return;
+    }
+    const State state = pAccess->state();
+    const bool bPart = pAccess->object() == nullptr;  // of widgets Qt tells by itself
+    QString sText;
+    if (pEvent->type() == StateChanged) {
+        const State changed = static_cast<QAccessibleStateChangeEvent*>(pEvent)->changedStates();
+        sText = changed.checked    ? (state.checked ? "on" : "off")
+                : changed.selected ? (state.selected ? "selected" : "left")
+                : changed.disabled ? (state.disabled ? "disabled" : "enabled")
+                                   : "";
+    } else if (pEvent->type() == DescriptionChanged) {
+        sText = pAccess->text(Description);
+    } else if (pEvent->type() == ValueChanged) {
+        sText = static_cast<QAccessibleValueChangeEvent*>(pEvent)->value().toString();
+    } else if (bPart) {
+        sText = QMap<Event, QString>{{ObjectShow, "shown"},
+                                     {ObjectHide, "hidden"},
+                                     {ObjectDestroyed, "gone"},
+                                     {NameChanged, "named"}}[pEvent->type()];
+    }
+    // Of many that change alike the first will do.
+    if (!sText.isEmpty() &&
+        (told.isEmpty() || !told.last().endsWith("abled") || !told.last().endsWith(sText))) {
+        told += NameOf(pAccess) + ' ' + sText;
+    }
+}
+
+/// The window on the screen: its frame, and what screen readers find of the painted controls and can do with
+/// them.
 class TestWindow : public QObject {
     Q_OBJECT
 
-    static std::unique_ptr<Corvane> Open(const QByteArray& menuVisible = "1|1|1|1") {
-        auto pWindow = OpenRemote("MenuVisible=" + menuVisible);
-        pWindow->show();
-        return pWindow;
+    std::unique_ptr<Corvane> m_pWindow;
+    static auto Of(QObject* pObject) { return QAccessible::queryAccessibleInterface(pObject); }
+    static void Act(QAccessibleInterface* pAccess) {
+        pAccess->actionInterface()->doAction(pAccess->actionInterface()->actionNames().value(0));
+    }
+
+    /// The painted controls on screen, by name.
+    static void Find(QAccessibleInterface* pParent, QMap<QString, QAccessibleInterface*>& found) {
+        for (int i = 0; i < pParent->childCount(); ++i) {
+            QAccessibleInterface* pChild = pParent->child(i);
+            if (pChild->state().invisible) {
+                continue;
+            }
+            Find(pChild, found);
+            if (IsPainted(pChild) && pChild->role() != QAccessible::Grouping) {
+                const QPoint middle = pChild->rect().center();
+                QVERIFY(!NameOf(pChild).isEmpty() && pParent->rect().contains(pChild->rect()));
+                QVERIFY(pChild->parent() == pParent && pParent->indexOfChild(pChild) == i);
+                QVERIFY(pChild->state().disabled || pParent->childAt(middle.x(), middle.y()) == pChild);
+                found[NameOf(pChild)] = found.value(NameOf(pChild), pChild);
+            }
+        }
+    }
+
+    QMap<QString, QAccessibleInterface*> Controls() const {
+        QMap<QString, QAccessibleInterface*> found;
+        Find(Of(m_pWindow.get()), found);
+        return found;
+    }
+
+    Corvane* Open(const QByteArray& menuVisible = "1|1|1|1") {
+        m_pWindow.reset();
+        m_pWindow = OpenRemote("MenuVisible=" + menuVisible);
+        m_pWindow->show();
+        return m_pWindow.get();
     }
 
 private slots:
+    void init() {
+        Open();
+        m_pWindow->SceneList()->Update({{"Warm", 1, 0, 0, false}, {"Cool", 2, 0, 0, true}}, {});
+        m_pWindow->ProgramList()->Update({{"", 7, -1, 0, false}}, {});
+    }
+
+    void controls() {
+        constexpr auto box = QAccessible::CheckBox;
+        constexpr auto button = QAccessible::Button;
+        // One of the controls of each page, and how many there are.
+        const std::tuple<int, const char*, QAccessible::Role, int> rows[] = {
+            {0, "Cool", box, 4},
+            {1, "#7", box, 3},
+            {2, "Color on or off", box, 14},
+            {3, "Channel 17", button, 39},
+            {4, "Pages", button, 10},
+            {-1, "Scenes", QAccessible::PageTab, 16}};
+        for (const auto& [iPage, pName, role, nCount] : rows) {
+            iPage < 0 ? m_pWindow->ShowPopupMenu() : m_pWindow->OnMenuChanged(iPage);
+            QCoreApplication::processEvents();
+            const auto found = Controls();
+            QCOMPARE(found.size(), nCount);
+            QVERIFY2(found.contains(pName) && found[pName]->role() == role, pName);
+        }
+        const CSliderCtrl* pLevel = m_pWindow->Grid()->Editor()->Control();
+        QSignalSpy levels(pLevel, &CSliderCtrl::valueChanged);
+        QAccessibleValueInterface* pValue = Of(pLevel->Slider())->valueInterface();
+        m_pWindow->OnMenuChanged(3);
+        Act(Controls()["Channel 17"]);
+        pValue->setCurrentValue(300);
+        QVERIFY(levels == QList<QVariantList>{{255}} && pValue->currentValue() == 255);
+        Act(Of(m_pWindow->SceneList())->child(0));  // on another page, out of reach
+        QCOMPARE(Running(m_pWindow->SceneList()), QString("2"));
+        Act(Of(m_pWindow.get())->childAt(780, 35));
+        QVERIFY(m_pWindow->isHidden());
+    }
+
+    /// Whatever changes is soon on the screen, where nothing outdated stays, and is told.
+    void changes() {
+        const QRect sign = QRegion(artwork::Shape(":/Corvane/Images/ConnectionLost.png")).boundingRect();
+        // The page, what happens there (a control is pressed, or a place beside its corner; the server says
+        // something; the connection is lost), and what is told of it.
+        const std::tuple<int, const char*, const char*> rows[] = {
+            {0, "Warm", "Warm on, Cool off"},
+            {0, R"(8,"content":{"id":2,"s":true})", "Warm off, Cool on"},
+            {0, R"(18,"content":{"scn":{"content":[{"id":1}]}})", ""},  // older than the click
+            {0, R"(18,"content":{"scn":{"content":[{"id":1}]}})", "Warm on, Cool off"},
+            {0, R"(18,"content":{"scn":{"content":[]}})", "Warm off"},
+            {1, "#7", "#7 on"},
+            {1, R"(18,"content":{"prg":{"content":[]}})", ""},
+            {1, R"(18,"content":{"prg":{"content":[]}})", "#7 off"},
+            {2, R"(10,"content":{"color":{"r":255,"g":51},"s":true})",
+             "Color on or off on, Green 51, Green 20%, Blue 0, Blue 0%, Color wheel red 255, green 51, blue "
+             "0, Dimmer 0%, Speed 0%"},
+            {2, R"(11,"content":{"dim":100,"white":true})", "Dimmer 100%"},
+            {2, "Color wheel@300 210",
+             "Green 135, Green 52%, Blue 135, Blue 52%, Color wheel red 255, green 135, blue 135"},
+            {2, "Color wheel@210 300",
+             "Red 195, Red 76%, Blue 255, Blue 100%, Color wheel red 195, green 135, blue 255"},
+            {2, "Color on or off", "Color on or off off"},
+            {2, "Green max",
+             "Green 255, Green 100%, Color wheel red 195, green 255, blue 255, Color on or off on"},
+            {2, "Blue@5 300", "Blue 41, Blue 16%, Color wheel red 195, green 255, blue 41"},
+            {2, "White@5 200",
+             "White 116, White 45%, Red 90, Red 35%, Green 116, Green 45%, Blue 18, Blue 7%, Color wheel red "
+             "90, green 116, blue 18"},
+            {2, "Commands, dimmer and speed", "Levels of the color off, Commands, dimmer and speed on"},
+            {2, R"(11,"content":{"dim":50,"speed":1,"hold":true})",
+             "Dimmer 128, Dimmer 50%, Speed 3, Speed 1%, Pause on"},
+            {2, "Black", "White off, Black on"},
+            {2, "Next", "Next on, Next off"},
+            {2, "Next@30 30", "Next on"},
+            {2, R"(9,"content":{"id":7,"s":true})", "Color on or off off, Black off, Pause off, #7 on"},
+            {3, R"(12,"content":{"chan":16,"level":128,"s":true})", "Channel 17 128, Channel 17 on"},
+            {3, R"(12,"content":{"chan":31,"level":7,"s":true})", "Channel 32 7, Channel 32 on"},
+            {3, R"(12,"content":{"chan":32,"level":9,"s":true})", ""},
+            {3, R"(13,"content":{"universe":0,"channels":[{"c":0,"l":9,"s":true}]})",
+             "Channel 1 9, Channel 1 on, Channel 17 Off, Channel 17 off, Channel 32 Off, Channel 32 off"},
+            {3, "Channel 3", "Previous channels disabled"},
+            {3, "Channel 3@5 20", "Channel 3 251, Channel 3 251"},
+            {3, "Channel 3@9 280",
+             "Previous channels enabled, Channel 3 251, Channel 3 on, Channel 4 enabled"},
+            {3, R"(7,"content":{})",
+             "Warm gone, Cool gone, #7 gone, Black on, Pause on, Channel 1 Off, Channel 1 off, Channel 3 "
+             "Off, Channel 3 off"},
+            {3, "Next universe", "Universe 2 named"},
+            {4, "Scenes page in the menu", "Scenes page in the menu off"},
+            {4, "Lock this page with the password", "Lock this page with the password on"},
+            {4, "Programs page in the menu", "Programs page in the menu off"},
+            {4, "Pages", ""},
+            {2, "", "The server does not answer shown"},
+            {2, "Pages", ""},
+            {-1, "Connect again@20 20",
+             "Scenes left, Connect again selected, The server does not answer hidden"},
+            {-1, "Connect again", "Scenes selected, Connect again left"},
+        };
+        for (const auto& [iPage, pAction, pTold] : rows) {
+            iPage < 0 ? void() : m_pWindow->OnMenuChanged(iPage);
+            QCoreApplication::processEvents();
+            const auto controls = Controls();
+            QTRY_VERIFY(IsUpToDate(m_pWindow.get()));
+            told.clear();
+            const QStringList action = QString(pAction).split('@');
+            const QStringList place = action.value(1).split(' ');
+            if (action[0].contains('{')) {
+                m_pWindow->ReadData("{\"typ\":" + action[0].toUtf8() + '}', "10.0.0.1");
+            } else if (action[0].isEmpty()) {
+                const QImage calm = m_pWindow->grab().toImage();
+                QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->IsConnectionLost(), 20000);
+                QCOMPARE(ChangedArea(calm, m_pWindow->grab().toImage()), sign.translated(385, 4));
+            } else if (action.size() == 1) {
+                Act(controls[action[0]]);
+            } else {
+                const QPoint corner = controls[action[0]]->rect().topLeft();
+                const QPoint at =
+                    m_pWindow->mapFromGlobal(corner + QPoint(place[0].toInt(), place[1].toInt()));
+                QWidget* pWidget = m_pWindow->childAt(at);
+                Mouse(pWidget, QEvent::MouseButtonPress, pWidget->mapFrom(m_pWindow.get(), at));
+            }
+            QTRY_VERIFY2(IsUpToDate(m_pWindow.get()), pAction);
+            QCOMPARE(told.join(", "), QString(pTold));
+        }
+    }
+
+    /// Interfaces are made when asked for and do not outlive their tile.
+    void rebuild() {
+        QList<Scene> scenes;
+        for (int i = 0; i < 1000; ++i) {
+            scenes.append({"Scene", i, -1, 0, false});
+        }
+        m_pWindow->SceneList()->Update(scenes, {});
+        QAccessibleInterface* pList = Of(m_pWindow->SceneList());
+        const QAccessible::Id last = QAccessible::uniqueId(pList->child(999));
+        QCOMPARE(QAccessible::uniqueId(pList->child(0)), last + 1);
+        m_pWindow->SceneList()->Update(QList<Scene>{scenes[5]}, {});
+        QVERIFY(QAccessible::accessibleInterface(last) == nullptr && pList->childCount() == 1);
+        QCOMPARE(pList->child(0)->text(QAccessible::Description), QString("#5"));
+    }
+
     void shape() {
-        const auto window = Open();
+        Corvane* pWindow = Open();
         // The mask takes whole pixels; none may show the light ground behind the picture's smooth edge.
-        const QImage shown = window->grab().toImage();
+        const QImage shown = pWindow->grab().toImage();
         for (int y = 0; y < shown.height(); ++y) {
-            const QRegion row = window->mask() & QRect(0, y, shown.width(), 1);
+            const QRegion row = pWindow->mask() & QRect(0, y, shown.width(), 1);
             QVERIFY2(qGray(shown.pixel(row.boundingRect().topLeft())) < 128, qPrintable(QString::number(y)));
         }
     }
@@ -25,21 +244,21 @@ private slots:
     void firstPage() {
         for (const auto& [pVisible, nPage] :
              {std::pair{"1|1|1|1", 2}, {"0|0|1|0", 2}, {"1|1|0|1", 0}, {"0|1|0|1", 1}, {"0|0|0|0", 4}}) {
-            const auto window = Open(pVisible);
-            QVERIFY(window->CurrentPage() == nPage && window->Menu()->Selected() == nPage);
-            QCOMPARE(window->SceneList()->isVisible(), nPage == 0);
-            QCOMPARE(window->ProgramList()->isVisible(), nPage == 1);
-            window->OnMenuChanged(6);  // no page: none is left on screen
-            QVERIFY(window->childAt(410, 300) == nullptr && window->CurrentPage() == 6);
+            Corvane* pWindow = Open(pVisible);
+            QVERIFY(pWindow->CurrentPage() == nPage && pWindow->Menu()->Selected() == nPage);
+            QCOMPARE(pWindow->SceneList()->isVisible(), nPage == 0);
+            QCOMPARE(pWindow->ProgramList()->isVisible(), nPage == 1);
+            pWindow->OnMenuChanged(6);  // no page: none is left on screen
+            QVERIFY(pWindow->childAt(410, 300) == nullptr && pWindow->CurrentPage() == 6);
         }
     }
 
     void drag() {
-        const auto window = Open();
-        window->move(100, 100);
-        const auto mouse = [&window](QEvent::Type type, const QPoint& onScreen) {
-            Mouse(window.get(), type, window->mapFromGlobal(onScreen));
-            return window->pos();
+        Corvane* pWindow = Open();
+        pWindow->move(100, 100);
+        const auto mouse = [pWindow](QEvent::Type type, const QPoint& onScreen) {
+            Mouse(pWindow, type, pWindow->mapFromGlobal(onScreen));
+            return pWindow->pos();
         };
         mouse(QEvent::MouseButtonPress, {400, 120});
         QCOMPARE(mouse(QEvent::MouseMove, {430, 160}), QPoint(130, 140));
@@ -49,32 +268,32 @@ private slots:
         // Neither the second of two clicks, even on the close button, nor a press on the page takes hold.
         for (const auto& [type, at] : {std::pair{QEvent::MouseButtonDblClick, QPoint(780, 30)},
                                        std::pair{QEvent::MouseButtonPress, QPoint(58, 58)}}) {
-            Mouse(window.get(), type, at);
+            Mouse(pWindow, type, at);
             mouse(QEvent::MouseMove, {600, 400});
         }
-        QVERIFY(window->isVisible() && window->pos() == QPoint(129, 140));
+        QVERIFY(pWindow->isVisible() && pWindow->pos() == QPoint(129, 140));
     }
 
     void closing() {
         const QRect button(QPoint(765, 20), QPoint(796, 51));
         for (const QPoint at :
              {QPoint(765, 20), QPoint(796, 51), QPoint(764, 20), QPoint(797, 51), QPoint(796, 52)}) {
-            const auto window = Open();
-            Click(window.get(), at);
-            QCOMPARE(window->isVisible(), !button.contains(at));
+            Corvane* pWindow = Open();
+            Click(pWindow, at);
+            QCOMPARE(pWindow->isVisible(), !button.contains(at));
         }
     }
 
     void escapeSaysGoodbyeOnce() {
         Peer peer;
-        const auto window = Open();
-        QTRY_VERIFY(window->IsAnswered());
+        Corvane* pWindow = Open();
+        QTRY_VERIFY(pWindow->IsAnswered());
         QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Escape, {}, QString(), true);
-        QCoreApplication::sendEvent(window.get(), &repeated);
-        QTest::keyClick(window.get(), Qt::Key_A);
-        QVERIFY(window->isVisible());
-        QTest::keyClick(window.get(), Qt::Key_Escape);
-        QVERIFY(!window->isVisible());
+        QCoreApplication::sendEvent(pWindow, &repeated);
+        QTest::keyClick(pWindow, Qt::Key_A);
+        QVERIFY(pWindow->isVisible());
+        QTest::keyClick(pWindow, Qt::Key_Escape);
+        QVERIFY(!pWindow->isVisible());
         QTRY_COMPARE(peer.Count(3), 1);
     }
 };

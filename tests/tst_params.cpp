@@ -1,4 +1,8 @@
+#include "app/branding.h"
+#include "app/cgetnidlg.h"
+#include "app/cpopupmenu.h"
 #include "settings/cinifile.h"
+#include "tests/support.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cswitchctrl.h"
 #include "widgets/cswitchiconctrl.h"
@@ -6,12 +10,14 @@
 #include <QComboBox>
 #include <QCommandLinkButton>
 #include <QDesktopServices>
+#include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QtTest>
+#include <QTemporaryFile>
 
 #include <memory>
 
+/// The parameters page, the menu, and what comes before the window: the profile and the choice of a network.
 class TestParams : public QObject {
     Q_OBJECT
 
@@ -32,6 +38,10 @@ class TestParams : public QObject {
         m_pPage->resize(704, 484);
         m_pPage->show();
     }
+
+    std::unique_ptr<CPopupMenu> m_pMenu;
+
+    QImage Shown(const QRect& rect) { return m_pMenu->grab(rect).toImage(); }
 
 private slots:
     void OnUrl(const QUrl& url) { m_opened += url; }
@@ -145,7 +155,91 @@ private slots:
         Open(false, {}, false);
         QVERIFY(m_pPage->findChildren<QCommandLinkButton*>().isEmpty());
     }
+
+    void selecting() {
+        m_pMenu = std::make_unique<CPopupMenu>(nullptr);
+        QSignalSpy chosen(m_pMenu.get(), &CPopupMenu::menuChanged);
+        Click(m_pMenu.get(), m_pMenu->EntryRect(2).center());  // selected at first
+        Click(m_pMenu.get(), QPoint(2, 2));
+        Click(m_pMenu.get(), m_pMenu->EntryRect(4).center());
+        // Refresh is lit while held.
+        const QRect refresh(6, 270, 50, 39);
+        const QImage calm = Shown(refresh);
+        QTest::mousePress(m_pMenu.get(), Qt::LeftButton, {}, refresh.center());
+        QVERIFY(Shown(refresh) != calm);
+        QTest::mouseRelease(m_pMenu.get(), Qt::LeftButton, {}, QPoint(-50, 0));
+        QVERIFY(Shown(refresh) == calm && m_pMenu->Selected() == 4);
+        QCOMPARE(chosen, QList<QVariantList>({{4}, {5}}));
+        // The parameters can be taken out of the places, but not out of the picture.
+        const QImage corner = Shown({0, 0, 6, 39});
+        m_pMenu->ShowMenu(4, false);
+        QVERIFY(Shown({0, 0, 6, 39}) != corner);
+    }
+
+    void branding() {
+        Branding branding;
+        QVERIFY(!branding.Load(99));
+        for (const QByteArray text : {"{", "[]", R"({"type":4})", R"({"type":5,"name":"n","icon":"i"})"}) {
+            QTemporaryFile file;
+            QVERIFY(file.open() && file.write(text) == text.size() && file.flush());
+            QVERIFY2(!branding.Load(file.fileName(), 4) && branding.name.isEmpty(), text);
+        }
+        QVERIFY(branding.Load(Branding::ApplicationType));
+        QVERIFY(branding.type == 4 && branding.type != Branding::TypeWithoutStores);
+        QVERIFY(branding.androidStore.endsWith("/android") && branding.iosStore.endsWith("/ios"));
+    }
+
+    void offeredAddresses() {
+        for (const char* pText : {"192.168.0.7", "172.16.1.1", "10.0.0.5", "2.1.1.1", "192.299.0.0",
+                                  "10.1.1.1.", "10.07.255.0"}) {
+            QVERIFY2(IsLightingAddress(pText), pText);
+        }
+        for (const char* pText : {"127.0.0.1", "169.254.1.1", "8.8.8.8", "fe80::1", "10.0.0", "10.0.0.300",
+                                  "", "10.0.0.1\n", "110.0.0.1", "::ffff:10.0.0.1", "10.0.0.1.1"}) {
+            QVERIFY2(!IsLightingAddress(pText), pText);
+        }
+    }
+
+    void dialog() {
+        CGetNiDlg bare({}, nullptr);
+        CGetNiDlg full({{"eth0", "10.0.0.5", "10.0.0.255"}, {"eth0", "2.1.1.1", "2.255.255.255"}}, nullptr);
+        const QString sFull =
+            "Auto|Auto|10.0.0.255 eth0 : 10.0.0.5|10.0.0.5|10.0.0.255 "
+            "eth0 : 2.1.1.1|2.1.1.1|2.255.255.255 Localhost : 127.0.0.1|127.0.0.1|127.0.0.1 ||";
+        for (const auto& [pDialog, sOffered] :
+             {std::pair{&bare, QString("Auto|Auto|127.0.0.1 Localhost : 127.0.0.1|127.0.0.1| ||")},
+              {&full, sFull}}) {
+            auto* pCombo = pDialog->findChild<QComboBox*>();
+            QCOMPARE(pCombo->currentIndex(), 0);
+            QStringList texts;
+            for (int i = 0; i <= pCombo->count(); ++i) {
+                pCombo->setCurrentIndex(i < pCombo->count() ? i : -1);
+                texts += pCombo->currentText() + '|' + pDialog->GetIp() + '|' + pDialog->GetBroadcast();
+            }
+            QCOMPARE(texts.join(' '), sOffered);
+        }
+        QSignalSpy finished(&full, &QDialog::finished);
+        for (const auto button : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel}) {
+            full.findChild<QDialogButtonBox*>()->button(button)->click();
+        }
+        QCOMPARE(finished, QList<QVariantList>({{QDialog::Accepted}, {QDialog::Rejected}}));
+    }
+
+    /// The dialog grows with what it holds.
+    void dialogSize() {
+        const QFont font = QApplication::font();
+        for (const auto& [nPoints, sName] : {std::pair{9, "lo"}, {9, "wlx00c0ca123456"}, {18, "lo"}}) {
+            QApplication::setFont(QFont(font.family(), nPoints));
+            CGetNiDlg dialog({{sName, "192.168.178.100", {}}}, nullptr);
+            dialog.show();
+            for (const auto* pPart : dialog.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+                QCOMPARE(pPart->size().expandedTo(pPart->sizeHint()), pPart->size());
+            }
+            QCOMPARE(dialog.size() == QSize(200, 100), nPoints == 9 && sName == QString("lo"));
+        }
+        QApplication::setFont(font);
+    }
 };
 
 QTEST_MAIN(TestParams)
-#include "tst_cparamsctrl.moc"
+#include "tst_params.moc"
