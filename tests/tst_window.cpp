@@ -99,15 +99,13 @@ private slots:
     }
 
     void controls() {
-        constexpr auto box = QAccessible::CheckBox;
-        constexpr auto button = QAccessible::Button;
         // One of the controls of each page, and how many there are.
         const std::tuple<int, const char*, QAccessible::Role, int> rows[] = {
-            {0, "Cool", box, 4},
-            {1, "#7", box, 3},
-            {2, "Color on or off", box, 14},
-            {3, "Channel 17", button, 39},
-            {4, "Pages", button, 10},
+            {0, "Cool", QAccessible::CheckBox, 4},
+            {1, "#7", QAccessible::CheckBox, 3},
+            {2, "Color on or off", QAccessible::CheckBox, 14},
+            {3, "Channel 17", QAccessible::Button, 39},
+            {4, "Pages", QAccessible::Button, 10},
             {-1, "Scenes", QAccessible::PageTab, 16}};
         for (const auto& [iPage, pName, role, nCount] : rows) {
             iPage < 0 ? m_pWindow->ShowPopupMenu() : m_pWindow->OnMenuChanged(iPage);
@@ -218,15 +216,14 @@ private slots:
 
     /// Interfaces are made when asked for and do not outlive their tile.
     void rebuild() {
-        QList<Scene> scenes;
-        for (int i = 0; i < 1000; ++i) {
-            scenes.append({"Scene", i, -1, 0, false});
-        }
-        m_pWindow->SceneList()->Update(scenes, {});
+        const auto scenes = [](int n) {
+            return QList<Scene>(QVector<Scene>(n, {"Scene", 5, -1, 0, false}).toList());
+        };
+        m_pWindow->SceneList()->Update(scenes(1000), {});
         QAccessibleInterface* pList = Of(m_pWindow->SceneList());
         const QAccessible::Id last = QAccessible::uniqueId(pList->child(999));
         QCOMPARE(QAccessible::uniqueId(pList->child(0)), last + 1);
-        m_pWindow->SceneList()->Update(QList<Scene>{scenes[5]}, {});
+        m_pWindow->SceneList()->Update(scenes(1), {});
         QVERIFY(QAccessible::accessibleInterface(last) == nullptr && pList->childCount() == 1);
         QCOMPARE(pList->child(0)->text(QAccessible::Description), QString("#5"));
     }
