@@ -188,6 +188,7 @@ private slots:
         };
         for (const auto& [iPage, pAction, pTold] : rows) {
             iPage < 0 ? void() : m_pWindow->OnMenuChanged(iPage);
+            m_pWindow->IsConnectionLost() ? void() : m_pWindow->Refresh();  // not lost before its row
             QCoreApplication::processEvents();
             const auto controls = Controls();
             QTRY_VERIFY(IsUpToDate(m_pWindow.get()));
