@@ -1,4 +1,5 @@
 #include "app/corvane.h"
+#include "device/logging.h"
 #include "device/messages.h"
 #include "device/readers.h"
 #include "widgets/ccolorpicker.h"
@@ -61,7 +62,11 @@ void Corvane::ReadData(const QByteArray& datagram, const QString& sSender) {
                 readContent(nType, value, sSender);
             }
         });
-    } catch (const std::invalid_argument&) {
+        if (nType == 0) {
+            qCInfo(logDrop) << "in: no type, from" << sSender;
+        }
+    } catch (const std::invalid_argument& error) {
+        qCInfo(logDrop) << "in:" << error.what() << "from" << sSender;
         m_fragments.Clear(sSender);
     }
 }
@@ -72,10 +77,12 @@ void Corvane::readType(int nType) {
         m_answerTimer.start();
         if (m_bConnectionLost) {
             m_bConnectionLost = false;
+            qCInfo(logNet) << "found: the server answers again";
             ShowParts();
         }
     } else if (nType == static_cast<int>(MessageType::TooManyClients) && !m_bWarningUsers &&
                (!m_warningClosed.isValid() || m_warningClosed.hasExpired(WarningPauseMs))) {
+        qCInfo(logNet) << "refused: the server has too many clients";
         // The box must not run inside the socket's signal, which would stay deaf as long as it is open.
         m_bWarningUsers = true;
         QMetaObject::invokeMethod(this, &Corvane::WarnTooManyUsers, Qt::QueuedConnection);
@@ -112,6 +119,7 @@ void Corvane::readContent(int nType, const JSONNode& content, const QString& sSe
             readSceneState(content);
             break;
         default:
+            qCInfo(logDrop) << "in: type" << nType << "says nothing to a remote, from" << sSender;
             break;
     }
 }
@@ -136,6 +144,10 @@ void Corvane::readState(const JSONNode& content) {
         });
     });
     Update();
+    if (!m_bAnswered) {
+        qCInfo(logNet) << "online: the server sent its state," << m_scenes.size() << "scenes and"
+                       << m_programs.size() << "programs";
+    }
     m_bAnswered = true;
 }
 
@@ -155,6 +167,9 @@ void Corvane::readSceneState(const JSONNode& content) {
                 }
             });
         });
+    }
+    if (m_bStateChangeInFlight) {
+        qCInfo(logDrop) << "in: scene states that may be older than the user's last switch";
     }
     m_bStateChangeInFlight = false;
 }
@@ -228,7 +243,9 @@ void Corvane::readSerial(const JSONNode& content, const QString& sSender) {
             return;
         }
         bFirst = false;
-        m_pParams->AddSerial(QString::fromStdString(serial.AsText()), sSender);
+        const QString sSerial = QString::fromStdString(serial.AsText());
+        qCInfo(logNet) << "server" << sSerial << "at" << sSender;
+        m_pParams->AddSerial(sSerial, sSender);
         if (Take(m_work.nStateRequests)) {
             SendState();
         }

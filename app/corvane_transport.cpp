@@ -1,5 +1,6 @@
 #include "app/cgetnidlg.h"
 #include "app/corvane.h"
+#include "device/logging.h"
 #include "widgets/ccolorpicker.h"
 #include "widgets/channelsgrid.h"
 #include "widgets/cparamsctrl.h"
@@ -12,6 +13,8 @@
 
 #include <array>
 #include <cstring>
+
+using logging::Summary;
 
 namespace {
 
@@ -37,6 +40,7 @@ bool Corvane::Connect() {
     if (m_pSocket == nullptr) {
         CGetNiDlg dialog(nullptr);
         if (dialog.exec() != QDialog::Accepted) {
+            qCInfo(logNet) << "no network chosen";
             return false;
         }
         m_sInterface = dialog.GetIp();
@@ -44,6 +48,7 @@ bool Corvane::Connect() {
         if (m_sInterface.isEmpty()) {
             return false;
         }
+        qCInfo(logNet) << "network" << m_sInterface << "broadcast" << m_sBroadcast;
         m_pSocket = new QUdpSocket(this);
         connect(m_pSocket, &QUdpSocket::readyRead, this, &Corvane::ReadPacket);
     }
@@ -51,10 +56,13 @@ bool Corvane::Connect() {
     const QHostAddress address =
         m_sInterface == "Auto" ? QHostAddress(QHostAddress::AnyIPv4) : QHostAddress(m_sInterface);
     if (!m_pSocket->bind(address, static_cast<quint16>(m_nLocalPort), QAbstractSocket::ReuseAddressHint)) {
+        qCInfo(logNet) << "cannot listen on" << address.toString() << "port" << m_nLocalPort
+                       << m_pSocket->errorString();
         QMessageBox::warning(this, tr("Error"), tr("Cannot connect to the Network Interface"),
                              QMessageBox::Ok);
         return false;
     }
+    qCInfo(logNet) << "listening on" << address.toString() << "port" << m_nLocalPort;
     m_pSocket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, ReceiveBufferSize);
 
     m_bConnected = true;
@@ -82,8 +90,10 @@ void Corvane::InitConnection(int nLocalPort, int nRemotePort) {
     if (m_pParams->Servers().IsEmpty()) {
         m_sServerAddress = m_sBroadcast;
         m_pParams->SetIp(m_sBroadcast);
+        qCInfo(logNet) << "looking: no server is known, asking at" << m_sBroadcast << "port" << nRemotePort;
         SendSerial();
     } else {
+        qCInfo(logNet) << "looking: asking the chosen server on port" << nRemotePort;
         SendState();
     }
 }
@@ -93,6 +103,7 @@ void Corvane::Disconnect() {
         return;
     }
     if (m_pSocket != nullptr) {
+        qCInfo(logNet) << "left port" << m_nLocalPort;
         m_pSocket->abort();
     }
     m_bConnected = false;
@@ -106,7 +117,12 @@ void Corvane::Refresh() {
 void Corvane::SendPacket(const std::string& sText, bool bDeferred) {
     if (bDeferred) {
         if (m_bReading && m_bPacketPending && m_bPendingIsUsers) {
+            qCInfo(logDrop).noquote() << "out" << Summary(sText) << "a click of the user waits";
             return;  // a click must not be lost to what someone else's message causes
+        }
+        if (m_bPacketPending) {
+            qCInfo(logDrop).noquote()
+                << "out" << Summary(m_sPendingPacket) << "replaced by" << Summary(sText);
         }
         m_sPendingPacket = sText;
         m_bPacketPending = true;
@@ -117,8 +133,13 @@ void Corvane::SendPacket(const std::string& sText, bool bDeferred) {
         return;
     }
     const char* pText = sText.c_str();
-    m_pSocket->writeDatagram(pText, static_cast<qint64>(std::strlen(pText)), QHostAddress(m_sServerAddress),
-                             static_cast<quint16>(m_nRemotePort));
+    const QHostAddress address(m_sServerAddress);
+    qCInfo(logWire).noquote() << "out" << Summary(QByteArray(pText)) << "to" << address.toString()
+                              << m_nRemotePort;
+    if (m_pSocket->writeDatagram(pText, static_cast<qint64>(std::strlen(pText)), address,
+                                 static_cast<quint16>(m_nRemotePort)) < 0) {
+        qCInfo(logDrop) << "out:" << m_pSocket->errorString();
+    }
 }
 
 void Corvane::ReadPacket() {
@@ -135,16 +156,19 @@ void Corvane::ReadPacket() {
         const qint64 nSize = m_pSocket->pendingDatagramSize();
         if (nSize < 1) {
             // Take the empty datagram off the queue, or the socket never signals again.
+            qCInfo(logDrop) << "in: an empty datagram";
             m_pSocket->readDatagram(nullptr, 0);
             return;
         }
         QByteArray datagram(static_cast<int>(nSize), Qt::Uninitialized);
         QHostAddress sender;
-        const qint64 nRead = m_pSocket->readDatagram(datagram.data(), datagram.size(), &sender);
+        quint16 nPort = 0;
+        const qint64 nRead = m_pSocket->readDatagram(datagram.data(), datagram.size(), &sender, &nPort);
         if (nRead < 0) {
             return;
         }
         datagram.truncate(static_cast<int>(nRead));
+        qCInfo(logWire).noquote() << "in" << Summary(datagram) << "from" << sender.toString() << nPort;
         ReadData(datagram, sender.toString());
     }
 }
@@ -155,9 +179,11 @@ void Corvane::OnTimer() {
     }
     if (!m_bConnectionLost && m_answerTimer.hasExpired(LostMs)) {
         m_bConnectionLost = true;
+        qCInfo(logNet) << "lost: no answer for" << m_answerTimer.elapsed() << "ms";
         ShowParts();
     } else if (!m_bAnswered) {
         if (m_nLocalPort != FallBackPorts[0] && m_requestTimer.hasExpired(FallBackMs)) {
+            qCInfo(logNet) << "fall-back: no state within" << FallBackMs << "ms";
             InitConnection(FallBackPorts[0], FallBackPorts[1]);
         }
     } else if (m_aliveTimer.hasExpired(AliveMs)) {

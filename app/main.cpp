@@ -2,6 +2,7 @@
 #include "app/corvane.h"
 #include "app/language.h"
 #include "app/look.h"
+#include "device/logging.h"
 #include "widgets/artwork.h"
 #include "widgets/qtversions.h"
 
@@ -17,6 +18,7 @@ int main(int argc, char* argv[]) {
     }
     qtversions::EnableHighDensity();
 
+    logging::SetPattern();
     QApplication application(argc, argv);
     // Where a desktop finds the window's name and icon: corvane.desktop.
     QApplication::setDesktopFileName("corvane");

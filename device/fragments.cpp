@@ -1,5 +1,6 @@
 #include "device/fragments.h"
 
+#include "device/logging.h"
 #include "device/text.h"
 
 #include <algorithm>
@@ -27,6 +28,9 @@ std::optional<QByteArray> Fragments::Join(const QByteArray& datagram, const QStr
 }
 
 void Fragments::Clear() {
+    for (const Pieces& pieces : m_waiting) {
+        LogDrop(pieces, "their rest had not come before the next question");
+    }
     m_waiting.clear();
     m_nSize = 0;
 }
@@ -47,6 +51,7 @@ Fragments::Pieces& Fragments::Of(const QString& sSender) {
         return m_waiting.front();
     }
     if (m_waiting.size() == MaxSenders) {
+        LogDrop(m_waiting.back(), "too many senders");
         m_nSize -= m_waiting.back().text.size();
         m_waiting.pop_back();
     }
@@ -54,11 +59,17 @@ Fragments::Pieces& Fragments::Of(const QString& sSender) {
     return m_waiting.front();
 }
 
+void Fragments::LogDrop(const Pieces& pieces, const char* pReason) {
+    qCInfo(logDrop).nospace() << "pieces of " << pieces.sender << ", " << pieces.text.size()
+                              << " bytes: " << pReason;
+}
+
 /// Returns whose they were.
 QString Fragments::DropLongest() {
     const auto longest =
         std::max_element(m_waiting.begin(), m_waiting.end(),
                          [](const Pieces& a, const Pieces& b) { return a.text.size() < b.text.size(); });
+    LogDrop(*longest, "too much waits");
     const QString sender = longest->sender;
     Clear(sender);
     return sender;

@@ -36,6 +36,7 @@ private:
         int nOpen = 0;
     };
 
+    static void LogDrop(const Pieces& pieces, const char* pReason);
     Pieces& Of(const QString& sSender);
     QString DropLongest();
 

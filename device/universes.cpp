@@ -1,11 +1,15 @@
 #include "device/universes.h"
 
+#include "device/logging.h"
+
 #include <algorithm>
 
 void Universes::Set(int nUniverse, int nChannel, int nLevel, bool bState) {
     if (HasUniverse(nUniverse) && HasChannel(nChannel)) {
         levels[At(nUniverse, nChannel)] = static_cast<unsigned char>(nLevel);
         states[At(nUniverse, nChannel)] = bState;
+    } else {
+        qCInfo(logDrop) << "no such channel:" << nUniverse << nChannel;
     }
 }
 

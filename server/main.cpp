@@ -1,3 +1,4 @@
+#include "device/logging.h"
 #include "server/lampoutput.h"
 #include "server/patchsheet.h"
 #include "server/playback.h"
@@ -191,6 +192,7 @@ int Serve(const QCommandLineParser& parser) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+    logging::SetPattern();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("corvane-server");
     QCoreApplication::setApplicationVersion(CORVANE_VERSION);

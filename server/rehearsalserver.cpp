@@ -1,5 +1,6 @@
 #include "server/rehearsalserver.h"
 
+#include "device/logging.h"
 #include "device/messages.h"
 #include "device/readers.h"
 #include "server/replies.h"
@@ -111,8 +112,13 @@ void RehearsalServer::ReadPackets(QUdpSocket& socket) {
         if (nRead < 0) {
             return;
         }
-        if (!IsSilent() && port != m_options.port) {
+        if (IsSilent() || port == m_options.port) {
+            qCInfo(logDrop) << (IsSilent() ? "silent by option:" : "from a server's port:") << nRead
+                            << "bytes";
+        } else {
             const QByteArray datagram(m_datagram.constData(), static_cast<int>(nRead));
+            qCInfo(logWire).noquote()
+                << "in" << logging::Summary(datagram) << "from" << address.toString() << port;
             Carry(0, nRead, [this, datagram, address, port] { ReadMessage(datagram, address, port); });
         }
     }
@@ -120,6 +126,7 @@ void RehearsalServer::ReadPackets(QUdpSocket& socket) {
 
 void RehearsalServer::Carry(int nDelayMs, qint64 nBytes, const std::function<void()>& deliver) {
     if (Happens(m_options.dropPercent)) {
+        qCInfo(logDrop) << "lost by option:" << nBytes << "bytes";
         return;
     }
     for (int nCopies = Happens(m_options.duplicatePercent) ? 2 : 1; nCopies > 0; --nCopies) {
@@ -132,6 +139,8 @@ void RehearsalServer::Carry(int nDelayMs, qint64 nBytes, const std::function<voi
                 m_nLateBytes -= nRoom;
                 deliver();
             });
+        } else {
+            qCInfo(logDrop) << "too much is delayed:" << nBytes << "bytes";
         }
     }
 }
@@ -451,8 +460,11 @@ void RehearsalServer::Send(const Client& to, const std::string& sText) {
 
 void RehearsalServer::SendDatagram(const Client& to, const std::string& sText) {
     const QNetworkDatagram datagram(QByteArray::fromStdString(sText), to.address, to.port);
-    Carry(m_options.delayMs, datagram.data().size(),
-          [this, datagram] { m_pSocket->writeDatagram(datagram); });
+    Carry(m_options.delayMs, datagram.data().size(), [this, datagram] {
+        qCInfo(logWire).noquote() << "out" << logging::Summary(datagram.data()) << "to"
+                                  << datagram.destinationAddress().toString() << datagram.destinationPort();
+        m_pSocket->writeDatagram(datagram);
+    });
 }
 
 bool RehearsalServer::IsSilent() const {

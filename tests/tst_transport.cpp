@@ -20,6 +20,8 @@ class TestTransport : public QObject {
         QTRY_VERIFY(m_pWindow->IsAnswered() || !bUntilAnswered);
     }
 
+    static inline QStringList lines;
+
 private slots:
     void cleanup() { m_pWindow.reset(); }
 
@@ -39,6 +41,44 @@ private slots:
         ChooseInterface();
         window.Refresh();
         QTRY_VERIFY(window.IsAnswered());
+    }
+
+    /// What a report of a fault tells: nothing unasked, no secret, nothing that moves a terminal's cursor.
+    void log() {
+        const auto before =
+            qInstallMessageHandler([](QtMsgType, const QMessageLogContext& context, const QString& sLine) {
+                if (QByteArray(context.category).startsWith("corvane.")) {
+                    lines += context.category + (' ' + sLine);
+                }
+            });
+        Peer peer;
+        const auto play = [&] {
+            m_pWindow.reset();
+            m_pWindow = OpenRemote("PwdState=1\nPwdValue=hush\n");
+            QTRY_VERIFY(m_pWindow->IsAnswered());
+            m_pWindow->ReadData("{\"typ\":15,\"content\":{\"serial\":\"\\u001b[31mred\\n\"}}", "10.0.0.5");
+            m_pWindow->ReadData("{", "10.0.0.6");
+            m_pWindow->ReadData(R"({"typ":99,"content":{}})", "10.0.0.7");
+            m_pWindow->ReadData(R"({"typ":12,"content":{"univ":32,"chan":0}})", "10.0.0.8");
+            m_pWindow->OnBlackChanged(true);
+            m_pWindow->OnBlackChanged(false);
+        };
+        play();
+        QCOMPARE(lines, QStringList());
+        QLoggingCategory::setFilterRules("corvane.*=true");
+        play();
+        m_pWindow.reset();
+        QLoggingCategory::setFilterRules({});
+        qInstallMessageHandler(before);
+        for (const char* pTold : {"net network \"Auto\" broadcast \"127.0.0.1\"",
+                                  "net looking: ", "wire out who is there. .14., 15 bytes to 127.0.0.1 8093",
+                                  "wire in serial .* from 127.0.0.1 8093", "net online: ",
+                                  "net server .*31mred.n\" at \"10.0.0.5\"", "drop in: .* from \"10.0.0.6\"",
+                                  "drop in: type 99 .* \"10.0.0.7\"", "drop no such channel: 32 0",
+                                  "drop out command .* replaced by command", "net left port 8094"}) {
+            QVERIFY2(!lines.filter(QRegularExpression(QString("^corvane.") + pTold)).isEmpty(), pTold);
+        }
+        QCOMPARE(lines.filter(QRegularExpression("[^ -~]|hush")), QStringList());
     }
 
     /// Comes upon a port that another program has: says so once, and is not connected.

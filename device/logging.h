@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QByteArray>
+#include <QLoggingCategory>
+#include <QString>
+
+#include <string>
+
+// What a report of a fault needs to know. Silent unless asked for: QT_LOGGING_RULES="corvane.*=true". What
+// came from the network is printed as a QString or QByteArray, quoted, which escapes all that could move a
+// terminal's cursor; no setting is ever printed.
+Q_DECLARE_LOGGING_CATEGORY(logNet)   ///< corvane.net: the network and each change of the connection's state
+Q_DECLARE_LOGGING_CATEGORY(logWire)  ///< corvane.wire: each datagram, in and out
+Q_DECLARE_LOGGING_CATEGORY(logDrop)  ///< corvane.drop: each text that changes nothing, and why
+
+namespace logging {
+
+/// Puts time and category before each line, unless QT_MESSAGE_PATTERN says otherwise.
+void SetPattern();
+
+/// What kind of message a datagram is, from its first "typ", and its size: "state (7), 433 bytes". The later
+/// pieces of a split message, and whatever has no type, are "piece".
+QString Summary(const QByteArray& datagram);
+QString Summary(const std::string& sText);
+
+}  // namespace logging
