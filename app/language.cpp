@@ -8,7 +8,11 @@
 #include <QTranslator>
 
 void ApplyLanguage() {
-    const QString sPath = TranslationFor(QLocale::system().uiLanguages());
+    const QLocale desktop = QLocale::system();
+    if (desktop.language() == QLocale::C) {
+        return;  // whatever LANGUAGE says
+    }
+    const QString sPath = TranslationFor(desktop.uiLanguages());
     auto* pTranslator = new QTranslator(qApp);
     if (!sPath.isEmpty() && pTranslator->load(sPath)) {
         QCoreApplication::installTranslator(pTranslator);
