@@ -337,7 +337,7 @@ private slots:
         for (int nFrame = 0; nFrame < 5000; ++nFrame) {
             const Levels before = m_levels;
             for (int n = any(8) == 0 ? 1 + any(3) : 0; n > 0; --n) {
-                QCOMPARE(Obey(words[any(words.size())]), QString());
+                QCOMPARE(Obey(words[any(static_cast<int>(words.size()))]), QString());
             }
             m_nNowMs += 10;
             Render();
