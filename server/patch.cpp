@@ -114,7 +114,7 @@ void Patch::Grade(const FineLevels& show, const Color& color, const Command& com
         for (std::size_t at = begin; m_used[nUniverse] && at < begin + Universes::Channels; ++at) {
             const Grading& grading = gradings[m_kinds[at]];
             const float level = grading.replaced < 0 ? show[at] : grading.replaced;
-            levels[at] = static_cast<unsigned char>(level * grading.gain + 0.5F);
+            levels[at] = Rounded(level * grading.gain);
         }
     }
 }

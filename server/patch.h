@@ -14,6 +14,11 @@
 using Levels = std::array<unsigned char, std::size_t{Universes::Count} * Universes::Channels>;
 /// The same before it is rounded, from 0 to 255.
 using FineLevels = std::array<float, std::tuple_size_v<Levels>>;
+/// A level from 0 to 255, rounded; many at a time, for which the library's functions are too slow.
+inline unsigned char Rounded(float level) {
+    constexpr float Half = 0.5F;
+    return static_cast<unsigned char>(level + Half);
+}
 /// Some of the universes, by index.
 using UniverseSet = std::bitset<Universes::Count>;
 

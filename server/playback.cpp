@@ -230,7 +230,7 @@ void Playback::Render(const Universes& held, qint64 nNowMs, Levels& levels) cons
     }
     m_patch.Grade(merged, m_color, m_command, levels);
     for (const Latest& channel : m_latest) {
-        levels[channel.at] = static_cast<unsigned char>(LevelOf(channel, positions, nNowMs) + 0.5F);
+        levels[channel.at] = Rounded(LevelOf(channel, positions, nNowMs));
     }
     for (std::size_t begin = 0; begin < levels.size(); begin += Universes::Channels) {
         if (std::memchr(&held.states[begin], 1, Universes::Channels) == nullptr) {
