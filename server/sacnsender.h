@@ -16,7 +16,7 @@
 class SacnSender {
 public:
     struct Options {
-        QHostAddress to;         ///< one receiver; null for the multicast group of each universe
+        QHostAddress to;         ///< one receiver, who gets no discovery; null for each universe's group
         QHostAddress interface;  ///< of this machine, by which packets leave; null for the system's choice
         int priority = 100;      ///< 0 to 200
     };
