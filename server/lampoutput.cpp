@@ -72,7 +72,7 @@ void LampOutput::SendFrame() {
     m_nFrameMs = nNowMs;
     m_sender.Send(m_levels, m_used, nNowMs);
     const qint64 nWaitMs = m_playback.IsMoving(nNowMs) ? FrameMs : m_sender.DueMs() - nNowMs;
-    const int nNextMs = static_cast<int>(qBound<qint64>(FrameMs, nWaitMs, StillMs));
+    const int nNextMs = static_cast<int>(std::clamp<qint64>(nWaitMs, FrameMs, StillMs));
     if (nNextMs != m_timer.interval()) {
         m_timer.start(nNextMs);
     }
