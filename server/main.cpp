@@ -160,8 +160,12 @@ int Serve(const QCommandLineParser& parser) {
     const auto log = [](const QString& sLine) {
         WriteLine(stdout, QTime::currentTime().toString("HH:mm:ss.zzz ") + sLine);
     };
-    RehearsalServer server(show, options, log);
+    // First of all: a thread that Qt starts before the signals are taken would still be ended by them.
     std::optional<TerminationSignals> termination;
+    if (parser.isSet("sacn")) {
+        termination.emplace();
+    }
+    RehearsalServer server(show, options, log);
     std::optional<LampOutput> lamps;
     if (parser.isSet("sacn")) {
         lamps.emplace(server, sacnOptions, log);
@@ -179,12 +183,9 @@ int Serve(const QCommandLineParser& parser) {
                           .arg(show.programs.size())
                           .arg(options.address.toString())
                           .arg(options.port));
-    if (lamps) {
-        termination.emplace();
-        if (!lamps->Start()) {
-            WriteLine(stderr, "corvane-server: cannot send sACN: " + lamps->ErrorText());
-            return 1;
-        }
+    if (lamps && !lamps->Start()) {
+        WriteLine(stderr, "corvane-server: cannot send sACN: " + lamps->ErrorText());
+        return 1;
     }
     return QCoreApplication::exec();
 }

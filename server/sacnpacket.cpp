@@ -1,6 +1,7 @@
 #include "server/sacnpacket.h"
 
 #include <QDataStream>
+#include <QIODevice>
 
 #include <algorithm>
 
