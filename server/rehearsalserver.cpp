@@ -26,7 +26,7 @@ constexpr int DatagramsPerRead = 64;
 constexpr int ReadMs = 8;
 constexpr int MaxDatagram = 65536;
 /// What may wait in all, each datagram with what its timer takes beside it.
-constexpr qint64 MaxLateBytes = 16 * 1024 * 1024;
+constexpr qint64 MaxLateBytes = qint64{16} * 1024 * 1024;
 constexpr int TimerBytes = 512;
 constexpr int NoiseMs = 1000;
 /// Among the long answers those about a universe come behind the types of all questions.

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr qint64 MaxFile = 16 * 1024 * 1024;
+constexpr qint64 MaxFile = qint64{16} * 1024 * 1024;
 
 }  // namespace
 

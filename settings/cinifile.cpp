@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr qint64 MaxFile = 1024 * 1024;
+constexpr qint64 MaxFile = qint64{1024} * 1024;
 
 /// "1|0|1" for as many flags as there are; any other count leaves them alone.
 template <std::size_t N>
