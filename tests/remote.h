@@ -3,6 +3,8 @@
 #include "app/corvane.h"
 #include "app/cpopupmenu.h"
 #include "app/cpopuptab.h"
+#include "device/messages.h"
+#include "tests/peer.h"
 #include "tests/support.h"
 #include "widgets/cchannelslider.h"
 #include "widgets/ccolorcircle.h"

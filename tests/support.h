@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPicture>
 #include <QScreen>
@@ -44,9 +45,10 @@ bool Within(int nMs, Condition comes) {
     return comes();
 }
 
-/// One step of a drag, with the left button held.
-inline void Mouse(QWidget* pWidget, QEvent::Type type, const QPoint& at) {
-    QMouseEvent event(type, at, pWidget->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, {});
+/// One step of a drag, with a button held.
+inline void Mouse(QWidget* pWidget, QEvent::Type type, const QPoint& at,
+                  Qt::MouseButton held = Qt::LeftButton) {
+    QMouseEvent event(type, at, pWidget->mapToGlobal(at), held, held, {});
     QCoreApplication::sendEvent(pWidget, &event);
 }
 
