@@ -1,7 +1,4 @@
-#include "tests/peer.h"
 #include "tests/remote.h"
-
-#include <QMessageBox>
 
 /// Every way from one state of the connection to another, in real time, with a scripted server.
 class TestTransport : public QObject {
@@ -13,10 +10,10 @@ class TestTransport : public QObject {
     std::unique_ptr<Corvane> m_pWindow;
     QElapsedTimer m_clock;  ///< since just before the window came
 
-    void Open(bool bUntilAnswered = true) {
+    void Open(bool bUntilAnswered = true, const QByteArray& settings = {}) {
         m_pWindow.reset();
         m_clock.start();
-        m_pWindow = OpenRemote();
+        m_pWindow = OpenRemote(settings);
         QTRY_VERIFY(m_pWindow->IsAnswered() || !bUntilAnswered);
     }
 
@@ -32,10 +29,7 @@ private slots:
         QVERIFY(!window.IsConnected() && window.Close());
         QTest::qWait(200);
         QCOMPARE(peer.Count(-1), 0);
-        OnNext<QDialog>([](QDialog* pDialog) {
-            pDialog->findChild<QComboBox*>()->setCurrentIndex(-1);  // accepted with no address
-            pDialog->accept();
-        });
+        ChooseInterface("none so named");  // accepted with no address
         window.Refresh();
         QVERIFY(!window.IsConnected());
         ChooseInterface();
@@ -53,9 +47,7 @@ private slots:
             });
         Peer peer;
         const auto play = [&] {
-            m_pWindow.reset();
-            m_pWindow = OpenRemote("PwdState=1\nPwdValue=hush\n");
-            QTRY_VERIFY(m_pWindow->IsAnswered());
+            Open(true, "PwdState=1\nPwdValue=hush\n");
             m_pWindow->ReadData("{\"typ\":15,\"content\":{\"serial\":\"\\u001b[31mred\\n\"}}", "10.0.0.5");
             m_pWindow->ReadData("{", "10.0.0.6");
             m_pWindow->ReadData(R"({"typ":99,"content":{}})", "10.0.0.7");
@@ -132,16 +124,13 @@ private slots:
         Peer peer;
         peer.answersState = false;
         Open(false);
-        m_pWindow->OnMenuChanged(1);
         QTRY_COMPARE(peer.Count(6), 1);
-        peer.Send(peer.state);
-        QTRY_VERIFY(m_pWindow->IsAnswered());
-        QCOMPARE(m_pWindow->CurrentPage(), 0);
-        // Never again.
-        m_pWindow->OnMenuChanged(1);
-        peer.Send(R"({"typ":7,"content":{"scn":{"content":[{"id":1}]}}})");
-        QTRY_COMPARE(m_pWindow->Scenes().size(), 1);
-        QCOMPARE(m_pWindow->CurrentPage(), 1);
+        for (const auto& [pScenes, nPage] : {std::pair{"", 0}, {R"("scn":{"content":[{}]})", 1}}) {
+            m_pWindow->OnMenuChanged(1);
+            peer.Send(QByteArray(R"({"typ":7,"content":{)") + pScenes + "}}");
+            QTRY_VERIFY(m_pWindow->IsAnswered() && m_pWindow->Scenes().size() == nPage);
+            QCOMPARE(m_pWindow->CurrentPage(), nPage);  // chosen once, never again
+        }
     }
 
     void polls_data() {

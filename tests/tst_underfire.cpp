@@ -132,30 +132,26 @@ private slots:
     /// A box left open keeps nothing waiting, and there is never a second one beside it.
     void boxes() {
         Peer peer;
-        const auto show = [&peer](const char* pId) {
-            peer.state = R"({"typ":7,"content":{"scn":{"content":[{"id":@,"s":1}]}}})";
-            peer.Send(peer.state.replace("@", pId));
-        };
-        show("1");
         Open();
-        for (const auto& [pTitle, pId] : {std::pair{"Error", "2"}, {"Rename", "3"}}) {
+        for (const bool bRenames : {false, true}) {
             bool bTold = false;
-            OnNext<QDialog>([&, pTitle = pTitle, pId = pId](QDialog* pDialog) {
+            OnNext<QDialog>([&](QDialog* pDialog) {
                 const int nAlive = peer.Count(1);
                 const int nPolls = peer.Count(17);
                 QTRY_VERIFY_WITH_TIMEOUT(peer.Count(1) >= nAlive + 2 && peer.Count(17) > nPolls, 20000);
                 QVERIFY(!m_pWindow->IsConnectionLost());
-                show(pId);
-                QTRY_COMPARE(Running(m_pWindow->SceneList()), QString(pId));
+                peer.Send(QByteArray(R"({"typ":7,"content":{"scn":{"content":[{"id":@,"s":1}]}}})")
+                              .replace('@', bRenames ? '3' : '2'));
+                QTRY_COMPARE(Running(m_pWindow->SceneList()), QString(bRenames ? "3" : "2"));
                 QCOMPARE(QApplication::activeModalWidget(), pDialog);
-                QCOMPARE(pDialog->windowTitle(), QString(pTitle));
+                QCOMPARE(pDialog->windowTitle(), QString(bRenames ? "Rename" : "Error"));
                 bTold = true;
                 pDialog->accept();
             });
-            for (int i = 0; i < 500 && *pId == '2'; ++i) {
+            for (int i = 0; i < 500 && !bRenames; ++i) {
                 peer.Send(R"({"typ":2})");
             }
-            *pId == '2' ? void() : UseMenu(m_pWindow->SceneList(), 0, 0);
+            bRenames ? UseMenu(m_pWindow->SceneList(), 0, 0) : void();
             QTRY_VERIFY_WITH_TIMEOUT(bTold, 60000);
             QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
         }
