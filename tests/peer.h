@@ -1,10 +1,7 @@
 #pragma once
 
-#include <QByteArray>
-#include <QElapsedTimer>
 #include <QHostAddress>
-#include <QList>
-#include <QObject>
+#include <QMultiMap>
 #include <QUdpSocket>
 
 /// A scripted server on a real socket: notes what it is sent, answers what it is told to answer.
@@ -12,22 +9,15 @@ class Peer : public QObject {
     Q_OBJECT
 
 public:
-    struct Packet {
-        int type;
-        QByteArray text;
-        qint64 at;  ///< ms since the peer began
-    };
-
     explicit Peer(quint16 nPort = 8093);
 
-    /// The packets of one type, or all of them (-1).
-    QList<Packet> Received(int nType = -1) const;
-    int Count(int nType) const { return static_cast<int>(Received(nType).size()); }
+    /// How many datagrams of a type it was sent, or of all (-1).
+    int Count(int nType) const { return static_cast<int>(nType < 0 ? m_texts.size() : m_texts.count(nType)); }
+    /// The latest of a type.
+    QByteArray Last(int nType) const { return m_texts.value(nType); }
 
     /// Sends to whoever sent last.
     void Send(const QByteArray& text);
-    /// Sends from a socket of its own straight to a port of this machine, as any stranger can.
-    static void SendTo(quint16 nPort, const QByteArray& bytes);
 
     bool answersSerial = true;
     bool answersState = true;
@@ -38,8 +28,7 @@ private:
     void Read();
 
     QUdpSocket m_socket;
-    QElapsedTimer m_clock;
-    QList<Packet> m_packets;
+    QMultiMap<int, QByteArray> m_texts;  ///< by type
     QHostAddress m_sender;
     quint16 m_nSenderPort = 0;
 };

@@ -31,7 +31,7 @@ class TestRemote : public QObject {
     QString Next(int nType) {
         const int nBefore = m_pPeer->Count(nType);
         const bool bSent = QTest::qWaitFor([=] { return m_pPeer->Count(nType) > nBefore; });
-        QString sText = bSent ? m_pPeer->Received(nType).last().text : "";
+        QString sText = bSent ? m_pPeer->Last(nType) : "";
         sText.remove(QRegularExpression("[\\s\"{}]"));
         return sText.remove(QRegularExpression("typ:\\d+,|content:|color:|\\w+:false,"));
     }
