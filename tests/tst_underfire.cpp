@@ -29,9 +29,9 @@ std::string LargeState(int nScenes = 40) {
 /// or a stranger, could send.
 class Storm : public QThread {
 public:
-    Storm() { start(); }
+    explicit Storm(int nRate) : m_nRate(nRate) { start(); }
     ~Storm() override {
-        requestInterruption();
+        m_bOver = true;
         wait();
     }
 
@@ -42,32 +42,52 @@ public:
 
 protected:
     void run() override {
-        Peer peer;
         const std::string state = LargeState();
-        const QByteArray aliveText = R"({"typ":1})";
-        peer.state = QByteArray::fromStdString(state);
-        QList<QByteArray> texts;
+        std::vector<std::string> texts(8, R"({"typ":1})");
         std::mt19937 random(7);
         for (const std::string& piece : replies::Split(state, 400)) {
-            QByteArray noise(200, '\0');
+            std::string noise(200, '\0');
             std::generate(noise.begin(), noise.end(), [&random] { return static_cast<char>(random()); });
-            texts << noise << "" << QByteArray::fromStdString(piece) << peer.state << aliveText;
+            texts.insert(texts.end(), {noise, "", piece, state});
         }
-        texts << QByteArray::fromStdString(messages::Universe(0, 10, true));
-        texts << QByteArray::fromStdString(messages::Universe(1, 20, false));
+        texts.insert(texts.end(), {messages::Universe(0, 10, true), messages::Universe(1, 20, false)});
+        QUdpSocket socket;
+        socket.bind(QHostAddress::AnyIPv4, 8093);
+        const auto send = [&socket](const std::string& text) {
+            socket.writeDatagram(text.data(), static_cast<qint64>(text.size()), QHostAddress::LocalHost,
+                                 8094);
+        };
+        std::size_t iNext = 0;
         QElapsedTimer clock;
         clock.start();
-        for (qint64 nBegan = 0; !isInterruptionRequested(); msleep(1)) {
-            peer.answersAlive = alive;
-            QEventLoop().processEvents();
-            switches = peer.Count(8);
-            nBegan = blows ? nBegan : clock.elapsed();
-            for (const qint64 nDue = (clock.elapsed() - nBegan) * Rate / 1000; sent < nDue; ++sent) {
-                const QByteArray& text = texts[static_cast<int>(sent % texts.size())];
-                peer.Send(text == aliveText && !alive ? "" : text);
+        for (qint64 nBegan = 0; !m_bOver; msleep(1)) {
+            while (socket.hasPendingDatagrams()) {
+                QByteArray text(static_cast<int>(socket.pendingDatagramSize()), '\0');
+                socket.readDatagram(text.data(), text.size());
+                if (text.contains("\"typ\" : 14\n")) {
+                    send(replies::Serial("0042"));
+                } else if (text.contains("\"typ\" : 6\n")) {
+                    send(state);
+                } else if (text.contains("\"typ\" : 1\n") && alive) {
+                    send(texts[0]);
+                } else if (text.contains("\"typ\" : 8,")) {
+                    ++switches;
+                }
+            }
+            if (!blows) {
+                nBegan = clock.elapsed();
+                sent = 0;
+            }
+            for (const qint64 nDue = (clock.elapsed() - nBegan) * m_nRate / 1000; sent < nDue; ++sent) {
+                iNext = (iNext + 1) % texts.size();
+                send(texts[alive ? iNext : std::max<std::size_t>(8, iNext)]);
             }
         }
     }
+
+private:
+    int m_nRate;
+    std::atomic<bool> m_bOver{false};
 };
 
 /// The time that the machine gave this thread, in ms: what else it has to do makes it no longer.
@@ -101,7 +121,7 @@ private slots:
     void cleanup() { m_pWindow.reset(); }
 
     void flood() {
-        Storm storm;
+        Storm storm(Rate);
         Open();
         storm.blows = true;
         QTest::qWait(1000);
