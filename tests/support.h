@@ -69,12 +69,16 @@ inline QString Running(const CSceneList* pList) {
     return ids.join(' ');
 }
 
-/// Opens the context menu of a tile and triggers an entry of it, or one of that entry's submenu.
-inline void UseMenu(CSceneList* pList, int iTile, int iEntry, int iSubEntry = -1) {
+/// Opens the context menu of a tile and triggers an entry of it, or one of that entry's submenu, whose icon
+/// it takes before.
+inline void UseMenu(CSceneList* pList, int iTile, int iEntry, int iSubEntry = -1, QImage* pIcon = nullptr) {
     QTimer::singleShot(20, [=] {
         auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         QAction* pAction = pMenu->actions()[iEntry];
         pAction = iSubEntry < 0 ? pAction : pAction->menu()->actions()[iSubEntry];
+        if (pIcon) {
+            *pIcon = pAction->icon().pixmap(80).toImage();
+        }
         pMenu->close();
         pAction->trigger();
     });

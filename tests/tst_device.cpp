@@ -50,14 +50,13 @@ private slots:
               "true = 1 1 ", "false = 0 0 ", "null = 0 0 ", "[1] = 0 0 ", R"({"a":1} = 0 0 )",
               R"("12" = 12 1 12)", R"("-3.7" = -3 1 -3.7)", R"("0" = 0 0 0)", R"("12px" = 0 0 12px)",
               R"("nan" = 0 0 nan)", R"("a\u0000b" = 0 0 a)", R"("\u00e9" = 0 0 é)"}) {
-            const QString sValue = sRow.section(" = ", 0, 0);
-            QString sRead;
-            const JSONDocument document(QString("{\"x\":%1}").arg(sValue).toUtf8());
-            document.Root().ForEachMember("x", [&](const JSONNode& node) {
+            QString sRead = sRow.section(" = ", 0, 0);
+            const JSONDocument document("{\"x\":" + sRead.toUtf8() + '}');
+            document.Root().ForEachMember("x", [&sRead](const JSONNode& node) {
                 const QString sText = QString::fromStdString(node.AsText());
-                sRead += QString("%1 %2 %3").arg(node.AsInt()).arg(node.AsBool()).arg(sText);
+                sRead += QString(" = %1 %2 %3").arg(node.AsInt()).arg(node.AsBool()).arg(sText);
             });
-            QCOMPARE(sValue + " = " + sRead, sRow);
+            QCOMPARE(sRead, sRow);
         }
     }
 
@@ -92,39 +91,39 @@ private slots:
             universes->Set(2, 3, 50, true);
             const int nUniverse = readInto(JSONDocument(QByteArray(pContent)).Root(), *universes);
             const auto at = Universes::At(2, 3);
-            const QString sResult = QString("%1: %2").arg(nUniverse).arg(universes->levels[at]);
-            QCOMPARE(sResult + (universes->states[at] ? " held" : ""), QString(pResult));
+            QCOMPARE(QString("%1: %2").arg(nUniverse).arg(universes->levels[at]) +
+                         (universes->states[at] ? " held" : ""),
+                     QString(pResult));
         }
     }
 
     void fragments() {
         Fragments fragments;
-        const auto join = [&fragments](const QByteArray& piece, const char* pSender = "server") {
-            return fragments.Join(piece, pSender).value_or("nothing");
+        // What comes out of each piece, "-" for nothing yet.
+        const auto join = [&fragments](std::initializer_list<QByteArray> pieces, int nSender = 0) {
+            QByteArray joined;
+            for (const QByteArray& piece : pieces) {
+                joined += fragments.Join(piece, QString::number(nSender)).value_or("-");
+            }
+            return joined;
         };
-        QCOMPARE(join("{\"typ\":8,\"con!#("), QByteArray("nothing"));
         // A whole message in between goes its own way, and so do a stranger's pieces.
-        QCOMPARE(join("{}"), QByteArray("{}"));
-        QCOMPARE(join("{{!#(", "stranger"), QByteArray("nothing"));
-        QCOMPARE(join("{}!#(", "other"), QByteArray("{}"));
-        QCOMPARE(join(QByteArray("tent\":{\"id\":1}!#(\0tail", 22)), QByteArray("nothing"));
-        QCOMPARE(join("}!#("), QByteArray(R"({"typ":8,"content":{"id":1}})"));
-        // Nothing of it is left behind.
-        QCOMPARE(join("{}!#("), QByteArray("{}"));
-        QCOMPARE(join("{!#("), QByteArray("nothing"));
+        QCOMPARE(join({"{\"typ\":8,\"con!#(", "{}"}), QByteArray("-{}"));
+        QCOMPARE(join({"{{!#("}, 1) + join({"{}!#("}, 2), QByteArray("-{}"));
+        // The end comes in its turn, and nothing of all that is left behind.
+        QCOMPARE(join({QByteArray("tent\":{\"id\":1}!#(\0tail", 22), "}!#(", "{}!#(", "{!#("}),
+                 QByteArray(R"(-{"typ":8,"content":{"id":1}}{}-)"));
         fragments.Clear();
-        QCOMPARE(join("{}!#("), QByteArray("{}"));
+        QCOMPARE(join({"{}!#(", "{!#("}), QByteArray("{}-"));
         // Who fills the room for all loses what is his; so does who was heard longest ago.
-        QCOMPARE(join("{!#("), QByteArray("nothing"));
         for (int i = 0; i < 100; ++i) {
-            join(QByteArray(60000, '{') + "!#(", "stranger");
+            join({QByteArray(60000, '{') + "!#("}, 1);
         }
-        QCOMPARE(join("}!#("), QByteArray("{}"));
-        join("{!#(");
-        for (int i = 0; i < Fragments::MaxSenders; ++i) {
-            join("{!#(", std::to_string(i).c_str());
+        QCOMPARE(join({"}!#(", "{!#("}), QByteArray("{}-"));
+        for (int i = 1; i <= Fragments::MaxSenders; ++i) {
+            join({"{!#("}, i);
         }
-        QCOMPARE(join("}!#("), QByteArray("nothing"));
+        QCOMPARE(join({"}!#("}), QByteArray("-"));
     }
 
     void fragmentsAreBoundedAndLinear() {
@@ -137,10 +136,9 @@ private slots:
         const auto took = [&fragments](int nPieces) {
             QElapsedTimer timer;
             timer.start();
-            for (int i = 0; i < nPieces; ++i) {
+            for (fragments.Clear(); nPieces > 0; --nPieces) {
                 fragments.Join("{!#(", {});
             }
-            fragments.Clear();
             return timer.nsecsElapsed();
         };
         QVERIFY(took(400000) < 50 * std::max({took(40000), took(40000), took(40000)}));
@@ -180,28 +178,25 @@ private slots:
         }
     }
 
-    void merging() {
-        CIniFile settings = Load("");
-        settings.SaveSceneParams(7, "", "", Qt::red);
-        settings.SaveSceneParams(7, "Bar", "", {});
-        settings.SaveSceneParams(7, "", "", {});
-        settings.SaveProgramParams(7, "", ":/i.png", {});
-        QVERIFY(Saved(settings).endsWith("Scenes=7;Bar;;255\nPrograms=7;;:/i.png;-1\n"));
-    }
-
+    /// What is kept of a scene lies over what the server calls it, where that is wanted.
     void overlaying() {
         CIniFile settings = Load("Scenes=7;Bar;:/x.png;255|7;Other;;0\n");
-        const char* const shown[] = {"Bar i #0000ff", "n :/x.png #0000ff", "n i #ff0000"};
-        for (std::size_t i = 0; i < 3; ++i) {
-            settings.sceneParams = {i == 0, i == 1, i == 2};
+        for (const QString sRow : {"Bar i #0000ff", "n :/x.png #0000ff", "n i #ff0000"}) {
+            settings.sceneParams = {sRow[0] == 'B', sRow[2] == ':', sRow.endsWith("ff0000")};
             QString sName = "n";
             QString sIcon = "i";
             QColor color = Qt::blue;
             settings.SetProgramParams(7, sName, sIcon, color);
             QCOMPARE(sName + sIcon + color.name(), QString("ni#0000ff"));
             settings.SetSceneParams(7, sName, sIcon, color);
-            QCOMPARE(sName + ' ' + sIcon + ' ' + color.name(), QString(shown[i]));
+            QCOMPARE(sName + ' ' + sIcon + ' ' + color.name(), sRow);
         }
+        settings = Load("");
+        settings.SaveSceneParams(7, "", "", Qt::red);
+        settings.SaveSceneParams(7, "Bar", "", {});
+        settings.SaveSceneParams(7, "", "", {});
+        settings.SaveProgramParams(7, "", ":/i.png", {});
+        QVERIFY(Saved(settings).endsWith("Scenes=7;Bar;;255\nPrograms=7;;:/i.png;-1\n"));
     }
 
     /// However the program is killed while it writes, the file is the old one or the new one, whole.
@@ -260,6 +255,13 @@ private slots:
         settings.Read();
         QCOMPARE(rights(settings.path), mode_t{S_IFIFO | 0600});
         QVERIFY(QFile::remove(settings.path));
+        // Without a file the flags stay; without a folder there is silence.
+        settings = Load("PwdState=1\nScenes=1;a;;-1\n");
+        QVERIFY(QFile::remove(settings.path));
+        settings.Read();
+        QVERIFY(settings.pwdState && settings.scenes.isEmpty());
+        settings.path = m_folder.filePath("no/such/folder/Corvane.ini");
+        settings.Write();
     }
 
     /// A file that can be written but not replaced: mounted where it is, or linked to in a folder that takes
@@ -273,32 +275,21 @@ private slots:
         QVERIFY(QDir().mkpath(sFolder));
         CIniFile settings = Load(QByteArray(1000, '\n'));
         const QString sMounted = sFolder + "/Corvane.ini";
-        QVERIFY(QFile::copy(settings.path, sMounted));
         const auto bind = [](const QString& sWhat, const QString& sWhere, unsigned long nMore = 0) {
             return ::mount(qPrintable(sWhat), qPrintable(sWhere), nullptr, MS_BIND | nMore, nullptr) == 0;
         };
-        QVERIFY(bind(sFolder, sFolder) && bind(settings.path, sMounted));
-        CIniFile mounted = settings;
-        mounted.path = sMounted;
-        const QByteArray first = Saved(mounted);
-        QVERIFY(bind(sFolder, sFolder, MS_REMOUNT | MS_RDONLY));
-        mounted.path = m_folder.filePath("Link.ini");
-        mounted.pwdValue = "linked";
-        QVERIFY(QFile::link(sMounted, mounted.path));
-        const QByteArray second = Saved(mounted);
+        QVERIFY(QFile::copy(settings.path, sMounted) && bind(sFolder, sFolder));
+        QVERIFY(bind(settings.path, sMounted));
+        settings.path = sMounted;
+        const QByteArray first = Saved(settings);
+        settings.path = m_folder.filePath("Link.ini");
+        settings.pwdValue = "linked";
+        QVERIFY(bind(sFolder, sFolder, MS_REMOUNT | MS_RDONLY) && QFile::link(sMounted, settings.path));
+        const QByteArray second = Saved(settings);
         QVERIFY(::umount2(qPrintable(sMounted), 0) == 0 && ::umount2(qPrintable(sFolder), 0) == 0);
         QCOMPARE(first, QByteArray("PwdState=0\nPwdValue=\nMenuVisible=1|1|1|1\nSceneParams=1|1|1\n"));
         QCOMPARE(second, QByteArray(first).replace("Value=", "Value=linked"));
-        QVERIFY(QFileInfo(mounted.path).isSymLink());
-    }
-
-    void missingFileKeepsFlags() {
-        CIniFile settings = Load("PwdState=1\nScenes=1;a;;-1\n");
-        QVERIFY(QFile::remove(settings.path));
-        settings.Read();
-        QVERIFY(settings.pwdState && settings.scenes.isEmpty());
-        settings.path = m_folder.filePath("no/such/folder/Corvane.ini");
-        settings.Write();  // silent
+        QVERIFY(QFileInfo(settings.path).isSymLink());
     }
 };
 

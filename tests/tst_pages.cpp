@@ -80,12 +80,12 @@ private slots:
               "6 170 5 > 5 2 1",  // fused operations would give 5 1 1
               "217 0 77 > 77 77 77", "0 0 0 < 0 0 0", "0 0 255 < 255 255 255", "359 255 255 < 255 0 1",
               "210 170 30 < 10 20 30", "180 255 255 < 0 255 255"}) {
-            const QStringList row = sRow.split(' ');
-            const HSVColor hsv{row[0].toInt(), row[1].toInt(), row[2].toInt()};
-            const RGBColor rgb{row[4].toInt(), row[5].toInt(), row[6].toInt()};
-            QCOMPARE(
-                row[3] == ">" ? Text(hsv) + " > " + Text(hsv.toRGB()) : Text(rgb.toHSV()) + " < " + Text(rgb),
-                sRow);
+            const auto at = [&sRow](int i) { return sRow.section(' ', i, i).toInt(); };
+            const HSVColor hsv{at(0), at(1), at(2)};
+            const RGBColor rgb{at(4), at(5), at(6)};
+            QCOMPARE(sRow.contains('>') ? Text(hsv) + " > " + Text(hsv.toRGB())
+                                        : Text(rgb.toHSV()) + " < " + Text(rgb),
+                     sRow);
         }
     }
 
@@ -93,8 +93,7 @@ private slots:
     void wheelPicture() {
         for (const int nScale : {1, 2}) {
             const QImage wheel(QString(":/Corvane/Images/ColorPicker%1.png").arg(nScale == 1 ? "" : "@2x"));
-            QCOMPARE(wheel.size(), QSize(380, 380) * nScale);
-            QCOMPARE(qAlpha(wheel.pixel(0, 0)), 0);
+            QVERIFY(wheel.size() == QSize(380, 380) * nScale && qAlpha(wheel.pixel(0, 0)) == 0);
             for (int i = 0; i < 55 * 55; ++i) {
                 const QPoint pixel(i % 55 * 7, i / 55 * 7);
                 if (Distance(pixel, {190, 190}) <= 187) {
@@ -176,11 +175,10 @@ private slots:
 
     void picking() {
         Mouse(Wheel(), QEvent::MouseButtonPress, {399, 210});  // 189 pixels of 190
-        QCOMPARE(Wheel()->Marker(), QPoint(398, 210));
-        QVERIFY(Wheel()->IsOn());
+        QVERIFY(Wheel()->IsOn() && Wheel()->Marker() == QPoint(398, 210));
         Mouse(Wheel(), QEvent::MouseMove, {210, -4000});  // beyond the rim
-        QCOMPARE(Wheel()->Marker(), QPoint(210, 20));
-        QCOMPARE(std::pair(m_pPage->Red()->Value(), m_pPage->Green()->Value()), std::pair(127, 255));
+        QVERIFY(Wheel()->Marker() == QPoint(210, 20) && m_pPage->Red()->Value() == 127);
+        QCOMPARE(m_pPage->Green()->Value(), 255);
         emit m_pPage->Red()->valueChanged(3);  // while the wheel is dragged, it decides
         Mouse(Wheel(), QEvent::MouseMove, {210, 210});
         Mouse(Wheel(), QEvent::MouseButtonRelease, {210, 210});
@@ -205,8 +203,7 @@ private slots:
         for (const bool bRgbw : {false, true}) {
             m_pPage->Update(Color{0, 0, 0, 7, true, true}, {});  // a white level, kept when the mode goes
             m_pPage->Update(Color{9, 9, 30, 7, bRgbw, false}, {});
-            QVERIFY(!Wheel()->IsOn());
-            QCOMPARE(m_pPage->White()->Value(), bRgbw ? 7 : 30);
+            QVERIFY(!Wheel()->IsOn() && m_pPage->White()->Value() == (bRgbw ? 7 : 30));
             emit m_pPage->Red()->valueChanged(10);
             emit m_pPage->Green()->valueChanged(20);
             const QPoint marker = Wheel()->Marker();
@@ -238,27 +235,18 @@ private slots:
     }
 
     void pagesAndUniversesGoRound() {
-        const QRect left(QPoint(10, 10), QPoint(41, 41));
-        const QRect less(QPoint(292, 10), QPoint(323, 41));
-        const QRect plus(QPoint(379, 10), QPoint(410, 41));
-        const QRect right(QPoint(661, 10), QPoint(692, 41));
-        const auto press = [this](const QRect& rect) {
-            for (const QPoint& corner : {rect.topLeft() - QPoint(1, 0), rect.bottomRight() + QPoint(1, 0)}) {
-                Click(m_pGrid.get(), corner);  // just beside
-            }
-            Click(m_pGrid.get(), rect.bottomRight());
+        // Each field is pressed just beside its ends, then in its last pixel.
+        const auto press = [this](int nLeft) {
+            Clicks(m_pGrid.get(), {{nLeft - 1, 10}, {nLeft + 32, 41}, {nLeft + 31, 41}});
             return std::pair(m_pGrid->CurrentUniverse(), m_pGrid->FirstChannel());
         };
         for (int i = 1; i <= 16; ++i) {
-            QCOMPARE(press(right), std::pair(0, i % 16 * 32 + 1));
+            QCOMPARE(press(661), std::pair(0, i % 16 * 32 + 1));
         }
-        QCOMPARE(press(left), std::pair(0, 481));
-        QCOMPARE(press(less), std::pair(31, 481));
-        QCOMPARE(press(plus), std::pair(0, 481));
-        QCOMPARE(press(plus), std::pair(1, 481));
-        for (const char* pText : {"2", "#481", "#512"}) {
-            QVERIFY2(Paints(m_pGrid.get(), pText), pText);
+        for (const auto& [nLeft, nUniverse] : {std::pair{10, 0}, {292, 31}, {379, 0}, {379, 1}}) {
+            QCOMPARE(press(nLeft), std::pair(nUniverse, 481));
         }
+        QVERIFY(Paints(m_pGrid.get(), "2") && Paints(m_pGrid.get(), "#481") && Paints(m_pGrid.get(), "#512"));
     }
 
     void editor() {
@@ -288,11 +276,10 @@ private slots:
 
     void updates() {
         const auto& [levels, states] = m_pGrid->Tables();
-        for (const auto& [nUniverse, nChannel] :
-             {std::pair{0, 512}, {0, -1}, {32, 0}, {-1, 0}, {INT_MIN, INT_MAX}}) {
-            m_pGrid->Update(DmxChan{nChannel, nUniverse, 9, true});
-            m_pGrid->Update(nUniverse, nChannel, 5, 9, 9, 9, 9, true);
-            m_pGrid->Update(nUniverse == 0 ? 33 : nUniverse, 9, true);
+        for (const QPoint none : {QPoint(0, 512), {0, -1}, {32, 0}, {-1, 0}, {INT_MIN, INT_MAX}}) {
+            m_pGrid->Update(DmxChan{none.y(), none.x(), 9, true});
+            m_pGrid->Update(none.x(), none.y(), 5, 9, 9, 9, 9, true);
+            m_pGrid->Update(none.x() == 0 ? 33 : none.x(), 9, true);
         }
         QCOMPARE(std::count(states.begin(), states.end(), true), 0);
         m_pGrid->Update(DmxChan{511, 31, 257, true});
@@ -315,20 +302,15 @@ private slots:
 
     void painting() {
         QCOMPARE(m_pGrid->CellRect(31), QRect(QPoint(617, 377), QPoint(704, 484)));
-        const QColor held(100, 160, 255);
-        const QColor released(200, 200, 200);
-        const QColor outline(160, 160, 160);
         m_pGrid->Update(DmxChan{0, 0, 255, true});
         m_pGrid->Update(DmxChan{1, 0, 100, false});
         m_pGrid->Update(DmxChan{2, 0, 2, true});
-        const QImage image = m_pGrid->grab().toImage();
         // Of 108 rows, 255 fills all below the outline, 100 fills 41 and 2 none.
-        const auto shows = [&image](const QColor& color, const QPoint& at) {
-            return image.pixelColor(at) == color;
-        };
-        QVERIFY(shows(outline, {1, 110}) && shows(outline, {2, 53}));
-        QVERIFY(shows(held, {2, 54}) && shows(held, {2, 160}) && !shows(held, {178, 160}));
-        QVERIFY(shows(released, {90, 120}) && shows(released, {90, 160}) && !shows(released, {90, 119}));
+        const QImage image = m_pGrid->grab().toImage();
+        const auto shows = [&image](int nX, int nY) { return image.pixelColor(nX, nY).name(); };
+        QVERIFY(shows(1, 110) == "#a0a0a0" && shows(2, 53) == "#a0a0a0");
+        QVERIFY(shows(2, 54) == "#64a0ff" && shows(2, 160) == "#64a0ff" && shows(178, 160) != "#64a0ff");
+        QVERIFY(shows(90, 120) == "#c8c8c8" && shows(90, 160) == "#c8c8c8" && shows(90, 119) != "#c8c8c8");
     }
 };
 

@@ -276,8 +276,9 @@ private slots:
         Click(pGrid, pGrid->CellRect(0).center());
         Click(pGrid->Editor()->Control()->Slider(), {5, 0});
         // Shown by the answer, before the editor is closed.
-        QTRY_VERIFY(remotes.first->ChannelState().level == 255 && pGrid->Tables().states[0]);
-        QTRY_VERIFY(other.states[0] && other.levels[0] == 255);
+        QTRY_VERIFY(remotes.first->ChannelState().level == 255 && pGrid->Tables().states[0] &&
+                    other.states[0]);
+        QTRY_COMPARE(int{other.levels[0]}, 255);
         emit pGrid->Editor()->off();
         QTRY_VERIFY(!other.states[0]);
         // Whole universes and runs, in fragments; a poll brings what is held.
