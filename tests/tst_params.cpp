@@ -109,6 +109,7 @@ private slots:
             if (bOpens) {  // switching off again is the user's choice for the next time
                 QTest::mouseClick(pLock, Qt::RightButton);
                 QCOMPARE(told.last()[0].toBool(), false);
+                QTest::mouseClick(pLock, Qt::LeftButton);  // on again, so that locking has to show it off
                 m_pPage->Lock();
                 QVERIFY(Field(4)->text().isEmpty() && !pLock->State() && Field(3)->isHidden());
             }
