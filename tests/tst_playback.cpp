@@ -58,11 +58,11 @@ class TestPlayback : public QObject {
                                    .replace('\'', '"'));
     }
 
-    /// What is wrong with a show of two fixtures and a further member; empty if it is good.
-    static QString Complaint(const QString& sMember) {
-        QString sShow = QString("{\n%1,").arg(sMember) + R"(
-            'fixtures': [ { 'name': 'Par', 'universe': 1, 'channel': 1, 'layout': 'rgbw', 'count': 2 },
-                          { 'name': 'Dim', 'universe': 2, 'channel': 512, 'layout': 'i' } ] })";
+    /// What is wrong with a show that begins so and has two fixtures; empty if it is good.
+    static QString Complaint(const QString& sBegin) {
+        QString sShow = "{\n" + sBegin + R"(
+            { 'name': 'Par', 'universe': 1, 'channel': 1, 'layout': 'rgbw', 'count': 2 },
+            { 'name': 'Dim', 'universe': 2, 'channel': 512, 'layout': 'i' } ] })";
         try {
             ReadShow("rig", sShow.replace('\'', '"').toUtf8());
             return {};
@@ -186,9 +186,10 @@ speed to its ends: speed=100 s6+ p1+ 125 31=50 500 31=100 21=50 speed=0 2500 31=
     /// The place of a mistake, what it says of it, and a scene, a step or a fixture that has it.
     void mistakes() {
         const QMap<QString, QString> members{
-            {"scene", "'scenes': [ { 'id': 1,\n %1 } ]"},
-            {"step", "'programs': [ { 'id': 1, 'steps': [\n{ %1 } ] } ]"},
-            {"fixture", "'fixtures': [\n{ 'name': 'A', 'universe': 1, %1 } ]"}};
+            {"scene", "'scenes': [ { 'id': 1,\n %1 } ], 'fixtures': ["},
+            {"step", "'programs': [ { 'id': 1, 'steps': [\n{ %1 } ] } ], 'fixtures': ["},
+            {"fixture", "'fixtures': [\n{ 'name': 'A', 'universe': 1, %1 },"},
+            {"namesake", "'fixtures': [\n{ 'name': 'Par 2', 'universe': 1, %1 },"}};
         QCOMPARE(Complaint(members["scene"].arg("'levels': { 'Dim': [255] }")), QString());
         for (const QString& sRow : Rows(R"(
 3: there is no fixture "Pra" <- scene 'levels': { 'Pra': [1] }
@@ -209,7 +210,7 @@ speed to its ends: speed=100 s6+ p1+ 125 31=50 500 31=100 21=50 speed=0 2500 31=
 3: "A" reaches channel 513, past 512 <- fixture 'channel': 510, 'layout': 'rgbw'
 3: "count" must be <- fixture 'channel': 1, 'layout': 'i', 'count': 513
 4: "Par" overlaps "A" at universe 1 channel 8 <- fixture 'channel': 8, 'layout': 'x'
-4: the name "Par 2" stands for a fixture already <- fixture 'name': 'Par 2', 'channel': 9, 'layout': 'x'
+4: the name "Par 2" stands for a fixture already <- namesake 'channel': 9, 'layout': 'x'
 )")) {
             const QString sBad = sRow.section(" <- ", 1).replace("\\n", "\n");
             const QString sSaid = Complaint(members[sBad.section(' ', 0, 0)].arg(sBad.section(' ', 1)));
