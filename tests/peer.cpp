@@ -2,8 +2,6 @@
 
 #include "device/jsonnode.h"
 
-#include <QNetworkDatagram>
-
 Peer::Peer(quint16 nPort) {
     connect(&m_socket, &QUdpSocket::readyRead, this, &Peer::Read);
     if (!m_socket.bind(QHostAddress::AnyIPv4, nPort)) {

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QHostAddress>
-#include <QMultiMap>
-#include <QUdpSocket>
+#include <QtNetwork>
 
 /// A scripted server on a real socket: notes what it is sent, answers what it is told to answer.
 class Peer : public QObject {

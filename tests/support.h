@@ -1,17 +1,12 @@
 #pragma once
 
+#include "tests/files.h"
 #include "widgets/cscenelist.h"
 
-#include <QApplication>
-#include <QComboBox>
-#include <QDialog>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPainter>
-#include <QPicture>
-#include <QScreen>
-#include <QTimer>
 #include <QtTest>
+#include <QtWidgets>
+
+#include <memory>
 
 /// Does something with the next modal window of a kind, as soon as it is open.
 template <typename Dialog, typename Act>
@@ -50,6 +45,15 @@ inline void Mouse(QWidget* pWidget, QEvent::Type type, const QPoint& at,
                   Qt::MouseButton held = Qt::LeftButton) {
     QMouseEvent event(type, at, pWidget->mapToGlobal(at), held, held, {});
     QCoreApplication::sendEvent(pWidget, &event);
+}
+
+/// From the first place over the others, where the button is let go.
+inline void Drag(QWidget* pWidget, const QVector<QPoint>& places) {
+    Mouse(pWidget, QEvent::MouseButtonPress, places[0]);
+    for (const QPoint& at : places.mid(1)) {
+        Mouse(pWidget, QEvent::MouseMove, at);
+    }
+    Mouse(pWidget, QEvent::MouseButtonRelease, places.last());
 }
 
 inline void Click(QWidget* pWidget, const QPoint& at) {
@@ -111,4 +115,9 @@ inline bool Paints(QWidget* pWidget, const QString& sText) {
     QDataStream stream(&text, QIODevice::WriteOnly);
     stream << sText;
     return QByteArray::fromRawData(picture.data(), static_cast<int>(picture.size())).contains(text);
+}
+
+/// The memory that a process has.
+inline double ResidentMiB(const QString& sProcess = "self") {
+    return TextOf("/proc/" + sProcess + "/statm").split(' ')[1].toDouble() / 256;
 }

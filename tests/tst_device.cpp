@@ -1,6 +1,7 @@
 #include "device/fragments.h"
 #include "device/readers.h"
 #include "settings/cinifile.h"
+#include "tests/files.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -24,12 +25,7 @@ class TestDevice : public QObject {
 
     CIniFile Load(const QByteArray& text) {
         CIniFile settings;
-        settings.path = m_folder.filePath("Corvane.ini");
-        QFile file(settings.path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
-            qFatal("cannot write %s", qPrintable(settings.path));
-        }
-        file.close();
+        settings.path = WriteFile(m_folder.filePath("Corvane.ini"), text);
         settings.Read();
         settings.Read();  // replaces what was read before
         return settings;
@@ -37,8 +33,7 @@ class TestDevice : public QObject {
 
     static QByteArray Saved(const CIniFile& settings) {
         settings.Write();
-        QFile file(settings.path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+        return TextOf(settings.path);
     }
 
 private slots:
@@ -216,9 +211,7 @@ private slots:
             }
             QTest::qSleep(2 + i / 25);
             QVERIFY(::kill(writer, SIGKILL) == 0 && ::waitpid(writer, nullptr, 0) == writer);
-            QFile file(settings.path);
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            const QByteArray found = file.readAll();
+            const QByteArray found = TextOf(settings.path);
             QVERIFY2(found == old || found == next, found);
         }
     }

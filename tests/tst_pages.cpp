@@ -1,21 +1,10 @@
-#include "device/color.h"
-#include "device/command.h"
-#include "device/dmxchan.h"
-#include "tests/support.h"
-#include "widgets/cchannelslider.h"
-#include "widgets/ccolorcircle.h"
-#include "widgets/ccolorpicker.h"
-#include "widgets/ccommandwnd.h"
-#include "widgets/channelsgrid.h"
+#include "tests/remote.h"
+#include "widgets/artwork.h"
 #include "widgets/colorarithmetic.h"
-#include "widgets/csliderctrl.h"
+#include "widgets/cscenelistwnd.h"
+#include "widgets/iconcatalogue.h"
 
-#include <QPushButton>
-
-#include <algorithm>
-#include <memory>
-
-/// The colour page, the channels page and all that is on them.
+/// The lists of scenes and programs, the colour page, the channels page and all that is on them.
 class TestPages : public QObject {
     Q_OBJECT
 
@@ -41,12 +30,6 @@ class TestPages : public QObject {
         }
     }
 
-    template <typename Color>
-    static QString Text(const Color& color) {
-        const auto [a, b, c] = color;
-        return QString("%1 %2 %3").arg(a).arg(b).arg(c);
-    }
-
     std::unique_ptr<ChannelsGrid> m_pGrid;
 
     void Press(const QRect& rect) { Click(m_pGrid.get(), rect.center()); }
@@ -55,6 +38,37 @@ class TestPages : public QObject {
     std::pair<int, bool> At(int nUniverse, int nChannel) const {
         const auto at = Universes::At(nUniverse, nChannel);
         return {m_pGrid->Tables().levels.at(at), m_pGrid->Tables().states.at(at)};
+    }
+
+    CIniFile m_settings;
+    std::unique_ptr<CSceneList> m_pList;
+
+    static QList<Scene> Scenes(int nCount, int nArea = 0) {
+        QList<Scene> scenes;
+        for (int i = 0; i < nCount; ++i) {
+            scenes.append(Scene{"Scene", 10 + i, nArea, 0, false});
+        }
+        return scenes;
+    }
+
+    void Open(const QList<Scene>& scenes, bool bScenes = true) {
+        m_pList = std::make_unique<CSceneList>(bScenes, nullptr);
+        m_pList->resize(300, 400);
+        m_pList->Update(scenes, m_settings);
+        m_pList->show();
+    }
+
+    const CSceneList::SceneItem& Item(int i) const { return m_pList->Items()[i]; }
+
+    /// While the dialog is open, the server sends the list again, or another.
+    void Rename(int iTile, const QString& sName, const QList<Scene>& meanwhile = Scenes(3)) {
+        OnNext<QInputDialog>([=](QInputDialog* pDialog) {
+            QCOMPARE(pDialog->textValue(), Item(iTile).name);
+            m_pList->Update(meanwhile, m_settings);
+            pDialog->setTextValue(sName);
+            pDialog->accept();
+        });
+        UseMenu(m_pList.get(), iTile, 0);
     }
 
 private slots:
@@ -78,14 +92,16 @@ private slots:
               "301 255 255 > 255 0 250", "359 255 255 > 255 0 4", "360 255 255 > 255 0 0",
               "0 128 200 > 200 99 99",
               "6 170 5 > 5 2 1",  // fused operations would give 5 1 1
-              "217 0 77 > 77 77 77", "0 0 0 < 0 0 0", "0 0 255 < 255 255 255", "359 255 255 < 255 0 1",
-              "210 170 30 < 10 20 30", "180 255 255 < 0 255 255"}) {
+              "217 0 77 > 77 77 77", "0 0 0 < 0 0 0", "255 255 255 < 0 0 255", "255 0 1 < 359 255 255",
+              "10 20 30 < 210 170 30", "0 255 255 < 180 255 255"}) {
             const auto at = [&sRow](int i) { return sRow.section(' ', i, i).toInt(); };
-            const HSVColor hsv{at(0), at(1), at(2)};
-            const RGBColor rgb{at(4), at(5), at(6)};
-            QCOMPARE(sRow.contains('>') ? Text(hsv) + " > " + Text(hsv.toRGB())
-                                        : Text(rgb.toHSV()) + " < " + Text(rgb),
-                     sRow);
+            const auto text = [](const auto& color) {
+                const auto [a, b, c] = color;
+                return QString("%1 %2 %3").arg(a).arg(b).arg(c);
+            };
+            QCOMPARE(sRow.contains('>') ? text(HSVColor{at(0), at(1), at(2)}.toRGB())
+                                        : text(RGBColor{at(0), at(1), at(2)}.toHSV()),
+                     sRow.section(' ', 4));
         }
     }
 
@@ -109,10 +125,7 @@ private slots:
         slider.resize(34, 234);  // a track of 200
         Note(&slider, &CSlider::valueChanged, "level");
         Clicks(&slider, {{5, 18}, {5, 17}, {5, 217}, {5, 218}, {5, 117}});
-        Mouse(&slider, QEvent::MouseButtonPress, {5, 100});
-        QCOMPARE(QWidget::mouseGrabber(), &slider);
-        Mouse(&slider, QEvent::MouseMove, {300, 900});
-        Mouse(&slider, QEvent::MouseButtonRelease, {300, 900});
+        Drag(&slider, {{5, 100}, {300, 900}});
         Mouse(&slider, QEvent::MouseMove, {5, 100});
         QVERIFY(QWidget::mouseGrabber() == nullptr);
         QCOMPARE(Told(), QString("level 253, level 255, level 0, level 0, level 127, level 149, level 0"));
@@ -186,9 +199,7 @@ private slots:
         QCOMPARE(Told(), QString("press, color 255 2 2 0, color 127 255 0 0, color 255 255 255 0"));
         // A corner of the square is no part of the wheel, nor is a drag from there or from the switch.
         for (const QPoint start : {QPoint(79, 35), QPoint(100, 30)}) {
-            Mouse(Wheel(), QEvent::MouseButtonPress, start);
-            Mouse(Wheel(), QEvent::MouseMove, {300, 210});
-            Mouse(Wheel(), QEvent::MouseButtonRelease, {300, 210});
+            Drag(Wheel(), {start, {300, 210}});
         }
         Click(Wheel(), {22, 22});  // switched on by sending
         QCOMPARE(Told(), QString("press, state 0, press, press, color 255 255 255 0"));
@@ -287,7 +298,7 @@ private slots:
         for (const bool bHeld : {true, false}) {
             m_pGrid->Update(5, 200, bHeld);
             QCOMPARE(std::count(states.begin(), states.end(), true), bHeld ? 513 : 1);
-            QCOMPARE(std::count(levels.begin(), levels.end(), 200), bHeld ? 512 : 0);
+            QCOMPARE(std::count(levels.begin(), levels.end(), bHeld ? 200 : 0), bHeld ? 512 : 32 * 512 - 1);
         }
         for (const auto& [nStart, nCount, bRgbw, pRun] : {std::tuple{506, 5, true, "01020304000000"},
                                                           {506, 5, false, "01020300000000"},
@@ -300,7 +311,7 @@ private slots:
         }
     }
 
-    void painting() {
+    void cells() {
         QCOMPARE(m_pGrid->CellRect(31), QRect(QPoint(617, 377), QPoint(704, 484)));
         m_pGrid->Update(DmxChan{0, 0, 255, true});
         m_pGrid->Update(DmxChan{1, 0, 100, false});
@@ -311,6 +322,164 @@ private slots:
         QVERIFY(shows(1, 110) == "#a0a0a0" && shows(2, 53) == "#a0a0a0");
         QVERIFY(shows(2, 54) == "#64a0ff" && shows(2, 160) == "#64a0ff" && shows(178, 160) != "#64a0ff");
         QVERIFY(shows(90, 120) == "#c8c8c8" && shows(90, 160) == "#c8c8c8" && shows(90, 119) != "#c8c8c8");
+    }
+
+    void presses() {
+        // The list and where it is pressed; what runs then, from 11, and what is told: group, id, state.
+        for (const QString sRow :
+             {"scenes 148 52 > 10 press 0,10,1",                                  // on, its group goes off
+              "scenes 148 53 > 12 press 0,12,1", "scenes 149 0 >  press 0,11,0",  // off, others stay
+              "scenes 297 52 >  press 0,11,0", "scenes 298 5 > 11 press",
+              "programs 0 1 > 10 11 press 0,10,1"}) {  // programs exclude nothing
+            Open(Scenes(4), sRow.startsWith("scenes"));
+            m_pList->Update(Scene{"", 11, 0, 0, true}, true);
+            QString sTold;
+            connect(m_pList.get(), &CSceneList::mousePressed, [&] { sTold += " press"; });
+            connect(m_pList.get(), &CSceneList::stateChanged, [&](int iArea, int nId, bool bState) {
+                sTold += QString(" %1,%2,%3").arg(iArea).arg(nId).arg(int{bState});
+            });
+            Click(m_pList.get(), {sRow.section(' ', 1, 1).toInt(), sRow.section(' ', 2, 2).toInt()});
+            QCOMPARE(Running(m_pList.get()) + sTold, sRow.section(" > ", 1));
+        }
+        // What the server reports is shown without an echo; group -1 excludes too.
+        Open(Scenes(3, -1) + Scenes(1, 2));  // the last repeats the first's id
+        QSignalSpy echo(m_pList.get(), &CSceneList::stateChanged);
+        for (const auto& [nId, bExclusive, pRuns] :
+             {std::tuple{10, true, "10"}, {12, false, "10 12"}, {11, true, "11"}, {99, true, "11"}}) {
+            m_pList->Update(Scene{"", nId, -1, 0, true}, bExclusive);
+            QCOMPARE(Running(m_pList.get()), QString(pRuns));
+        }
+        QCOMPARE(echo.count(), 0);
+    }
+
+    void tiles() {
+        for (const bool bScenes : {true, false}) {
+            Open(Scenes(3), bScenes);
+            m_pList->Update(Scene{"", 11, 0, 0, true}, true);
+            const QImage image = m_pList->grab().toImage();
+            const QColor on = bScenes ? QColor(100, 160, 255) : QColor(Qt::green);
+            for (const QPoint at :
+                 {QPoint(0, 0), QPoint(149, 20), QPoint(298, 20), QPoint(20, 53), QPoint(20, 106)}) {
+                QCOMPARE(image.pixelColor(at), QColor(180, 180, 180));  // the outline
+            }
+            QVERIFY(image.pixelColor(150, 1) == on &&
+                    image.pixelColor(297, 52) == on);  // the second tile runs
+            QVERIFY(image.pixelColor(1, 1) != on);
+            const QColor badge("#2b3038");
+            QVERIFY(image.pixelColor(14, 26) == badge && image.pixelColor(9, 26) != badge);
+            for (const auto& [iTile, pBox] : {std::pair{0, "CheckBox"}, {1, "CheckBoxSel"}}) {
+                const QPixmap box = artwork::Picture(QString(":/Corvane/Images/%1.png").arg(pBox));
+                QCOMPARE(image.pixelColor(130 + iTile * 149, 18), box.toImage().pixelColor(12, 12));
+            }
+            QVERIFY(Paints(m_pList.get(), "#1.10") && Paints(m_pList.get(), "#1.12"));
+        }
+    }
+
+    void longLists() {
+        CSceneListWnd window(true, nullptr);
+        window.resize(704, 484);
+        window.show();
+        window.List()->Update(Scenes(2000), m_settings);
+        auto* pBar = window.findChild<QScrollArea*>()->verticalScrollBar();
+        QTRY_VERIFY(pBar->maximum() > 50000);
+        pBar->setValue(pBar->maximum());
+        const QPoint last(14, 484 - 20);
+        QVERIFY(window.grab().toImage().pixelColor(last) != window.palette().color(QPalette::Window));
+        Click(window.List(), window.List()->mapFrom(&window, last));
+        QVERIFY(window.List()->Items()[1998].state);
+    }
+
+    void replacing() {
+        CIniFile settings;
+        settings.SaveSceneParams(10, "Mine", "icon", Qt::red);
+        Open(Scenes(3));
+        QCOMPARE(m_pList->minimumHeight(), 105);
+        m_pList->Update({Scene{"caf\xC3\xA9", 5, 0, 0, false}, Scene{"x", 10, 0, 0, true}}, settings);
+        const auto shown = [this](int i) { return Item(i).name + Item(i).icon + Item(i).color.name(); };
+        QCOMPARE(shown(0), "caf\u00E9" + catalogue::DefaultIconList()[0] + "#787878");
+        QCOMPARE(shown(1), QString("Mineicon#ff0000"));
+        m_pList->Update(Scene{"", 10, 0, 0, false}, true);
+        const QImage name = m_pList->grab(Item(1).rect.adjusted(60, 0, -40, 0)).toImage();
+        QVERIFY(name.createMaskFromColor(qRgb(255, 0, 0)) != name.createMaskFromColor(0));
+        m_pList->Update({}, settings);
+        QCOMPARE(m_pList->minimumHeight(), 0);
+    }
+
+    /// What a server names its scenes is neither slow to paint nor part of the settings.
+    void oddNames() {
+        CIniFile settings;
+        const QString sOutside = settings.path + ".png";
+        QVERIFY(artwork::Picture(":/Corvane/Images/Text.png").save(sOutside));
+        settings.SaveSceneParams(7, "", sOutside, {});
+        settings.SaveSceneParams(8, "", ":/Corvane/Images/Text.png", {});
+        Open({});
+        m_pList->Update(
+            {Scene{"Fog\nPwdState=1\t2\u2028", 7, 2147483647, 0, false}, Scene{"", 8, -1, 0, false}},
+            settings);
+        QVERIFY(QFile::remove(sOutside) && Item(0).pixmap.isNull() && !Item(1).pixmap.isNull());
+        QCOMPARE(m_pList->Part(0).value + m_pList->Part(1).value, QString("#2147483648.7#8"));
+        QSignalSpy names(m_pList.get(), &CSceneList::nameChanged);
+        OnNext<QInputDialog>([](QInputDialog* pDialog) {
+            QCOMPARE(pDialog->textValue(), QString("Fog PwdState=1 2 "));
+            pDialog->setTextValue("a\r\nb");
+            pDialog->accept();
+        });
+        UseMenu(m_pList.get(), 0, 0);
+        QCOMPARE(names, QList<QVariantList>({{7, "a  b"}}));
+
+        const auto paint = [this](std::size_t nLength) {
+            Open(QList<Scene>(QVector<Scene>(8, Scene{std::string(nLength, 'x'), 1, 0, 0, false}).toList()));
+            QImage image = m_pList->grab().toImage();
+            QElapsedTimer clock;
+            clock.start();
+            for (int i = 0; i < 50; ++i) {
+                m_pList->grab();
+            }
+            return std::pair(image, clock.nsecsElapsed());
+        };
+        const auto [usual, nUsual] = paint(40);
+        const auto [giant, nGiant] = paint(250000);
+        QVERIFY2(giant == usual && nGiant < 4 * nUsual, qPrintable(QString::number(nGiant / nUsual)));
+        QVERIFY(m_pList->Part(0).name.size() < 1000);
+    }
+
+    void iconsAndColors() {
+        Open(Scenes(3));
+        QSignalSpy icons(m_pList.get(), &CSceneList::iconChanged);
+        QSignalSpy colors(m_pList.get(), &CSceneList::colorChanged);
+        m_pList->SetSceneIcon("x");  // nothing was right-clicked yet
+        for (const auto finish : {&QDialog::accept, &QDialog::reject}) {
+            OnNext<QColorDialog>([finish](QColorDialog* pDialog) {
+                pDialog->setCurrentColor(Qt::magenta);
+                (pDialog->*finish)();
+            });
+            UseMenu(m_pList.get(), 2, 1);
+        }
+        QCOMPARE(colors, QList<QVariantList>({{12, QColor(Qt::magenta)}}));
+        // After the separator come the two defaults and the families; what is chosen is what was shown.
+        for (int iEntry = 3; iEntry < 10; ++iEntry) {
+            QImage offered;
+            UseMenu(m_pList.get(), 0, iEntry, iEntry < 5 ? -1 : 4, &offered);
+            QVERIFY(icons.takeLast() == QVariantList({10, Item(0).icon}) && icons.isEmpty());
+            QCOMPARE(Item(0).pixmap.toImage(), offered);
+            QTRY_VERIFY(IsUpToDate(m_pList.get()));
+        }
+        QCOMPARE(Running(m_pList.get()), QString());
+    }
+
+    void renaming() {
+        const QList<Scene> scenes = Scenes(3);
+        Open(scenes);
+        QSignalSpy names(m_pList.get(), &CSceneList::nameChanged);
+        m_pList->OnRename();  // nothing was right-clicked yet
+        Rename(1, "Party", scenes);
+        QTRY_VERIFY(IsUpToDate(m_pList.get()));
+        Rename(1, "");
+        Rename(0, "Fog", {scenes[2], scenes[1], scenes[0]});
+        QCOMPARE(Item(2).name + Item(0).name, QString("FogScene"));
+        Rename(0, "Lost", Scenes(1));  // the scene is gone
+        QCOMPARE(Item(0).name, QString("Scene"));
+        QCOMPARE(names, QList<QVariantList>({{11, "Party"}, {10, "Fog"}}));
     }
 };
 

@@ -3,6 +3,7 @@
 #include "server/patchsheet.h"
 #include "server/playback.h"
 #include "server/showreader.h"
+#include "tests/files.h"
 
 #include <QtTest>
 
@@ -58,11 +59,8 @@ class TestPlayback : public QObject {
                                    .replace('\'', '"'));
     }
 
-    /// What is wrong with a show that begins so and has two fixtures; empty if it is good.
-    static QString Complaint(const QString& sBegin) {
-        QString sShow = "{\n" + sBegin + R"(
-            { 'name': 'Par', 'universe': 1, 'channel': 1, 'layout': 'rgbw', 'count': 2 },
-            { 'name': 'Dim', 'universe': 2, 'channel': 512, 'layout': 'i' } ] })";
+    /// What is wrong with a show; empty if it is good.
+    static QString Complaint(QString sShow) {
         try {
             ReadShow("rig", sShow.replace('\'', '"').toUtf8());
             return {};
@@ -183,13 +181,18 @@ speed to its ends: speed=100 s6+ p1+ 125 31=50 500 31=100 21=50 speed=0 2500 31=
         Play(script);
     }
 
-    /// The place of a mistake, what it says of it, and a scene, a step or a fixture that has it.
+    /// The place of a mistake, what is said of it, and a scene, a step, a fixture or a whole show that has
+    /// it.
     void mistakes() {
+        const QString sRig =
+            "\n{ 'name': 'Par', 'universe': 1, 'channel': 1, 'layout': 'rgbw', 'count': 2 },"
+            "{ 'name': 'Dim', 'universe': 2, 'channel': 512, 'layout': 'i' } ] }";
         const QMap<QString, QString> members{
-            {"scene", "'scenes': [ { 'id': 1,\n %1 } ], 'fixtures': ["},
-            {"step", "'programs': [ { 'id': 1, 'steps': [\n{ %1 } ] } ], 'fixtures': ["},
-            {"fixture", "'fixtures': [\n{ 'name': 'A', 'universe': 1, %1 },"},
-            {"namesake", "'fixtures': [\n{ 'name': 'Par 2', 'universe': 1, %1 },"}};
+            {"show", "%1"},
+            {"scene", "{\n'scenes': [ { 'id': 1,\n %1 } ], 'fixtures': [" + sRig},
+            {"step", "{\n'programs': [ { 'id': 1, 'steps': [\n{ %1 } ] } ], 'fixtures': [" + sRig},
+            {"fixture", "{\n'fixtures': [\n{ 'name': 'A', 'universe': 1, %1 }," + sRig},
+            {"namesake", "{\n'fixtures': [\n{ 'name': 'Par 2', 'universe': 1, %1 }," + sRig}};
         QCOMPARE(Complaint(members["scene"].arg("'levels': { 'Dim': [255] }")), QString());
         for (const QString& sRow : Rows(R"(
 3: there is no fixture "Pra" <- scene 'levels': { 'Pra': [1] }
@@ -211,6 +214,18 @@ speed to its ends: speed=100 s6+ p1+ 125 31=50 500 31=100 21=50 speed=0 2500 31=
 3: "count" must be <- fixture 'channel': 1, 'layout': 'i', 'count': 513
 4: "Par" overlaps "A" at universe 1 channel 8 <- fixture 'channel': 8, 'layout': 'x'
 4: the name "Par 2" stands for a fixture already <- namesake 'channel': 9, 'layout': 'x'
+1:  <- show
+3: not JSON <- show {\n'scenes': [\n{'id':1}
+1: a show must stand in <- show []
+3: a show has no key "scnes" <- show {\n\n'scnes': []}
+2: the scenes must <- show {'scenes':\n{}}
+2: this program has no "id" <- show {'programs':[{'id':1},\n{'name':\n'x'}]}
+3: the id 1 stands <- show {'scenes':[\n{'id':1},\n{'id':1}]}
+2: "id" must be <- show {'scenes':[{\n'id':'1'}]}
+2: "id" must be <- show {'scenes':[{\n'id':3e9}]}
+2: "id" must be <- show {'scenes':[{\n'id':3000000000}]}
+2: a program has no <- show {'programs':[{'id':1,\n'area':1}]}
+2: "serial" must be a text <- show {\n'serial':5}
 )")) {
             const QString sBad = sRow.section(" <- ", 1).replace("\\n", "\n");
             const QString sSaid = Complaint(members[sBad.section(' ', 0, 0)].arg(sBad.section(' ', 1)));
@@ -221,9 +236,7 @@ speed to its ends: speed=100 s6+ p1+ 125 31=50 500 31=100 21=50 speed=0 2500 31=
 
     /// The rig of docs/lamps.md is one, and its patch sheet is the one shown there.
     void documentedRig() {
-        QFile file(DOCS_FOLDER "/lamps.md");
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QString sText = file.readAll();
+        const QString sText = TextOf(DOCS_FOLDER "/lamps.md");
         const Show show =
             ReadShow("lamps.md", sText.section("```json show\n", 1).section("\n```", 0, 0).toUtf8());
         QVERIFY(sText.contains("    " + PatchSheet(show).join("\n    ") + "\n"));

@@ -1,16 +1,12 @@
-#include "device/messages.h"
+#include "device/jsonwriter.h"
 #include "server/rehearsalserver.h"
+#include "server/showreader.h"
 #include "tests/remote.h"
-
-#include <QNetworkDatagram>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QTemporaryFile>
-#include <QUdpSocket>
 
 #include <sys/stat.h>
 
-/// The rehearsal server as a program, alone and with remotes around it.
+/// The rehearsal server as a program, alone and with remotes around it, and what goes over the wire: the
+/// examples of docs/protocol.md are the golden texts, byte for byte.
 class TestServer : public QObject {
     Q_OBJECT
 
@@ -74,6 +70,19 @@ class TestServer : public QObject {
         Two() { QTRY_VERIFY(first->IsAnswered() && second->IsAnswered()); }
     };
 
+    /// The fenced blocks of a document that have a name, as in ```json alive
+    static QMap<QString, QString> Examples(const QString& sDocument) {
+        QMap<QString, QString> examples;
+        for (const QString& sBlock :
+             QString(TextOf(DOCS_FOLDER "/" + sDocument)).split("\n```json ").mid(1)) {
+            const auto nName = sBlock.indexOf('\n');
+            examples[sBlock.left(nName)] = sBlock.mid(nName + 1, sBlock.indexOf("\n```") - nName - 1);
+        }
+        return examples;
+    }
+
+    const QMap<QString, QString> m_examples = Examples("protocol.md");
+
 private slots:
     void badOptions() {
         for (const QString sRow :
@@ -93,44 +102,25 @@ private slots:
     }
 
     void shows() {
-        QTemporaryFile file;
-        QVERIFY(file.open());
-        const auto write = [&file](const QString& sShow) {
-            return file.resize(0) && file.seek(0) && file.write(sShow.toUtf8()) >= 0 && file.flush();
-        };
-        for (const QString sRow :
-             {" > line 1: ", "{\n'scenes': [\n{'id':1} > line 3: not JSON",
-              "[] > line 1: a show must stand in", "{\n\n'scnes': []} > line 3: a show has no key \"scnes\"",
-              "{'scenes':\n{}} > line 2: the scenes must",
-              "{'programs':[{'id':1},\n{'name':\n'x'}]} > line 2: this program has no \"id\"",
-              "{'scenes':[\n{'id':1},\n{'id':1}]} > line 3: the id 1 stands",
-              "{'scenes':[{\n'id':'1'}]} > line 2: \"id\" must be",
-              "{'scenes':[{\n'id':3e9}]} > line 2: \"id\" must be",
-              "{'scenes':[{\n'id':3000000000}]} > line 2: \"id\" must be",
-              "{'programs':[{'id':1,\n'area':1}]} > line 2: a program has no",
-              "{\n'serial':5} > line 2: \"serial\" must be a text"}) {
-            QVERIFY(write(sRow.section(" > ", 0, 0).replace('\'', '"')));
-            for (const char* pOption : {"--show", "--check"}) {
-                Refuses({pOption, file.fileName()}, file.fileName() + ": " + sRow.section(" > ", 1));
-            }
+        const QTemporaryDir folder;
+        const QString sPath = WriteFile(folder.filePath("show.json"), "{\"scenes\":[{\n\"id\":3e9}]}");
+        for (const char* pOption : {"--show", "--check"}) {
+            Refuses({pOption, sPath}, sPath + ": line 2: \"id\" must be");
         }
-        QVERIFY(write(R"({"fixtures":[{"name":"Par","universe":2,"channel":9,"layout":"rgbw","count":2}]})"));
-        const QStringList lines = Ends({"--check", file.fileName()}, 0).split('\n');
+        WriteFile(sPath,
+                  R"({"fixtures":[{"name":"Par","universe":2,"channel":9,"layout":"rgbw","count":2}]})");
+        const QStringList lines = Ends({"--check", sPath}, 0).split('\n');
         QCOMPARE(lines.size(), 5);
-        QVERIFY(lines[0].startsWith(file.fileName() + " is good"));
+        QVERIFY(lines[0].startsWith(sPath + " is good"));
         QCOMPARE(lines[3].simplified(), QString("2 13 16 rgbw Par 2"));
-    }
-
-    /// A server that waits for a pipe, or reads a disk, is none; what a file says must not work the terminal.
-    void oddFiles() {
-        QTemporaryDir folder;
-        const QString sPath = folder.filePath("show.json");
-        QVERIFY(::mkfifo(qPrintable(sPath), 0600) == 0);
-        Refuses({"--show", sPath}, "not a regular file");
-        QFile file(sPath);
-        QVERIFY(file.remove() && file.open(QIODevice::WriteOnly) && file.resize(16 << 20));
+        // A server that waits for a pipe, or reads a disk, is none; what a file says must not work the
+        // terminal.
+        WriteFile(sPath, QByteArray(16 << 20, ' '));
         Refuses({"--show", sPath}, "not a regular file below 16 MB");
-        QVERIFY(file.resize(0) && file.write("{\"\\u001b[2J\\n\":1}") > 0 && file.flush());
+        QVERIFY(QFile::remove(sPath) && ::mkfifo(qPrintable(sPath), 0600) == 0);
+        Refuses({"--show", sPath}, "not a regular file");
+        QVERIFY(QFile::remove(sPath));
+        WriteFile(sPath, "{\"\\u001b[2J\\n\":1}");
         Refuses({"--show", sPath}, "no key \"\\u001b[2J\\u000a\"");
         const Server server({"--serial", "a\nb\x1b[2J\u202e\u00e9"});
         QVERIFY2(server.log.startsWith("Serial a\\u000ab\\u001b[2J\\u202e\u00e9 with"), server.log);
@@ -164,35 +154,32 @@ private slots:
     /// One line a second for noise, with a count; and no answer to a server, which would answer that in turn.
     void noise() {
         Server server({"--address", "127.0.0.1"});
-        Stranger(2).Send("noise", 300);
+        Stranger(2).Send("noise", 30);
         Stranger other(3, 8093);
         other.Send(MessageType::Alive);
         QTRY_VERIFY(server.log.contains(" more datagrams were no message"));
         QCOMPARE(server.log.count("no message"), 2);
-        QVERIFY2(server.log.contains(" 299 more"), server.log);
+        QVERIFY2(server.log.contains(" 29 more"), server.log);
         QCOMPARE(other.Count("typ"), 0);
     }
 
     /// 16 hosts ask for 59 MB of universes, which all wait: but for 16 they are lost, as on a network.
     void lateDatagrams() {
         Server server({"--address", "127.0.0.1", "--fragment", "60000", "--delay", "60000", "--limit", "17"});
-        const auto resident = [&server] {
-            QFile file(QString("/proc/%1/statm").arg(server.program.processId()));
-            return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ')[1].toInt() / 256 : 0;
-        };
+        const QString sProcess = QString::number(server.program.processId());
         Stranger holder(2);
         for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
             holder.Send(messages::Channel({-1, nUniverse, 127, true}));
         }
         QTRY_VERIFY(server.log.contains("universe 31 "));
-        const int nBefore = resident();
+        const double before = ResidentMiB(sProcess);
         for (int nHost = 3; nHost < 19; ++nHost) {
             Stranger stranger(nHost);
             stranger.Send(MessageType::Alive);
             stranger.Send(MessageType::ChannelPoll, 4);
         }
         QTRY_VERIFY_WITH_TIMEOUT(server.log.count("polls the channels") >= 4 * 16, 30000);
-        QVERIFY2(resident() - nBefore < 30, qPrintable(QString::number(resident() - nBefore)));
+        QVERIFY2(ResidentMiB(sProcess) - before < 30, qPrintable(QString::number(ResidentMiB(sProcess))));
     }
 
     /// The main job: two remotes, fragments, a click.
@@ -270,7 +257,6 @@ private slots:
         Server server;
         const Two remotes;
         remotes.first->OnMenuChanged(3);
-        remotes.first->show();
         ChannelsGrid* pGrid = remotes.first->Grid();
         const Universes& other = remotes.second->Grid()->Tables();
         Click(pGrid, pGrid->CellRect(0).center());
@@ -293,6 +279,66 @@ private slots:
         pGrid->ReleaseChannels();
         remotes.first->SendDmxState();
         QTRY_VERIFY(pGrid->Tables().levels[1] == 100 && pGrid->Tables().states[298]);
+    }
+
+    void golden() {
+        // Of 512 channels the example shows the first two and the last.
+        QString sUniverse = QString::fromStdString(messages::Universe(0, 127, true));
+        QVERIFY(sUniverse.count("\"c\" : ") == 512 && sUniverse.size() < 65507);
+        const auto nThird = sUniverse.indexOf("\t\t\t{\n\t\t\t\t\"c\" : 2,");
+        const auto nLast = sUniverse.indexOf("\t\t\t{\n\t\t\t\t\"c\" : 511,");
+        sUniverse.replace(nThird, nLast - nThird, "\t\t\t...\n");
+
+        const QMap<QString, std::string> built{
+            {"alive", messages::Bare(MessageType::Alive)},
+            {"goodbye", messages::Bare(MessageType::Goodbye)},
+            {"state request", messages::Bare(MessageType::StateRequest)},
+            {"scene", messages::Scene(2, 0, true)},
+            {"program", messages::Program(1, true)},
+            {"color", messages::Color({255, 180, 1, 2, false, true})},
+            {"next", messages::Command({false, true, false, false, true, 80, 7})},
+            {"commands", messages::Command({false, false, false, false, true, 80, 7})},
+            {"channel", messages::Channel({511, 31, 255, true})},
+            {"universe", sUniverse.toStdString()},
+            {"discovery", messages::Bare(MessageType::Discovery)},
+            {"universe color", messages::UniverseColor(0, 0, 100, {50, 100, 200, 0, false, false})},
+            {"scene poll", messages::Bare(MessageType::ScenePoll)},
+            {"command poll", messages::Bare(MessageType::CommandPoll)},
+            {"channel poll", messages::Bare(MessageType::ChannelPoll)}};
+        QCOMPARE(m_examples.size(), built.size() + 7);  // what only a server sends is met in the conversation
+        for (auto it = built.begin(); it != built.end(); ++it) {
+            QCOMPARE(it.key() + ": " + QString::fromStdString(*it), it.key() + ": " + m_examples[it.key()]);
+        }
+        JSONWriter writer;
+        writer.BeginObject().Member("n", std::string_view("a\"b\\c\n\xC3\xA9\0d", 10)).EndObject();
+        QCOMPARE(writer.Take(), std::string("{\n\t\"n\" : \"a\\\"b\\\\c\\u000a\xC3\xA9\"\n}"));
+    }
+
+    /// The server, sent one example after the other, answers with the examples that the document gives.
+    void conversation() {
+        const Show show = ReadShow("manual", Examples("manual.md")["show"].toUtf8());
+        const auto talk = [&](int nClients, int nFragment, const QStringList& turns) {
+            RehearsalServer server(show, {QHostAddress::LocalHost, 8093, nClients, nFragment},
+                                   [](const QString&) {});
+            QVERIFY(server.Listen());
+            Stranger remote(1, 8094);
+            for (const QString& sTurn : turns) {
+                QStringList names = sTurn.split(',');
+                remote.Send(m_examples[names.takeFirst()].toStdString());
+                for (const QString& sAnswer : names) {
+                    QTRY_VERIFY2(remote.socket.hasPendingDatagrams(), qPrintable(sTurn));
+                    QCOMPARE(QString(remote.socket.receiveDatagram().data()), m_examples[sAnswer]);
+                }
+            }
+            QTest::qWait(50);
+            QVERIFY(!remote.socket.hasPendingDatagrams());
+        };
+        talk(8, 1400,
+             {"discovery,serial", "state request,state", "alive,alive", "scene", "program",
+              "scene poll,scene states", "color", "next", "command poll,color,commands", "channel,channel",
+              "channel poll,held channels", "goodbye"});
+        talk(8, 36, {"discovery,fragment 1,fragment 2"});
+        talk(0, 1400, {"state request,too many"});
     }
 };
 

@@ -4,13 +4,6 @@
 #include "tests/remote.h"
 #include "widgets/fonts.h"
 
-#include <QColorDialog>
-#include <QDirIterator>
-#include <QInputDialog>
-#include <QMenu>
-#include <QMessageBox>
-#include <QTranslator>
-
 /// The program in each of its languages: nothing left in English, nothing cut off.
 class TestTranslations : public QObject {
     Q_OBJECT
@@ -73,7 +66,6 @@ class TestTranslations : public QObject {
         const auto window = OpenRemote();
         window->SceneList()->Update({{"W", 1, 0, 0, false}, {"", 2, -1, 0, true}}, {});
         window->Params()->AddSerial("0000", "10.0.0.5");
-        window->show();
         for (const int iPage : {0, 1, 2, 3, 4, 2, 3}) {
             window->OnMenuChanged(iPage);
             Read(window.get());
@@ -106,18 +98,6 @@ class TestTranslations : public QObject {
         Read(QLineEdit(window.get()).createStandardContextMenu());
     }
 
-    /// What a pattern captures in a file.
-    static QStringList Captured(const QString& sPath, const char* pPattern) {
-        QFile file(sPath);
-        file.open(QIODevice::ReadOnly);
-        const QString sText = QString::fromUtf8(file.readAll()).replace("&quot;", "\"");
-        QStringList texts;
-        for (auto it = QRegularExpression(pPattern).globalMatch(sText); it.hasNext();) {
-            texts += it.next().captured(1);
-        }
-        return texts;
-    }
-
 private slots:
     void initTestCase() {
         ApplyLook();
@@ -136,31 +116,6 @@ private slots:
             const QRegularExpression unmarked("^[^§]*[a-z]{2}[^§]*$");
             const QStringList wrong = (sLanguage.isEmpty() ? m_texts : recorder.missed).filter(unmarked);
             QVERIFY2(wrong.isEmpty(), qPrintable(sLanguage + ": " + wrong.join("; ")));
-        }
-    }
-
-    void everyTextIsFinished() {
-        QStringList own;
-        for (const QString sFolder : {"/app", "/widgets"}) {
-            for (QDirIterator it(SOURCE_FOLDER + sFolder, {"*.cpp"}); it.hasNext();) {
-                own += Captured(it.next(), "\\btr\\(\\s*\"((?:[^\"\\\\]|\\\\.)*)\"");
-            }
-        }
-        QVERIFY(own.size() > 60);
-        const QString sFile = SOURCE_FOLDER "/resources/translations/%1_%2.ts";
-        const QStringList ofQt = Captured(sFile.arg("qt", "de"), "(?s)<source>(.*?)</source>");
-        for (const QString& sLanguage : m_languages) {
-            for (const auto& [pWhose, wanted] : {std::pair{"corvane", own}, {"qt", ofQt}}) {
-                const QString sPath = sFile.arg(pWhose, sLanguage);
-                const QStringList sources = Captured(sPath, "(?s)<source>(.*?)</source>");
-                const QStringList texts = Captured(sPath, "(?s)<translation[^>]*>(.*?)</translation>");
-                QCOMPARE(texts.size(), sources.size());
-                for (const QString& sWanted : wanted) {
-                    const QString sText = texts.value(sources.indexOf(sWanted));
-                    QVERIFY2(!sText.isEmpty() && sText.count('%') == sWanted.count('%'),
-                             qPrintable(sPath + ": " + sWanted));
-                }
-            }
         }
     }
 

@@ -1,8 +1,6 @@
 #include "server/replies.h"
 #include "tests/remote.h"
 
-#include <QThread>
-
 #include <atomic>
 #include <ctime>
 #include <random>
@@ -25,13 +23,13 @@ std::string LargeState(int nScenes = 40) {
     return replies::State(show, {}, {});
 }
 
-/// A network of its own thread: answers on the server's port, and floods the remote with all that a server,
-/// or a stranger, could send.
+/// A server in a thread of its own, which floods the remote with all that a server, or a stranger, could
+/// send.
 class Storm : public QThread {
 public:
-    explicit Storm(int nRate) : m_nRate(nRate) { start(); }
+    Storm() { start(); }
     ~Storm() override {
-        m_bOver = true;
+        requestInterruption();
         wait();
     }
 
@@ -42,7 +40,9 @@ public:
 
 protected:
     void run() override {
+        Peer peer;
         const std::string state = LargeState();
+        peer.state = QByteArray::fromStdString(state);
         std::vector<std::string> texts(8, R"({"typ":1})");
         std::mt19937 random(7);
         for (const std::string& piece : replies::Split(state, 400)) {
@@ -51,43 +51,21 @@ protected:
             texts.insert(texts.end(), {noise, "", piece, state});
         }
         texts.insert(texts.end(), {messages::Universe(0, 10, true), messages::Universe(1, 20, false)});
-        QUdpSocket socket;
-        socket.bind(QHostAddress::AnyIPv4, 8093);
-        const auto send = [&socket](const std::string& text) {
-            socket.writeDatagram(text.data(), static_cast<qint64>(text.size()), QHostAddress::LocalHost,
-                                 8094);
-        };
         std::size_t iNext = 0;
         QElapsedTimer clock;
-        clock.start();
-        for (qint64 nBegan = 0; !m_bOver; msleep(1)) {
-            while (socket.hasPendingDatagrams()) {
-                QByteArray text(static_cast<int>(socket.pendingDatagramSize()), '\0');
-                socket.readDatagram(text.data(), text.size());
-                if (text.contains("\"typ\" : 14\n")) {
-                    send(replies::Serial("0042"));
-                } else if (text.contains("\"typ\" : 6\n")) {
-                    send(state);
-                } else if (text.contains("\"typ\" : 1\n") && alive) {
-                    send(texts[0]);
-                } else if (text.contains("\"typ\" : 8,")) {
-                    ++switches;
-                }
-            }
+        for (; !isInterruptionRequested(); msleep(1)) {
+            peer.answersAlive = alive;
+            QCoreApplication::processEvents();
+            switches = peer.Count(8);
             if (!blows) {
-                nBegan = clock.elapsed();
-                sent = 0;
+                clock.start();
             }
-            for (const qint64 nDue = (clock.elapsed() - nBegan) * m_nRate / 1000; sent < nDue; ++sent) {
+            for (const qint64 nDue = clock.elapsed() * Rate / 1000; sent < nDue; ++sent) {
                 iNext = (iNext + 1) % texts.size();
-                send(texts[alive ? iNext : std::max<std::size_t>(8, iNext)]);
+                peer.Send(QByteArray::fromStdString(texts[alive ? iNext : std::max<std::size_t>(8, iNext)]));
             }
         }
     }
-
-private:
-    int m_nRate;
-    std::atomic<bool> m_bOver{false};
 };
 
 /// The time that the machine gave this thread, in ms: what else it has to do makes it no longer.
@@ -95,11 +73,6 @@ double OwnTime() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
-
-double ResidentMiB() {
-    QFile file("/proc/self/statm");
-    return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ')[1].toDouble() / 256 : 0.0;
 }
 
 }  // namespace
@@ -112,7 +85,6 @@ class TestUnderFire : public QObject {
 
     void Open() {
         m_pWindow = OpenRemote();
-        m_pWindow->show();
         QTRY_VERIFY(m_pWindow->IsAnswered());
         m_pWindow->OnMenuChanged(0);
     }
@@ -121,7 +93,7 @@ private slots:
     void cleanup() { m_pWindow.reset(); }
 
     void flood() {
-        Storm storm(Rate);
+        Storm storm;
         Open();
         storm.blows = true;
         QTest::qWait(1000);

@@ -1,3 +1,5 @@
+#include "app/branding.h"
+#include "app/look.h"
 #include "tests/remote.h"
 #include "widgets/artwork.h"
 #include "widgets/cswitchiconctrl.h"
@@ -46,8 +48,8 @@ void QAccessible::updateAccessibility(QAccessibleEvent* pEvent) {
     }
 }
 
-/// The window on the screen: its frame, and what screen readers find of the painted controls and can do with
-/// them.
+/// The window on the screen: its frame, its pictures at every scale of the display, and what screen readers
+/// find of the painted controls and can do with them.
 class TestWindow : public QObject {
     Q_OBJECT
 
@@ -84,11 +86,20 @@ class TestWindow : public QObject {
     Corvane* Open(const QByteArray& menuVisible = "1|1|1|1") {
         m_pWindow.reset();
         m_pWindow = OpenRemote("MenuVisible=" + menuVisible);
-        m_pWindow->show();
         return m_pWindow.get();
     }
 
+    static QStringList Pictures() {
+        QStringList paths;
+        for (QDirIterator it(":/Corvane/Images", QDir::Files, QDirIterator::Subdirectories); it.hasNext();) {
+            paths += it.next();
+        }
+        return paths.filter(QRegularExpression("^((?!@2x).)*$"));
+    }
+
 private slots:
+    void initTestCase() { ApplyLook(); }
+
     void init() {
         Open();
         m_pWindow->SceneList()->Update({{"Warm", 1, 0, 0, false}, {"Cool", 2, 0, 0, true}}, {});
@@ -209,21 +220,6 @@ private slots:
         }
     }
 
-    /// Interfaces are made when asked for and do not outlive their tile.
-    void rebuild() {
-        CSceneList* pScenes = m_pWindow->SceneList();
-        const auto show = [pScenes](int n) {
-            pScenes->Update(QVector<Scene>(n, {"Scene", 5, -1, 0, false}).toList(), {});
-        };
-        show(1000);
-        QAccessibleInterface* pList = Of(pScenes);
-        const QAccessible::Id last = QAccessible::uniqueId(pList->child(999));
-        QCOMPARE(QAccessible::uniqueId(pList->child(0)), last + 1);
-        show(1);
-        QVERIFY(QAccessible::accessibleInterface(last) == nullptr && pList->childCount() == 1);
-        QCOMPARE(pList->child(0)->text(QAccessible::Description), QString("#5"));
-    }
-
     void shape() {
         // The mask takes whole pixels; none may show the light ground behind the picture's smooth edge.
         const QImage shown = m_pWindow->grab().toImage();
@@ -282,6 +278,73 @@ private slots:
         QTest::keyClick(m_pWindow.get(), Qt::Key_Escape);
         QVERIFY(!m_pWindow->isVisible());
         QTRY_COMPARE(peer.Count(3), 1);
+    }
+
+    void allThereAndNoneTooMany() {
+        Branding branding;
+        QVERIFY(branding.Load(Branding::ApplicationType));
+        artwork::Picture(branding.icon);
+        for (int iPage = 4; iPage >= 0; --iPage) {
+            m_pWindow->OnMenuChanged(iPage);
+            m_pWindow->grab();
+        }
+        m_pWindow->ShowPopupMenu();
+        m_pWindow->grab();
+        m_pWindow->Picker()->SwitchCmdMode();
+        m_pWindow->Picker()->grab();
+        m_pWindow->Picker()->SwitchCmdMode();
+        m_pWindow->Grid()->Editor()->grab();
+        m_pWindow->SceneList()->Update({Scene()}, CIniFile());
+        UseMenu(m_pWindow->SceneList(), 0, 2);
+        QStringList asked = artwork::Asked();
+        QStringList there = Pictures();
+        asked.sort();
+        there.sort();
+        QCOMPARE(asked, there);
+        QVERIFY(there.size() > 110);
+    }
+
+    /// Texts stand out by a brightness of 125 of 255, which accessibility guidelines ask for.
+    void readableTexts() {
+        const QPalette palette = QApplication::palette();
+        for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+            for (const auto& [text, ground] : {std::pair{QPalette::WindowText, QPalette::Window},
+                                               {QPalette::Text, QPalette::Base},
+                                               {QPalette::ButtonText, QPalette::Button},
+                                               {QPalette::ToolTipText, QPalette::ToolTipBase},
+                                               {QPalette::HighlightedText, QPalette::Highlight}}) {
+                const auto brightness = [&](auto role) { return qGray(palette.color(group, role).rgb()); };
+                QVERIFY(std::abs(brightness(text) - brightness(ground)) >= 125);
+            }
+        }
+    }
+
+    /// Run at several scales of the display.
+    void scale() {
+        const double ratio = m_pWindow->devicePixelRatioF();
+        QCOMPARE(ratio, qEnvironmentVariable("QT_SCALE_FACTOR", "1").toDouble());
+        QCOMPARE(m_pWindow->size(), QSize(820, 600));
+        QCOMPARE(m_pWindow->mask().boundingRect(), QRect(0, 0, 820, 600));
+        QCOMPARE(m_pWindow->grab().size(), QSize(820, 600) * ratio);
+        QCOMPARE(artwork::Picture(":/Corvane/Images/Close.png").devicePixelRatio(), ratio);
+        m_pWindow->OnMenuChanged(2);
+        QTest::qWait(20);
+        CColorPicker* pPicker = m_pWindow->Picker();
+        QCOMPARE(pPicker->geometry(), QRect(58, 58, 704, 484));
+        QCOMPARE(pPicker->Wheel()->SwitchRect(), QRect(10, 10, 70, 26));
+        QCOMPARE(pPicker->Wheel()->y(), 32);
+        QCOMPARE(pPicker->Red()->Slider()->size(), QSize(34, 372));
+        // The slider's parts meet without a seam: below the cap the groove has one colour, and so has the
+        // fill.
+        for (const int nLevel : {0, 255}) {
+            pPicker->Red()->SetValue(nLevel);
+            const QImage image = pPicker->Red()->Slider()->grab().toImage();
+            const auto row = [ratio](int y) { return static_cast<int>(y * ratio); };
+            const QImage strip = image.copy(image.width() / 2, row(nLevel == 0 ? 11 : 40), 1, row(318));
+            QImage even = strip;
+            even.fill(strip.pixelColor(0, 0));
+            QCOMPARE(strip, even);
+        }
     }
 };
 
