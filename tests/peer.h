@@ -1,13 +1,18 @@
 #pragma once
 
+#include "device/jsonnode.h"
+
 #include <QtNetwork>
 
 /// A scripted server on a real socket: notes what it is sent, answers what it is told to answer.
 class Peer : public QObject {
-    Q_OBJECT
-
 public:
-    explicit Peer(quint16 nPort = 8093);
+    explicit Peer(quint16 nPort = 8093) {
+        connect(&m_socket, &QUdpSocket::readyRead, this, &Peer::Read);
+        if (!m_socket.bind(QHostAddress::AnyIPv4, nPort)) {
+            qFatal("the peer cannot have port %d", nPort);
+        }
+    }
 
     /// How many datagrams of a type it was sent, or of all (-1).
     int Count(int nType) const { return static_cast<int>(nType < 0 ? m_texts.size() : m_texts.count(nType)); }
@@ -15,7 +20,7 @@ public:
     QByteArray Last(int nType) const { return m_texts.value(nType); }
 
     /// Sends to whoever sent last.
-    void Send(const QByteArray& text);
+    void Send(const QByteArray& text) { m_socket.writeDatagram(text, m_sender, m_nSenderPort); }
 
     bool answersSerial = true;
     bool answersState = true;
@@ -23,7 +28,24 @@ public:
     QByteArray state = R"({"typ":7,"content":{}})";
 
 private:
-    void Read();
+    void Read() {
+        while (m_socket.hasPendingDatagrams()) {
+            const QNetworkDatagram datagram = m_socket.receiveDatagram();
+            m_sender = datagram.senderAddress();
+            m_nSenderPort = static_cast<quint16>(datagram.senderPort());
+            int nType = 0;
+            const JSONDocument document(datagram.data());
+            document.Root().ForEachMember("typ", [&nType](const JSONNode& value) { nType = value.AsInt(); });
+            m_texts.insert(nType, datagram.data());
+            if (nType == 14 && answersSerial) {
+                Send(R"({"typ":15,"content":{"serial":"0042"}})");
+            } else if (nType == 6 && answersState) {
+                Send(state);
+            } else if (nType == 1 && answersAlive) {
+                Send(R"({"typ":1})");
+            }
+        }
+    }
 
     QUdpSocket m_socket;
     QMultiMap<int, QByteArray> m_texts;  ///< by type

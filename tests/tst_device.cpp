@@ -110,33 +110,17 @@ private slots:
                  QByteArray(R"(-{"typ":8,"content":{"id":1}}{}-)"));
         fragments.Clear();
         QCOMPARE(join({"{}!#(", "{!#("}), QByteArray("{}-"));
-        // Who fills the room for all loses what is his; so does who was heard longest ago.
-        for (int i = 0; i < 100; ++i) {
-            join({QByteArray(60000, '{') + "!#("}, 1);
-        }
-        QCOMPARE(join({"}!#(", "{!#("}), QByteArray("{}-"));
+        // Who was heard longest ago gives way.
         for (int i = 1; i <= Fragments::MaxSenders; ++i) {
             join({"{!#("}, i);
         }
         QCOMPARE(join({"}!#("}), QByteArray("-"));
-    }
-
-    void fragmentsAreBoundedAndLinear() {
-        Fragments fragments;
+        // Who fills the room for all loses what is his.
         for (const int nSize : {Fragments::MaxSize, Fragments::MaxSize + 1}) {
-            QVERIFY(!fragments.Join('{' + QByteArray(nSize - 2, ' ') + "!#(", {}));
-            QCOMPARE(fragments.Join("}!#(", {}).has_value(), nSize == Fragments::MaxSize);
             fragments.Clear();
+            QCOMPARE(join({'{' + QByteArray(nSize - 2, ' ') + "!#(", "}!#("}).endsWith('}'),
+                     nSize == Fragments::MaxSize);
         }
-        const auto took = [&fragments](int nPieces) {
-            QElapsedTimer timer;
-            timer.start();
-            for (fragments.Clear(); nPieces > 0; --nPieces) {
-                fragments.Join("{!#(", {});
-            }
-            return timer.nsecsElapsed();
-        };
-        QVERIFY(took(400000) < 50 * std::max({took(40000), took(40000), took(40000)}));
     }
 
     /// What one long text took is given back.

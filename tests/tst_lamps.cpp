@@ -143,9 +143,13 @@ private slots:
     void program() {
         const QTemporaryDir folder;
         const QString sShow = WriteFile(folder.filePath("show.json"), R"({
-            "scenes": [{"id": 1, "levels": {"Lamp": [77, 0, 0]}}],
-            "programs": [{"id": 1, "steps": [{"levels": {"Lamp": [77, 0, 0]}}]}],
-            "fixtures": [{"name": "Lamp", "universe": 32, "channel": 1, "layout": "rgb"}]})");
+            "scenes": [{"id": 1, "levels": {"Lamp": [77, 0, 0]}},
+                       {"id": 2, "state": true, "area": 1, "levels": {"Stairs": [5]}}],
+            "programs": [{"id": 1, "steps": [{"levels": {"Lamp": [77, 0, 0]}}]},
+                         {"id": 3, "state": true, "steps": [{"levels": {"Door": [6]}}]}],
+            "fixtures": [{"name": "Lamp", "universe": 32, "channel": 1, "layout": "rgb"},
+                         {"name": "Stairs", "universe": 1, "channel": 1, "layout": "x"},
+                         {"name": "Door", "universe": 2, "channel": 1, "layout": "x"}]})");
         QByteArrayList sources;
         for (const auto& [nSignal, pSerial, pMessage] :
              {std::tuple{SIGTERM, "0042", R"(12,"content":{"chan":0,"univ":31,"level":77,"s":true})"},
@@ -159,7 +163,9 @@ private slots:
             QVERIFY(program.waitForReadyRead());
             QUdpSocket remote;
             remote.writeDatagram(QByteArray("{\"typ\":") + pMessage + '}', QHostAddress::LocalHost, 8093);
-            QVERIFY(QTest::qWaitFor([this] { return Heard().contains("32:77"); }));
+            QString sHeard;
+            QVERIFY(QTest::qWaitFor([&] { return (sHeard += Heard()).contains("32:77"); }));
+            QVERIFY(sHeard.contains("1:5") && sHeard.contains("2:6"));  // what runs from the start
             QCOMPARE(Byte(m_packet, 108), 33);
             sources.append(m_packet.mid(22, 16));
             kill(static_cast<pid_t>(program.processId()), nSignal);

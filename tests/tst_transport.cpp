@@ -162,7 +162,8 @@ private slots:
         // A switch puts the next poll off.
         QTest::qWait(2500);
         m_clock.start();
-        m_pWindow->OnSceneStateChanged(0, 1, false);
+        page == 1 ? m_pWindow->OnProgramStateChanged(0, 1, false)
+                  : m_pWindow->OnSceneStateChanged(0, 1, false);
         QVERIFY(Within(5500, [&] { return peer.Count(type) == 2; }) && m_clock.elapsed() >= 5000);
     }
 };

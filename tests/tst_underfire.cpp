@@ -204,31 +204,25 @@ private slots:
         const auto says = [this](const std::string& sText) {
             m_pWindow->ReadData(QByteArray::fromStdString(sText), "10.0.0.1");
         };
-        // What is done, and how often of 160.
-        const std::pair<int, std::function<void()>> deeds[] = {
-            {39, [&] { mouse(QEvent::MouseButtonPress); }},
-            {1, [&] { mouse(QEvent::MouseButtonPress, Qt::RightButton); }},
-            {20, [&] { mouse(QEvent::MouseButtonRelease); }},
-            {40, [&] { mouse(QEvent::MouseMove); }},
-            {20, wheel},
-            {32, type},
-            {2, [&] { m_pWindow->OnMenuChanged(below(5)); }},
-            {2, [&] { pTarget->resize(below(900), below(700)); }},
-            {2, [&] { says(LargeState(below(41))); }},
-            {2, [&] {
-                 says(messages::Channel({below(600) - 40, below(40) - 4, below(300), true}));
-             }}};
-        QVector<std::function<void()>> often;
-        for (const auto& [nTimes, deed] : deeds) {
-            often.insert(often.size(), nTimes, deed);
-        }
+        const auto acts = [&](int n) {
+            n < 39    ? mouse(QEvent::MouseButtonPress)
+            : n < 40  ? mouse(QEvent::MouseButtonPress, Qt::RightButton)
+            : n < 60  ? mouse(QEvent::MouseButtonRelease)
+            : n < 100 ? mouse(QEvent::MouseMove)
+            : n < 120 ? wheel()
+            : n < 152 ? type()
+            : n < 154 ? m_pWindow->OnMenuChanged(below(5))
+            : n < 156 ? pTarget->resize(below(900), below(700))
+            : n < 158 ? says(LargeState(below(41)))
+                      : says(messages::Channel({below(600) - 40, below(40) - 4, below(300), true}));
+        };
         for (int i = 0; i < 100000; ++i) {
             at = {below(900) - 40, below(680) - 40};
             pTarget = m_pWindow->childAt(at) != nullptr ? m_pWindow->childAt(at) : m_pWindow.get();
             if (QRect(700, 0, 120, 60).contains(at)) {
                 continue;  // the close button
             }
-            often[below(160)]();
+            acts(below(160));
             if (QWidget::mouseGrabber() != nullptr && below(20) == 0) {
                 QWidget::mouseGrabber()->releaseMouse();
             }
