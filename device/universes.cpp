@@ -3,6 +3,7 @@
 #include "device/logging.h"
 
 #include <algorithm>
+#include <cstring>
 
 void Universes::Set(int nUniverse, int nChannel, int nLevel, bool bState) {
     if (HasUniverse(nUniverse) && HasChannel(nChannel)) {
@@ -35,4 +36,8 @@ void Universes::SetRun(int nUniverse, int nStart, int nCount, const Color& color
             Set(nUniverse, nChannel + 3, color.w, true);
         }
     }
+}
+
+bool Universes::IsHeld(int nUniverse) const {
+    return std::memchr(&states[At(nUniverse, 0)], 1, Channels) != nullptr;
 }

@@ -26,6 +26,8 @@ struct Universes {
     /// Holds the channels of `nCount` fixtures side by side, of three channels each or four with white, from
     /// `nStart` on. A fixture that would reach the universe's last channel is left out, and all after it.
     void SetRun(int nUniverse, int nStart, int nCount, const Color& color);
+    /// Whether any channel of a universe, which must exist, is held.
+    bool IsHeld(int nUniverse) const;
 
     std::array<unsigned char, std::size_t{Count} * Channels> levels{};
     std::array<bool, std::size_t{Count} * Channels> states{};

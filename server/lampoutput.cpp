@@ -14,9 +14,7 @@ constexpr int StillMs = 1000;
 UniverseSet WithHeldChannels(const Universes& universes) {
     UniverseSet held;
     for (int i = 0; i < Universes::Count; ++i) {
-        const bool* const pStates = &universes.states.at(Universes::At(i, 0));
-        held[static_cast<std::size_t>(i)] =
-            std::find(pStates, pStates + Universes::Channels, true) != pStates + Universes::Channels;
+        held[static_cast<std::size_t>(i)] = universes.IsHeld(i);
     }
     return held;
 }

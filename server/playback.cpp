@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <stdexcept>
 
 namespace {
@@ -232,10 +231,11 @@ void Playback::Render(const Universes& held, qint64 nNowMs, Levels& levels) cons
     for (const Latest& channel : m_latest) {
         levels[channel.at] = Rounded(LevelOf(channel, positions, nNowMs));
     }
-    for (std::size_t begin = 0; begin < levels.size(); begin += Universes::Channels) {
-        if (std::memchr(&held.states[begin], 1, Universes::Channels) == nullptr) {
+    for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
+        if (!held.IsHeld(nUniverse)) {
             continue;  // as most universes at most times
         }
+        const std::size_t begin = Universes::At(nUniverse, 0);
         for (std::size_t at = begin; at < begin + Universes::Channels; ++at) {
             levels[at] = held.states[at] ? held.levels[at] : levels[at];
         }

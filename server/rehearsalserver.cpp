@@ -394,8 +394,7 @@ void RehearsalServer::TakeRun(const JSONNode& content, const Client& from) {
 
 void RehearsalServer::SendHeldUniverses(const Client& to) {
     for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
-        const bool* const pStates = &m_universes.states.at(Universes::At(nUniverse, 0));
-        if (std::find(pStates, pStates + Universes::Channels, true) != pStates + Universes::Channels) {
+        if (m_universes.IsHeld(nUniverse)) {
             Send(to, replies::Universe(m_universes, nUniverse));
         }
     }

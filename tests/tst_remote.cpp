@@ -338,10 +338,9 @@ private slots:
 
     void manyServers() {
         const ServerList& servers = m_pWindow->Params()->Servers();
-        const auto serial =
-            QByteArray(R"({"typ":15,"content":{"serial":"@"}})").replace("@", QByteArray(1000, 'x'));
         for (int i = 0; i < 1000; ++i) {
-            Read(serial, qPrintable(QString("10.1.%1.%2").arg(i / 250).arg(i % 250)));
+            Read(QByteArray(R"({"typ":15,"content":{"serial":"@"}})").replace("@", QByteArray(1000, 'x')),
+                 qPrintable(QString("10.1.%1.%2").arg(i / 250).arg(i % 250)));
         }
         QCOMPARE(servers.Addresses().size(), ServerList::MaxServers);
         QCOMPARE(servers.Labels().last().size(), ServerList::MaxLabel);

@@ -86,17 +86,15 @@ class TestServer : public QObject {
 private slots:
     void badOptions() {
         for (const QString sRow :
-             {"--bogus > bogus", "extra > extra",
-              "--limit many > --limit takes a whole number from 0 to 1000", "--fragment 60001 > 60001",
-              "--address here > here", "--show /no/such > /no/such: No such file",
-              "--sacn-to 127.0.0.1 > --sacn-to is of no use without --sacn",
+             {"--bogus > bogus", "extra > extra", "--fragment 60001 > 60001", "--address here > here",
+              "--limit many > takes a whole number from 0 to 1000", "--show /no/such > No such file",
+              "--sacn-to 127.0.0.1 > is of no use without --sacn", "--sacn --sacn-interface= > not \"\"",
               "--sacn --sacn-priority 201 > takes a whole number from 0 to 200",
               "--sacn --sacn-priority=-1 > not \"-1\"", "--sacn --sacn-interface 10.1 > not \"10.1\"",
-              "--sacn --sacn-interface lo > such as 192.168.1.20, not \"lo\"",
-              "--sacn --sacn-interface= > not \"\"", "--sacn --sacn-to 239.255.0.1 > of one receiver",
+              "--sacn --sacn-interface lo > not \"lo\"", "--sacn --sacn-to ::1 > takes an IPv4 address",
+              "--sacn --sacn-to 239.255.0.1 > of one receiver", "--sacn --sacn-to 0.0.0.0 > of one receiver",
               "--sacn --sacn-interface 192.0.2.1 > 192.0.2.1 is no address of this machine",
-              "--sacn --sacn-interface 0.0.0.0 > no address of this machine",
-              "--sacn --sacn-to ::1 > takes an IPv4 address", "--sacn --sacn-to 0.0.0.0 > of one receiver"}) {
+              "--sacn --sacn-interface 0.0.0.0 > no address of this machine"}) {
             Refuses(sRow.section(" > ", 0, 0).split(' '), sRow.section(" > ", 1));
         }
     }
@@ -192,9 +190,6 @@ private slots:
         ClickTile(remotes.second->SceneList(), 3);
         QVERIFY(shows(remotes.first, "1 4 9"));
         ClickTile(remotes.first->SceneList(), 4);
-        QVERIFY(shows(remotes.second, "1 5 9"));
-        remotes.second->SceneList()->Update(QList<Scene>(), {});
-        remotes.second->SendState();  // the server has it the same way
         QVERIFY(shows(remotes.second, "1 5 9"));
     }
 
