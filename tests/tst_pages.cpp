@@ -298,6 +298,7 @@ private slots:
         for (const bool bHeld : {true, false}) {
             m_pGrid->Update(5, 200, bHeld);
             QCOMPARE(std::count(states.begin(), states.end(), true), bHeld ? 513 : 1);
+            QCOMPARE(At(5, 0), std::pair(bHeld ? 200 : 0, bHeld));
             QCOMPARE(std::count(levels.begin(), levels.end(), bHeld ? 200 : 0), bHeld ? 512 : 32 * 512 - 1);
         }
         for (const auto& [nStart, nCount, bRgbw, pRun] : {std::tuple{506, 5, true, "01020304000000"},
