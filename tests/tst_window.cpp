@@ -174,9 +174,10 @@ class TestWindow : public QObject {
 
         window->OnMenuChanged(0);
         QTimer::singleShot(50, this, [this] {
-            QWidget* pMenu = QApplication::activePopupWidget();
+            auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             Read(pMenu);
             pMenu->close();
+            QVERIFY(pMenu->actionGeometry(pMenu->actions()[0]).height() >= 36);  // an icon is 32 high
         });
         QTest::mouseClick(window->SceneList(), Qt::RightButton, {}, QPoint(20, 20));
         ReadNext<QInputDialog>();
