@@ -108,8 +108,7 @@ private slots:
         WriteFile(sPath,
                   R"({"fixtures":[{"name":"Par","universe":2,"channel":9,"layout":"rgbw","count":2}]})");
         const QStringList lines = Ends({"--check", sPath}, 0).split('\n');
-        QCOMPARE(lines.size(), 5);
-        QVERIFY(lines[0].startsWith(sPath + " is good"));
+        QVERIFY(lines.size() == 5 && lines[0].startsWith(sPath + " is good"));
         QCOMPARE(lines[3].simplified(), QString("2 13 16 rgbw Par 2"));
         // A server that waits for a pipe, or reads a disk, is none; what a file says must not work the
         // terminal.
@@ -149,9 +148,10 @@ private slots:
         QVERIFY(nLong <= most());
     }
 
-    /// One line a second for noise, with a count; and no answer to a server, which would answer that in turn.
+    /// One line a second for noise, with a count; no answer to a server, which would answer that in turn; and
+    /// who leaves makes room.
     void noise() {
-        Server server({"--address", "127.0.0.1"});
+        Server server({"--address", "127.0.0.1", "--limit", "1"});
         Stranger(2).Send("noise", 30);
         Stranger other(3, 8093);
         other.Send(MessageType::Alive);
@@ -159,6 +159,12 @@ private slots:
         QCOMPARE(server.log.count("no message"), 2);
         QVERIFY2(server.log.contains(" 29 more"), server.log);
         QCOMPARE(other.Count("typ"), 0);
+        Stranger leaving(4);
+        leaving.Send(MessageType::Alive);
+        leaving.Send(MessageType::Goodbye);
+        Stranger next(5);
+        next.Send(MessageType::StateRequest);
+        QVERIFY(QTest::qWaitFor([&next] { return next.Count("\"scn\"") == 1; }));
     }
 
     /// 16 hosts ask for 59 MB of universes, which all wait: but for 16 they are lost, as on a network.
