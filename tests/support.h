@@ -47,15 +47,6 @@ inline void Mouse(QWidget* pWidget, QEvent::Type type, const QPoint& at,
     QCoreApplication::sendEvent(pWidget, &event);
 }
 
-/// From the first place over the others, where the button is let go.
-inline void Drag(QWidget* pWidget, const QVector<QPoint>& places) {
-    Mouse(pWidget, QEvent::MouseButtonPress, places[0]);
-    for (const QPoint& at : places.mid(1)) {
-        Mouse(pWidget, QEvent::MouseMove, at);
-    }
-    Mouse(pWidget, QEvent::MouseButtonRelease, places.last());
-}
-
 inline void Click(QWidget* pWidget, const QPoint& at) {
     QTest::mouseClick(pWidget, Qt::LeftButton, {}, at);
 }

@@ -197,6 +197,9 @@ private slots:
         QVERIFY(shows(remotes.first, "1 4 9"));
         ClickTile(remotes.first->SceneList(), 4);
         QVERIFY(shows(remotes.second, "1 5 9"));
+        remotes.second->SceneList()->Update(QList<Scene>(), {});
+        remotes.second->SendState();  // the server has it the same way
+        QVERIFY(shows(remotes.second, "1 5 9"));
     }
 
     /// All servers of a network are listed; the one that is chosen is talked to, and no other.

@@ -92,14 +92,6 @@ class TestWindow : public QObject {
         return m_pWindow.get();
     }
 
-    static QStringList Pictures() {
-        QStringList paths;
-        for (QDirIterator it(":/Corvane/Images", QDir::Files, QDirIterator::Subdirectories); it.hasNext();) {
-            paths += it.next();
-        }
-        return paths.filter(QRegularExpression("^((?!@2x).)*$"));
-    }
-
     const QStringList m_languages{"de", "fr", "es", "it"};
     QStringList m_texts;
 
@@ -122,7 +114,7 @@ class TestWindow : public QObject {
     /// Takes down what a window says, and looks whether each of its texts has its room.
     void Read(QWidget* pWindow) {
         QCoreApplication::processEvents();
-        Listen(QAccessible::queryAccessibleInterface(pWindow));
+        Listen(Of(pWindow));
         // These are as wide as the layout says, whatever they hold.
         const QRegularExpression fixed("LineEdit|CommandLink");
         const auto widgets = pWindow->findChildren<QWidget*>() << pWindow;
@@ -136,7 +128,7 @@ class TestWindow : public QObject {
     }
 
     void Listen(QAccessibleInterface* pAccess) {
-        m_texts << pAccess->text(QAccessible::Name) << pAccess->text(QAccessible::Description);
+        m_texts << NameOf(pAccess) << pAccess->text(QAccessible::Description);
         for (int i = 0; i < pAccess->childCount(); ++i) {
             Listen(pAccess->child(i));
         }
@@ -155,40 +147,40 @@ class TestWindow : public QObject {
         CGetNiDlg dialog({{"0", "10.0.0.5", {}}}, nullptr);
         dialog.show();
         Read(&dialog);
-        const auto window = OpenRemote();
-        window->SceneList()->Update({{"W", 1, 0, 0, false}, {"", 2, -1, 0, true}}, {});
-        window->Params()->AddSerial("0000", "10.0.0.5");
+        Corvane* pWindow = Open();
+        pWindow->SceneList()->Update({{"W", 1, 0, 0, false}, {"", 2, -1, 0, true}}, {});
+        pWindow->Params()->AddSerial("0000", "10.0.0.5");
         for (const int iPage : {0, 1, 2, 3, 4, 2, 3}) {
-            window->OnMenuChanged(iPage);
-            Read(window.get());
+            pWindow->OnMenuChanged(iPage);
+            Read(pWindow);
             if (iPage == 4) {
-                window->Picker()->SwitchCmdMode();
-                window->ShowPopupMenu();
+                pWindow->Picker()->SwitchCmdMode();
+                pWindow->ShowPopupMenu();
             }
         }
-        Click(window->Grid(), window->Grid()->CellRect(0).center());
-        Read(window.get());
+        Click(pWindow->Grid(), pWindow->Grid()->CellRect(0).center());
+        Read(pWindow);
         const int nOff =
-            QFontMetrics(fonts::Bold("Arial", 16)).horizontalAdvance(window->Grid()->Part(5).value);
-        QVERIFY(nOff <= window->Grid()->CellRect(0).width() - 12);
+            QFontMetrics(fonts::Bold("Arial", 16)).horizontalAdvance(pWindow->Grid()->Part(5).value);
+        QVERIFY(nOff <= pWindow->Grid()->CellRect(0).width() - 12);
 
-        window->OnMenuChanged(0);
+        pWindow->OnMenuChanged(0);
         QTimer::singleShot(50, this, [this] {
             auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             Read(pMenu);
             pMenu->close();
             QVERIFY(pMenu->actionGeometry(pMenu->actions()[0]).height() >= 36);  // an icon is 32 high
         });
-        QTest::mouseClick(window->SceneList(), Qt::RightButton, {}, QPoint(20, 20));
+        QTest::mouseClick(pWindow->SceneList(), Qt::RightButton, {}, QPoint(20, 20));
         ReadNext<QInputDialog>();
-        window->SceneList()->OnRename();
+        pWindow->SceneList()->OnRename();
         ReadNext<QColorDialog>();
-        window->SceneList()->OnColor();
+        pWindow->SceneList()->OnColor();
         ReadNext<QMessageBox>();
         const auto nTexts = m_texts.size();
-        window->ReadData(R"({"typ":2})", "10.0.0.5");
+        pWindow->ReadData(R"({"typ":2})", "10.0.0.5");
         QTRY_VERIFY(m_texts.size() > nTexts);
-        Read(QLineEdit(window.get()).createStandardContextMenu());
+        Read(QLineEdit(pWindow).createStandardContextMenu());
     }
 
 private slots:
@@ -397,7 +389,11 @@ private slots:
         m_pWindow->SceneList()->Update({Scene()}, CIniFile());
         UseMenu(m_pWindow->SceneList(), 0, 2);
         QStringList asked = artwork::Asked();
-        QStringList there = Pictures();
+        QStringList there;
+        for (QDirIterator it(":/Corvane/Images", QDir::Files, QDirIterator::Subdirectories); it.hasNext();) {
+            there += it.next();
+        }
+        there = there.filter(QRegularExpression("^((?!@2x).)*$"));
         asked.sort();
         there.sort();
         QCOMPARE(asked, there);
