@@ -1,7 +1,7 @@
 // Feeds bytes to the readers of the settings file and of the rehearsal server's show file. What the settings
 // keep of them must survive being written and read again, but for the texts that are known not to.
 
-#include "server/playback.h"
+#include "server/lamps/playback.h"
 #include "settings/cinifile.h"
 
 #include <QCoreApplication>

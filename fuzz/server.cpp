@@ -1,8 +1,8 @@
 // Feeds datagrams to the whole rehearsal server: JSON, readers, answers, and the playback of what they
 // switch, which is rendered. An input holds one datagram or several, with 0x1e between them.
 
-#include "server/playback.h"
-#include "server/rehearsalserver.h"
+#include "server/lamps/playback.h"
+#include "server/remotes/rehearsalserver.h"
 
 #include <QCoreApplication>
 

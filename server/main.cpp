@@ -1,8 +1,8 @@
 #include "device/logging.h"
-#include "server/lampoutput.h"
-#include "server/patchsheet.h"
-#include "server/playback.h"
-#include "server/rehearsalserver.h"
+#include "server/lamps/lampoutput.h"
+#include "server/lamps/playback.h"
+#include "server/remotes/rehearsalserver.h"
+#include "server/show/patchsheet.h"
 #include "server/terminationsignals.h"
 
 #include <QCommandLineParser>

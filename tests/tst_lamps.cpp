@@ -1,4 +1,4 @@
-#include "server/sacnsender.h"
+#include "server/lamps/sacnsender.h"
 #include "tests/files.h"
 
 #include <QtNetwork>

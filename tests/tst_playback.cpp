@@ -1,8 +1,8 @@
 #include "device/jsonnode.h"
 #include "device/readers.h"
-#include "server/patchsheet.h"
-#include "server/playback.h"
-#include "server/showreader.h"
+#include "server/lamps/playback.h"
+#include "server/show/patchsheet.h"
+#include "server/show/showreader.h"
 #include "tests/files.h"
 
 #include <QtTest>

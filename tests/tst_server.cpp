@@ -1,6 +1,6 @@
 #include "device/jsonwriter.h"
-#include "server/rehearsalserver.h"
-#include "server/showreader.h"
+#include "server/remotes/rehearsalserver.h"
+#include "server/show/showreader.h"
 #include "tests/remote.h"
 
 #include <sys/stat.h>

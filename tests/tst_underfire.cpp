@@ -1,4 +1,4 @@
-#include "server/replies.h"
+#include "server/remotes/replies.h"
 #include "tests/remote.h"
 
 #include <atomic>

@@ -4,8 +4,8 @@
 #include "device/command.h"
 #include "device/jsonnode.h"
 #include "device/universes.h"
-#include "server/quota.h"
-#include "server/show.h"
+#include "server/remotes/quota.h"
+#include "server/show/show.h"
 
 #include <QElapsedTimer>
 #include <QHash>

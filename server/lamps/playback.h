@@ -3,9 +3,9 @@
 #include "device/color.h"
 #include "device/command.h"
 #include "device/universes.h"
-#include "server/layer.h"
-#include "server/patch.h"
-#include "server/show.h"
+#include "server/lamps/layer.h"
+#include "server/lamps/patch.h"
+#include "server/show/show.h"
 
 #include <QtGlobal>
 

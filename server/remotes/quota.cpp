@@ -1,4 +1,4 @@
-#include "server/quota.h"
+#include "server/remotes/quota.h"
 
 #include <algorithm>
 

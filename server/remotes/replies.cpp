@@ -1,4 +1,4 @@
-#include "server/replies.h"
+#include "server/remotes/replies.h"
 
 #include "device/fragments.h"
 #include "device/jsonwriter.h"

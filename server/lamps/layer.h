@@ -1,7 +1,7 @@
 #pragma once
 
-#include "server/patch.h"
-#include "server/show.h"
+#include "server/lamps/patch.h"
+#include "server/show/show.h"
 
 #include <QtGlobal>
 

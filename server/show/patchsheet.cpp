@@ -1,4 +1,4 @@
-#include "server/patchsheet.h"
+#include "server/show/patchsheet.h"
 
 #include <algorithm>
 #include <tuple>

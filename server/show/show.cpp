@@ -1,6 +1,6 @@
-#include "server/show.h"
+#include "server/show/show.h"
 
-#include "server/showreader.h"
+#include "server/show/showreader.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "server/show.h"
+#include "server/show/show.h"
 
 #include <QStringList>
 

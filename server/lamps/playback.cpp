@@ -1,4 +1,4 @@
-#include "server/playback.h"
+#include "server/lamps/playback.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "server/showreader.h"
+#include "server/show/showreader.h"
 
 #include "device/universes.h"
 

@@ -1,4 +1,4 @@
-#include "server/patch.h"
+#include "server/lamps/patch.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,6 +1,6 @@
-#include "server/lampoutput.h"
+#include "server/lamps/lampoutput.h"
 
-#include "server/rehearsalserver.h"
+#include "server/remotes/rehearsalserver.h"
 
 #include <algorithm>
 #include <utility>

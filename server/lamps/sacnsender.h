@@ -1,7 +1,7 @@
 #pragma once
 
-#include "server/playback.h"
-#include "server/sacnpacket.h"
+#include "server/lamps/playback.h"
+#include "server/lamps/sacnpacket.h"
 
 #include <QHostAddress>
 #include <QString>

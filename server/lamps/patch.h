@@ -3,7 +3,7 @@
 #include "device/color.h"
 #include "device/command.h"
 #include "device/universes.h"
-#include "server/show.h"
+#include "server/show/show.h"
 
 #include <array>
 #include <bitset>

@@ -1,4 +1,4 @@
-#include "server/sacnsender.h"
+#include "server/lamps/sacnsender.h"
 
 #include <QStringList>
 #include <QSysInfo>

@@ -1,4 +1,4 @@
-#include "server/sacnpacket.h"
+#include "server/lamps/sacnpacket.h"
 
 #include <QDataStream>
 #include <QIODevice>

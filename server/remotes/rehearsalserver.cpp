@@ -1,9 +1,9 @@
-#include "server/rehearsalserver.h"
+#include "server/remotes/rehearsalserver.h"
 
 #include "device/logging.h"
 #include "device/messages.h"
 #include "device/readers.h"
-#include "server/replies.h"
+#include "server/remotes/replies.h"
 
 #include <QNetworkDatagram>
 #include <QNetworkInterface>

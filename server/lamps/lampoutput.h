@@ -1,7 +1,7 @@
 #pragma once
 
-#include "server/playback.h"
-#include "server/sacnsender.h"
+#include "server/lamps/playback.h"
+#include "server/lamps/sacnsender.h"
 
 #include <QElapsedTimer>
 #include <QObject>

@@ -1,4 +1,4 @@
-#include "server/layer.h"
+#include "server/lamps/layer.h"
 
 #include <algorithm>
 #include <cmath>
