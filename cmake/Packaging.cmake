@@ -24,6 +24,7 @@ install(FILES packaging/corvane.desktop DESTINATION share/applications)
 install(FILES packaging/corvane.metainfo.xml DESTINATION share/metainfo RENAME example.corvane.corvane.metainfo.xml)
 install(FILES packaging/corvane.1 packaging/corvane-server.1 DESTINATION share/man/man1)
 install(FILES LICENSE DESTINATION share/doc/corvane)
+install(DIRECTORY shows DESTINATION share/doc/corvane FILES_MATCHING PATTERN "*.json")
 
 # A desktop need not have the folder of the programs on its path. An archive does not know where it will lie.
 install(CODE [[

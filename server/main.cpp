@@ -43,6 +43,7 @@ void AddOptions(QCommandLineParser& parser) {
     parser.addOptions({
         {"show", "Play the scenes and programs of this JSON file instead of the built-in show.", "file"},
         {"check", "Say whether this show is good, print its patch sheet, and end.", "file"},
+        {"print-show", "Print the file of the built-in show, and end."},
         {"serial", "Go by this serial instead of the show's.", "text"},
         {"address", "Listen on this address of the machine (default: all of them).", "address"},
         {"fall-back", "Listen on the fall-back port 8011 instead of 8093."},
@@ -215,6 +216,10 @@ int main(int argc, char* argv[]) {
     try {
         if (parser.isSet("check")) {
             Check(parser.value("check"));
+            return 0;
+        }
+        if (parser.isSet("print-show")) {
+            std::fputs(Show::BuiltInText().constData(), stdout);
             return 0;
         }
         return Serve(parser);

@@ -13,6 +13,16 @@ constexpr qint64 MaxFile = qint64{16} * 1024 * 1024;
 
 }  // namespace
 
+QByteArray Show::BuiltInText() {
+    Q_INIT_RESOURCE(shows);
+    QFile file(":/shows/house.json");
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+Show Show::BuiltIn() {
+    return ReadShow("the built-in show", BuiltInText());
+}
+
 Show Show::Load(const QString& sPath) {
     const QFileInfo info(sPath);
     if (info.exists() && (!info.isFile() || info.size() >= MaxFile)) {

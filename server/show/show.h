@@ -2,6 +2,7 @@
 
 #include "device/scene.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <cstddef>
@@ -51,8 +52,9 @@ struct Show {
     std::map<int, Look> looks;    ///< by the scene's id; a scene that has none lights nothing
     std::map<int, Chase> chases;  ///< by the program's id; the same
 
-    /// A small house with a stage, for people who have no show of their own at hand.
+    /// A small house with a stage, for people who have no show of their own at hand: shows/house.json.
     static Show BuiltIn();
+    static QByteArray BuiltInText();
 
     /// Reads a show from a JSON file:
     ///
