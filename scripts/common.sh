@@ -6,17 +6,31 @@ fail() {
     exit 1
 }
 
+# at_end COMMAND...: for when the script ends, however it does; what came last goes first.
+ends=()
+at_end() {
+    ends=("$(printf '%q ' "$@")" ${ends[@]+"${ends[@]}"})
+    trap run_ends EXIT
+}
+run_ends() {
+    local end
+    for end in "${ends[@]}"; do
+        eval "$end" 2>/dev/null || true
+    done
+}
+
 # progress LOG: shows the end of a growing log: on a terminal at each second, else in a line every half minute.
 progress() {
-    local seconds=0 last
+    local begin=$SECONDS next=30 passed last
     # The script that it belongs to may be interrupted, which this is not.
     while sleep 1 && kill -0 $$ 2>/dev/null; do
-        seconds=$((seconds + 1))
-        last=$(tail -n1 "$1" | tr -d '\r' | cut -c -$((${COLUMNS:-80} - 12)))
+        passed=$((SECONDS - begin))
+        last=$(tail -n1 "$1" 2>/dev/null | tr -d '\r' | cut -c -$((${COLUMNS:-80} - 12)))
         if [ -t 1 ]; then
-            printf '\r\033[K%4d s  %s' $seconds "$last"
-        elif [ $((seconds % 30)) -eq 0 ]; then
-            printf '%4d s  %s\n' $seconds "$last"
+            printf '\r\033[K%4d s  %s' $passed "$last"
+        elif [ $passed -ge $next ]; then
+            printf '%4d s  %s\n' $passed "$last"
+            next=$((next + 30))
         fi
     done
 }
@@ -25,7 +39,7 @@ progress() {
 step() {
     local what=$1 log reason watcher status=0
     shift
-    log=$(mktemp "${TMPDIR:-/tmp}/corvane-step.XXXXXX")
+    log=$(mktemp "${TMPDIR:-/tmp}/corvane-step.XXXXXX" 2>/dev/null) || fail "${TMPDIR:-/tmp} cannot be written to"
     progress "$log" &
     watcher=$!
     "$@" >"$log" 2>&1 || status=$?
@@ -61,7 +75,8 @@ install_packages() {
     if [ "$(id -u)" -ne 0 ]; then
         command -v sudo >/dev/null || fail "installing needs root or sudo; missing: ${missing[*]}"
         sudo=(sudo)
-        sudo true  # asks for the password while nothing else is shown
+        # It asks for the password while nothing else is shown.
+        sudo true || fail "installing needs root, and sudo refuses; missing: ${missing[*]}"
     fi
     echo "Installing ${missing[*]}"
     step "updating the package lists" "${sudo[@]}" apt-get update
@@ -70,8 +85,7 @@ install_packages() {
     # ola would start its daemon, which takes over every interface that it finds.
     if [[ " $* " == *" rig "* ]] && [ ! -e $policy ]; then
         printf '#!/bin/sh\nexit 101\n' | "${sudo[@]}" install -m 755 /dev/stdin $policy
-        # shellcheck disable=SC2064  # as it is now
-        trap "${sudo[*]} rm $policy" EXIT
+        at_end "${sudo[@]}" rm $policy
     fi
     step "installing packages" "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive "${install[@]}" "${missing[@]}"
 }
@@ -82,9 +96,11 @@ preset_folder() {
 
 # build PRESET [TARGET...]
 build() {
-    local preset=$1
+    local preset=$1 folder
     shift
-    if [ -e "$(preset_folder "$preset")/build.ninja" ]; then
+    folder=$(preset_folder "$preset")
+    { mkdir -p "$folder" && [ -w "$folder" ]; } 2>/dev/null || fail "$PWD/$folder cannot be written to"
+    if [ -e "$folder/build.ninja" ]; then
         echo "Building ($preset)"
     else
         echo "Building ($preset); for the first time this takes a few minutes"

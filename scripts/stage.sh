@@ -9,6 +9,9 @@
 #   under=COMMAND      what the remote runs under, if anything
 #   patience=TIMES     how much slower than usual that makes it (default: 1)
 
+# shellcheck source=scripts/common.sh
+. scripts/common.sh
+
 build=${build:-build}
 scale=${scale:-1}
 patience=${patience:-1}
@@ -23,10 +26,16 @@ enter_stage() {
     room=$(mktemp -d)
     started=()  # what is to end with the script, by its id
     export XDG_RUNTIME_DIR=$room QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=$scale
-    trap 'kill "${started[@]}" 2>/dev/null; wait; rm -rf "$room"' EXIT
+    at_end rm -rf "$room"
+    at_end end_started
     # A copy, so that its settings file lies in the room and not beside the built program.
     cp "$build/corvane" "$room/"
     program=$room/corvane
+}
+
+end_started() {
+    kill "${started[@]}" 2>/dev/null
+    wait
 }
 
 complain() {
@@ -35,11 +44,11 @@ complain() {
     exit 1
 }
 
-# wait_for WHAT COMMAND...: for ten seconds, times the patience, at the most.
+# wait_for WHAT COMMAND...: for ten seconds, or so many $tenths of one, times the patience, at the most.
 wait_for() {
     local what=$1
     shift
-    for _ in $(seq $((100 * patience))); do
+    for _ in $(seq $((${tenths:-100} * patience))); do
         "$@" && return 0
         sleep 0.1
     done

@@ -107,15 +107,16 @@ private slots:
 
     /// The picture under the pointer is what a click sends.
     void wheelPicture() {
-        for (const int nScale : {1, 2}) {
-            const QImage wheel(QString(":/Corvane/Images/ColorPicker%1.png").arg(nScale == 1 ? "" : "@2x"));
-            QVERIFY(wheel.size() == QSize(380, 380) * nScale && qAlpha(wheel.pixel(0, 0)) == 0);
-            for (int i = 0; i < 55 * 55; ++i) {
-                const QPoint pixel(i % 55 * 7, i / 55 * 7);
-                if (Distance(pixel, {190, 190}) <= 187) {
-                    Click(Wheel(), pixel + QPoint(20, 20));
-                    QCOMPARE(wheel.pixelColor(pixel * nScale), Wheel()->GetColor());
-                }
+        const QImage sharp(":/Corvane/Images/ColorPicker@2x.png");
+        QVERIFY(sharp.size() == QSize(760, 760) && qAlpha(sharp.pixel(0, 0)) == 0);
+        const QImage shown = Wheel()->grab().toImage();
+        for (int i = 0; i < 55 * 55; ++i) {
+            const QPoint pixel(i % 55 * 7, i / 55 * 7);
+            const double fromCentre = Distance(pixel, {190, 190});
+            if (fromCentre <= 187 && fromCentre >= 6) {  // there lies the marker
+                Click(Wheel(), pixel + QPoint(20, 20));
+                QCOMPARE(shown.pixelColor(pixel + QPoint(20, 20)), Wheel()->GetColor());
+                QCOMPARE(sharp.pixelColor(pixel * 2), Wheel()->GetColor());
             }
         }
     }
@@ -407,7 +408,7 @@ private slots:
         QVERIFY(name.createMaskFromColor(qRgb(255, 0, 0)) != name.createMaskFromColor(0));
     }
 
-    /// What a server names its scenes is neither slow to paint nor part of the settings.
+    /// What a server names its scenes is neither painted to its end nor part of the settings.
     void oddNames() {
         CIniFile settings;
         const QString sOutside = settings.path + ".png";
@@ -429,19 +430,13 @@ private slots:
         UseMenu(m_pList.get(), 0, 0);
         QCOMPARE(names, QList<QVariantList>({{7, "a  b"}}));
 
+        // What is painted of a long name, and takes its time, is what fits.
         const auto paint = [this](std::size_t nLength) {
-            Open(QVector<Scene>(8, Scene{std::string(nLength, 'x'), 1, 0, 0, false}).toList());
-            m_pList->grab();
-            QElapsedTimer clock;
-            clock.start();
-            for (int i = 0; i < 50; ++i) {
-                m_pList->grab();
-            }
-            return clock.nsecsElapsed();
+            Open({Scene{std::string(nLength, 'x'), 1, 0, 0, false}});
+            return m_pList->grab().toImage();
         };
-        const auto nUsual = paint(40);
-        const QImage usual = m_pList->grab().toImage();
-        QVERIFY(paint(250000) < 4 * nUsual && m_pList->grab().toImage() == usual);
+        QVERIFY(paint(250000) == paint(40));
+        paint(250000);
         QVERIFY(m_pList->Part(0).name.size() < 1000);
     }
 

@@ -19,7 +19,7 @@ class TestServer : public QObject {
             QObject::connect(&program, &QProcess::readyReadStandardOutput,
                              [this] { log += program.readAllStandardOutput(); });
             program.start(SERVER_PROGRAM, arguments);
-            QVERIFY(QTest::qWaitFor([this] { return log.contains("listens"); }, 2000));
+            QVERIFY(QTest::qWaitFor([this] { return log.contains("listens"); }, 20000));
         }
         ~Server() { program.close(); }
     };
@@ -28,7 +28,7 @@ class TestServer : public QObject {
     static QString Ends(const QStringList& arguments, int nStatus) {
         QProcess program;
         program.start(SERVER_PROGRAM, arguments);
-        const bool bEnds = program.waitForFinished(5000) && program.exitCode() == nStatus;
+        const bool bEnds = program.waitForFinished() && program.exitCode() == nStatus;
         return bEnds ? program.readAll() + program.readAllStandardError() : "no such end";
     }
 
