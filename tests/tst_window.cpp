@@ -134,6 +134,43 @@ class TestWindow : public QObject {
         }
     }
 
+    /// Whether a picture of the collection lies at a place: wherever it is opaque, the window shows it. A
+    /// size stretches it.
+    static bool Lies(const QImage& window, const QString& sPicture, const QRect& at) {
+        const QPixmap picture = artwork::Picture(":/Corvane/Images/" + sPicture + ".png");
+        QImage expected(window.size(), QImage::Format_ARGB32_Premultiplied);
+        expected.fill(Qt::transparent);
+        QPainter painter(&expected);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawPixmap(QRect(at.topLeft(), at.isEmpty() ? picture.size() : at.size()), picture);
+        painter.end();
+        int nOpaque = 0;
+        for (int i = 0; i < window.width() * window.height(); ++i) {
+            const QPoint pixel(i % window.width(), i / window.width());
+            const bool bOpaque = expected.pixelColor(pixel).alpha() == 255;
+            nOpaque += int{bOpaque};
+            if (bOpaque && expected.pixelColor(pixel) != window.pixelColor(pixel)) {
+                return false;
+            }
+        }
+        return nOpaque >= 10;
+    }
+
+    /// Presses a control, or holds the mouse at a place beside its corner: "Name@x y".
+    void Do(const QString& sAction) {
+        const QAccessibleInterface* pControl = Controls().value(sAction.section('@', 0, 0));
+        if (pControl == nullptr) {
+            QVERIFY2(sAction.isEmpty(), qPrintable(sAction));
+        } else if (!sAction.contains('@')) {
+            Act(Controls()[sAction]);
+        } else {
+            const QStringList place = sAction.section('@', 1).split(' ');
+            const QPoint at = pControl->rect().topLeft() + QPoint(place[0].toInt(), place[1].toInt());
+            QWidget* pWidget = QApplication::widgetAt(at);
+            Mouse(pWidget, QEvent::MouseButtonPress, pWidget->mapFromGlobal(at));
+        }
+    }
+
     template <typename Dialog>
     void ReadNext() {
         OnNext<Dialog>([this](Dialog* pDialog) {
@@ -285,30 +322,88 @@ private slots:
             iPage < 0 ? void() : m_pWindow->OnMenuChanged(iPage);
             m_pWindow->IsConnectionLost() ? void() : m_pWindow->Refresh();  // not lost before its row
             QCoreApplication::processEvents();
-            const auto controls = Controls();
+            Controls();  // who was never asked for tells nothing
             QTRY_VERIFY(IsUpToDate(m_pWindow.get()));
             told.clear();
-            const QStringList action = QString(pAction).split('@');
-            const QStringList place = action.value(1).split(' ');
-            if (action[0].contains('{')) {
-                m_pWindow->ReadData("{\"typ\":" + action[0].toUtf8() + '}', "10.0.0.1");
-            } else if (action[0].isEmpty()) {
-                QImage expected = m_pWindow->grab().toImage();
-                QPainter(&expected).drawPixmap(385, 4,
-                                               artwork::Picture(":/Corvane/Images/ConnectionLost.png"));
+            if (QByteArray(pAction).contains('{')) {
+                m_pWindow->ReadData(QByteArray("{\"typ\":") + pAction + '}', "10.0.0.1");
+            } else if (QByteArray(pAction).isEmpty()) {
                 QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->IsConnectionLost(), 20000);
-                QCOMPARE(m_pWindow->grab().toImage(), expected);
-            } else if (action.size() == 1) {
-                Act(controls[action[0]]);
+                QVERIFY(Lies(m_pWindow->grab().toImage(), "ConnectionLost", {385, 4, 0, 0}));
             } else {
-                const QPoint corner = controls[action[0]]->rect().topLeft();
-                const QPoint at = corner + QPoint(place[0].toInt(), place[1].toInt());
-                QWidget* pWidget = QApplication::widgetAt(at);
-                Mouse(pWidget, QEvent::MouseButtonPress, pWidget->mapFromGlobal(at));
+                Do(pAction);
             }
             // Soon: a second later the search for a server would paint all anew.
             QVERIFY2(Within(100, [this] { return IsUpToDate(m_pWindow.get()); }), pAction);
             QCOMPARE(told.join(", "), QString(pTold));
+        }
+    }
+
+    /// What is seen of each control in each of its states: the picture of the collection that lies there.
+    void pictures() {
+        // The page, or its menu; what is pressed there, to be held where a place on it is given; and what
+        // lies on which control then, or away from its corner by x, y, stretched to a width and height.
+        const std::tuple<int, const char*, const char*> rows[] = {
+            {0, "",
+             "Close=Close; Pages=MenuTab; Warm@320 6=CheckBox; Cool@320 6=CheckBoxSel; Cool@10 6 40 "
+             "40=SceneIcon"},
+            {0, "Warm", "Warm@320 6=CheckBoxSel; Cool@320 6=CheckBox"},
+            {0, "Pages",
+             "Scenes=MenuButSceneSel; Programs=MenuButProg; Color=MenuButColor; Channels=MenuButChan; "
+             "Parameters=MenuButParams; Connect again=MenuButRefresh"},
+            {0, "Connect again@9 9", "Connect again=MenuButRefreshSel; Scenes=MenuButScene"},
+            {1, "#7", "#7@320 6=CheckBoxSel; #7@10 6 40 40=ProgramIcon"},
+            {1, "Pages", "Scenes=MenuButScene; Programs=MenuButProgSel"},
+            {2, "",
+             "Color on or off=SwitchOff; Levels of the color=RGBSlidersSel; Commands, dimmer and "
+             "speed=Commands; "
+             "Red max=MaxRed; Green max=MaxGreen; Blue max=MaxBlue; White max=MaxGrey; Red=sliderCursor; "
+             "Red@0 50 34 300=sliderRedCenter; Green@0 50 34 300=sliderGreenCenter; "
+             "Blue@0 50 34 300=sliderBlueCenter; White@0 50 34 300=sliderGreyCenter"},
+            {2, "Color on or off", "Color on or off=SwitchOn"},
+            {2, "Red@9 371", "Red=sliderTop; Red@0 338=sliderCursor"},
+            {2, "Pages", "Scenes=MenuButScene; Color=MenuButColorSel"},
+            {2, "Commands, dimmer and speed",
+             "Commands, dimmer and speed=CommandsSel; Levels of the color=RGBSliders; White=White; "
+             "Black=Black; "
+             "Next=Next; Pause=Pause; Dimmer max=MaxGrey; Dimmer 50%=MaxGrey; Dimmer max@-7 -25=Dimmer; "
+             "Speed max@-7 -25=Speed"},
+            {2, "White", "White=WhiteSel; Black=Black"},
+            {2, "Black", "White=White; Black=BlackSel"},
+            {2, "Pause", "Pause=PauseSel"},
+            {2, "Next@9 9", "Next=NextSel"},
+            {3, "",
+             "Previous channels=Left; Previous universe=Less; Next universe=Plus; Next channels=Right"},
+            {3, "Pages", "Scenes=MenuButScene; Channels=MenuButChanSel"},
+            {4, "",
+             "Scenes page in the menu=SwitchOn; Lock this page with the password=SwitchOff; "
+             "Scenes page in the menu@-250 0=MenuButScene; Programs page in the menu@-250 0=MenuButProg; "
+             "Color page in the menu@-250 0=MenuButColor; Channels page in the menu@-250 0=MenuButChan; "
+             "Own names of scenes and programs@-250 0=Text; Own icons of scenes and programs@-250 0=Icon; "
+             "Own colors of scenes and programs@-250 0=Color"},
+            {4, "Scenes page in the menu", "Scenes page in the menu=SwitchOff"},
+            {4, "Pages", "Programs=MenuButProg; Parameters=MenuButParamsSel"},
+        };
+        for (const auto& [iPage, pPressed, pSeen] : rows) {
+            if (iPage != m_pWindow->CurrentPage()) {
+                m_pWindow->ShowPopupMenu();
+                Click(m_pWindow->Menu(), m_pWindow->Menu()->EntryRect(iPage).center());
+            }
+            QCoreApplication::processEvents();
+            Do(pPressed);
+            QCoreApplication::processEvents();
+            const QImage window = m_pWindow->grab().toImage();
+            const auto controls = Controls();
+            for (const QString& sSeen : QString(pSeen).split("; ")) {
+                const QStringList words = sSeen.split(QRegularExpression("[=@]"));
+                QVERIFY2(controls.contains(words[0]), qPrintable(words[0]));
+                const QStringList place = words.mid(1, words.size() - 2).value(0).split(' ');
+                const auto number = [&place](int i) { return place.value(i).toInt(); };
+                const QPoint corner = m_pWindow->mapFromGlobal(controls[words[0]]->rect().topLeft());
+                const QRect at(corner + QPoint(number(0), number(1)), QSize(number(2), number(3)));
+                QVERIFY2(Lies(window, words.last(), at),
+                         qPrintable(QString("page %1, \"%2\": no %3").arg(iPage).arg(pPressed, sSeen)));
+            }
         }
     }
 
