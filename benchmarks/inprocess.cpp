@@ -224,9 +224,9 @@ Show FullShow() {
         show.fixtures.push_back({"Head", nUniverse, 0, "irgbwxxx", Universes::Channels / 8});
     }
     const auto levels = [](int nSeed) {
-        std::vector<Slot> all;
+        Slots all;
         for (std::size_t at = 0; at < std::tuple_size_v<Levels>; ++at) {
-            all.push_back({at, (nSeed + static_cast<int>(at)) % 256});
+            all.push_back({static_cast<quint16>(at), static_cast<quint8>(nSeed + static_cast<int>(at))});
         }
         return all;
     };

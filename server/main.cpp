@@ -11,6 +11,7 @@
 #include <QTime>
 
 #include <cstdio>
+#include <exception>
 #include <optional>
 #include <stdexcept>
 
@@ -200,11 +201,11 @@ int main(int argc, char* argv[]) {
     QCoreApplication::setApplicationVersion(CORVANE_VERSION);
     QCommandLineParser parser;
     AddOptions(parser);
-    if (!parser.parse(QCoreApplication::arguments()) || !parser.positionalArguments().isEmpty()) {
+    const bool bParsed = parser.parse(QCoreApplication::arguments());
+    if (!bParsed || !parser.positionalArguments().isEmpty()) {
         WriteLine(stderr,
-                  "corvane-server: " + (parser.positionalArguments().isEmpty()
-                                            ? parser.errorText()
-                                            : "no use for \"" + parser.positionalArguments().first() + '"'));
+                  "corvane-server: " + (bParsed ? "no use for \"" + parser.positionalArguments().first() + '"'
+                                                : parser.errorText()));
         return 2;
     }
     if (parser.isSet("help")) {
@@ -223,7 +224,7 @@ int main(int argc, char* argv[]) {
             return 0;
         }
         return Serve(parser);
-    } catch (const std::runtime_error& error) {
+    } catch (const std::exception& error) {
         WriteLine(stderr, QString("corvane-server: ") + error.what());
         return 2;
     }

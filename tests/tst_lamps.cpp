@@ -137,10 +137,10 @@ private slots:
     void program() {
         const QTemporaryDir folder;
         const QString sShow = WriteFile(folder.filePath("show.json"), R"({
-"scenes": [{"id": 1, "levels": {"Lamp": [77, 0, 0]}},
-           {"id": 2, "area": 1, "state": true, "levels": {"Stairs": [5]}}],
-"programs": [{"id": 1, "steps": [{"levels": {"Lamp": [77, 0, 0]}}]},
-             {"id": 3, "state": true, "steps": [{"levels": {"Door": [6]}}]}],
+"scenes": [{"id": 1, "name": "A", "levels": {"Lamp": [77, 0, 0]}},
+           {"id": 2, "name": "B", "area": 1, "state": true, "levels": {"Stairs": [5]}}],
+"programs": [{"id": 1, "name": "A", "steps": [{"levels": {"Lamp": [77, 0, 0]}}]},
+             {"id": 3, "name": "B", "state": true, "steps": [{"levels": {"Door": [6]}}]}],
 "fixtures": [{"name": "Lamp", "universe": 32, "channel": 1, "layout": "rgb"},
              {"name": "Stairs", "universe": 1, "channel": 1, "layout": "x"},
              {"name": "Door", "universe": 2, "channel": 1, "layout": "x"}]})");

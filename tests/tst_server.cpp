@@ -86,7 +86,8 @@ class TestServer : public QObject {
 private slots:
     void badOptions() {
         for (const QString sRow :
-             {"--bogus > bogus", "extra > extra", "--fragment 60001 > 60001", "--address here > here",
+             {"--bogus > bogus", "--sacn-universe 3 > Unknown option 'sacn-universe'", "extra > extra",
+              "--fragment 60001 > 60001", "--address here > here",
               "--limit many > takes a whole number from 0 to 1000", "--show /no/such > No such file",
               "--sacn-to 127.0.0.1 > is of no use without --sacn", "--sacn --sacn-interface= > not \"\"",
               "--sacn --sacn-priority 201 > takes a whole number from 0 to 200",

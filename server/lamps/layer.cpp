@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <utility>
 
 namespace {
 
-/// Runs that are no further apart are one: a few empty cells cost less than another run.
+/// Runs that are no further apart are one: a few levels of 0 cost less than another run.
 constexpr std::size_t Gap = 16;
 
 float Between(float from, float to, float progress) {
@@ -16,81 +18,92 @@ float Progress(double elapsed, double duration) {
     return elapsed < duration ? static_cast<float>(std::max(elapsed, 0.0) / duration) : 1;
 }
 
+/// Calls visit(channel, count, from, to) for what either row has a level of.
+template <typename Visit>
+void ForEachRun(Layer::Row from, Layer::Row to, Visit visit) {
+    static const FineLevels Dark{};
+    constexpr std::size_t End = std::tuple_size_v<FineLevels>;
+    for (std::size_t at = 0; at < End;) {
+        std::size_t end = End;
+        // Where the row's run goes on or the next one begins; what lies before is dark.
+        const auto levels = [&at, &end](Layer::Row& row) {
+            while (row.pBegin != row.pEnd && row.pBegin->End() <= at) {
+                ++row.pBegin;
+            }
+            if (row.pBegin == row.pEnd || row.pBegin->at > at) {
+                end = std::min<std::size_t>(end, row.pBegin == row.pEnd ? End : row.pBegin->at);
+                return Dark.data() + at;
+            }
+            end = std::min(end, row.pBegin->End());
+            return row.pLevels + row.pBegin->first + (at - row.pBegin->at);
+        };
+        const float* const pFrom = levels(from);
+        const float* const pTo = levels(to);
+        const bool bDark = pFrom == pTo && pFrom == Dark.data() + at;
+        if (!bDark) {
+            visit(at, end - at, pFrom, pTo);
+        }
+        at = end;
+    }
+}
+
 }  // namespace
 
 Layer::Layer(const std::vector<Cue>& cues, bool bFollows, const Patch& patch) : m_bFollows(bFollows) {
     double end = 0;
-    for (const Cue& cue : cues) {
-        end += cue.fade + cue.hold;
-        m_cues.push_back({cue.fade, cue.hold, end});
-    }
-    LayOut(cues, patch);
-    FillRows(cues, patch);
-    if (m_bFollows) {
-        TrackOthers();
-    }
-    m_kept.assign(m_nCells, 0);
-    m_nothing.assign(m_nCells, 0);
-}
-
-void Layer::LayOut(const std::vector<Cue>& cues, const Patch& patch) {
-    std::vector<std::size_t> lit;
-    for (const Cue& cue : cues) {
-        for (const Slot& slot : *cue.pLevels) {
-            if (patch.IsLit(slot.at)) {
-                lit.push_back(slot.at);
-            } else if (patch.IsOther(slot.at)) {
-                m_others.push_back(slot.at);
-            }
-        }
-    }
-    for (std::vector<std::size_t>* pList : {&lit, &m_others}) {
-        std::sort(pList->begin(), pList->end());
-        pList->erase(std::unique(pList->begin(), pList->end()), pList->end());
-    }
-    for (const std::size_t at : lit) {
-        if (m_runs.empty() || at >= m_runs.back().at + m_runs.back().count + Gap) {
-            m_nCells += m_runs.empty() ? 0 : m_runs.back().count;
-            m_runs.push_back({at, 0, m_nCells});
-        }
-        m_runs.back().count = at + 1 - m_runs.back().at;
-    }
-    m_nCells += m_runs.empty() ? 0 : m_runs.back().count;
-}
-
-void Layer::FillRows(const std::vector<Cue>& cues, const Patch& patch) {
-    m_rows.assign(cues.size() * m_nCells, 0);
-    m_otherRows.assign(cues.size() * m_others.size(), -1);
     for (std::size_t i = 0; i < cues.size(); ++i) {
-        for (const Slot& slot : *cues[i].pLevels) {
-            const auto level = static_cast<float>(slot.level);
-            if (patch.IsLit(slot.at)) {
-                const float gain = patch.IsDimmed(slot.at) ? static_cast<float>(cues[i].submaster) / 255 : 1;
-                m_rows[i * m_nCells + CellOf(slot.at)] = level * gain;
-            } else if (patch.IsOther(slot.at)) {
-                const auto other = std::lower_bound(m_others.begin(), m_others.end(), slot.at);
-                m_otherRows[i * m_others.size() + static_cast<std::size_t>(other - m_others.begin())] = level;
-            }
-        }
+        end += cues[i].fade + cues[i].hold;
+        m_cues.push_back({cues[i].fade, cues[i].hold, end});
+        Add(static_cast<int>(i), cues[i], patch);
     }
+    std::stable_sort(m_named.begin(), m_named.end(),
+                     [](const Named& a, const Named& b) { return a.at < b.at; });
+    for (std::size_t i = 0; i < m_named.size(); ++i) {
+        if (i == 0 || m_named[i].at != m_named[i - 1].at) {
+            m_others.push_back(m_named[i].at);
+            m_otherEnds.push_back(i);
+        }
+        ++m_otherEnds.back();
+    }
+    m_kept.EndRow();
 }
 
-void Layer::TrackOthers() {
-    for (std::size_t iOther = 0; iOther < m_others.size(); ++iOther) {
-        float kept = -1;
-        for (std::size_t i = 0; i < 2 * m_cues.size(); ++i) {
-            float& level = m_otherRows[i % m_cues.size() * m_others.size() + iOther];
-            level = level < 0 ? kept : level;
-            kept = level;
+void Layer::Add(int iCue, const Cue& cue, const Patch& patch) {
+    const Slots& levels = *cue.pLevels;
+    for (std::size_t i = 0; i < levels.size(); ++i) {
+        const std::size_t at = levels[i].at;
+        const bool bFine = patch.HasFine(at) && i + 1 < levels.size();
+        const float level =
+            static_cast<float>(levels[i].level) + (bFine ? static_cast<float>(levels[i + 1].level) / 256 : 0);
+        if (patch.IsLit(at)) {
+            m_rows.Add(at, patch.IsDimmed(at) ? level * static_cast<float>(cue.submaster) / 255 : level);
+        } else if (patch.IsOther(at)) {
+            m_named.push_back({at, iCue, level});
         }
     }
+    m_rows.EndRow();
 }
 
-std::size_t Layer::CellOf(std::size_t at) const {
-    const auto after = std::upper_bound(m_runs.begin(), m_runs.end(), at,
-                                        [](std::size_t n, const Run& run) { return n < run.at; });
-    const Run& run = *std::prev(after);
-    return run.cell + at - run.at;
+void Layer::Rows::Add(std::size_t at, float level) {
+    const bool bNewRow = runs.size() == (ends.empty() ? 0 : ends.back());
+    if (bNewRow || at >= runs.back().End() + Gap) {
+        runs.push_back({static_cast<quint16>(at), 0, static_cast<quint32>(levels.size())});
+    }
+    levels.resize(runs.back().first + (at - runs.back().at), 0);
+    levels.push_back(level);
+    runs.back().count = static_cast<quint16>(at + 1 - runs.back().at);
+}
+
+float Layer::OtherLevel(int iCue, std::size_t iOther) const {
+    const auto begin =
+        m_named.begin() + static_cast<std::ptrdiff_t>(iOther > 0 ? m_otherEnds[iOther - 1] : 0);
+    const auto end = m_named.begin() + static_cast<std::ptrdiff_t>(m_otherEnds[iOther]);
+    const auto after =
+        std::upper_bound(begin, end, iCue, [](int nCue, const Named& named) { return nCue < named.cue; });
+    if (m_bFollows) {
+        return std::prev(after == begin ? end : after)->level;
+    }
+    return after != begin && std::prev(after)->cue == iCue ? std::prev(after)->level : -1;
 }
 
 void Layer::GoTo(int iCue, qint64 nNowMs) {
@@ -109,9 +122,15 @@ void Layer::Stop(qint64 nNowMs) {
 
 void Layer::KeepWhatShows(qint64 nNowMs) {
     const Position position = At(nNowMs);
-    for (std::size_t i = 0; i < m_kept.size(); ++i) {
-        m_kept[i] = Between(position.from[i], position.to[i], position.progress);
-    }
+    Rows shown;
+    ForEachRun(position.from, position.to,
+               [&](std::size_t at, std::size_t nCount, const float* pFrom, const float* pTo) {
+                   for (std::size_t i = 0; i < nCount; ++i) {
+                       shown.Add(at + i, Between(pFrom[i], pTo[i], position.progress));
+                   }
+               });
+    shown.EndRow();
+    m_kept = std::move(shown);
     SetClock(nNowMs);
     m_start = m_clock;
 }
@@ -143,25 +162,26 @@ void Layer::SetClock(qint64 nNowMs) {
 }
 
 Layer::Position Layer::At(qint64 nNowMs) const {
-    const auto position = [this](int iCue, const float* pFrom, float progress, bool bEntered) {
-        const float* const pTo = iCue < 0 ? m_nothing.data() : Row(iCue);
-        return Position{iCue, progress < 1 ? pFrom : pTo, pTo, progress, bEntered};
+    const auto position = [this](int iCue, const Row& from, float progress, bool bEntered) {
+        const Row to = iCue < 0 ? Row() : m_rows.At(static_cast<std::size_t>(iCue));
+        return Position{iCue, progress < 1 ? from : to, to, progress, bEntered};
     };
     const double elapsed = Clock(nNowMs) - m_start;
     if (!IsOn()) {
-        return position(-1, m_kept.data(), Progress(elapsed, m_stopFade), true);
+        return position(-1, m_kept.At(0), Progress(elapsed, m_stopFade), true);
     }
     const Timing& entered = TimingOf(m_iCue);
     const double cycle = m_cues.back().end;
     if (!m_bFollows || m_bWaits || elapsed < entered.fade + entered.hold || cycle <= 0) {
-        return position(m_iCue, m_kept.data(), Progress(elapsed, entered.fade), true);
+        return position(m_iCue, m_kept.At(0), Progress(elapsed, entered.fade), true);
     }
     const double fromFirst = std::fmod(entered.end + elapsed - entered.fade - entered.hold, cycle);
     const auto timing = std::upper_bound(m_cues.begin(), std::prev(m_cues.end()), fromFirst,
                                          [](double t, const Timing& cue) { return t < cue.end; });
     const int iCue = static_cast<int>(timing - m_cues.begin());
     const double inCue = fromFirst - (timing->end - timing->fade - timing->hold);
-    return position(iCue, Row(Before(iCue)), Progress(inCue, timing->fade), false);
+    return position(iCue, m_rows.At(static_cast<std::size_t>(Before(iCue))), Progress(inCue, timing->fade),
+                    false);
 }
 
 bool Layer::IsMoving(qint64 nNowMs) const {
@@ -178,19 +198,15 @@ double Layer::FadeMs(qint64 nNowMs) const {
 }
 
 void Layer::MergeInto(FineLevels& levels, const Position& position) const {
-    if (position.from == m_nothing.data()) {
-        return;  // and so is what it fades to
-    }
     const float progress = position.progress;
-    for (const Run& run : m_runs) {
-        const float* const pFrom = position.from + run.cell;
-        const float* const pTo = position.to + run.cell;
-        float* const pOut = levels.data() + run.at;
-        for (std::size_t i = 0; i < run.count; ++i) {
-            const float level = Between(pFrom[i], pTo[i], progress);
-            pOut[i] = level > pOut[i] ? level : pOut[i];
-        }
-    }
+    ForEachRun(position.from, position.to,
+               [&levels, progress](std::size_t at, std::size_t nCount, const float* pFrom, const float* pTo) {
+                   float* const pOut = levels.data() + at;
+                   for (std::size_t i = 0; i < nCount; ++i) {
+                       const float level = Between(pFrom[i], pTo[i], progress);
+                       pOut[i] = level > pOut[i] ? level : pOut[i];
+                   }
+               });
 }
 
 float Layer::Other(const Position& position, std::size_t iOther) const {

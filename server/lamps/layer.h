@@ -10,21 +10,34 @@
 
 /// What fades as one: the scenes of an area, of which one shows at a time, or the steps of a program, which
 /// follow each other. It fades from whatever it shows to the next cue, so that nothing dips and nothing
-/// jumps.
+/// jumps. What it keeps grows with what its cues name, and not with how many there are.
 class Layer {
 public:
     /// A scene or a step.
     struct Cue {
-        const std::vector<Slot>* pLevels = nullptr;  ///< read by the constructor only
+        const Slots* pLevels = nullptr;  ///< read by the constructor only
         int submaster = 255;
         double fade = 0;  ///< milliseconds, as all times here
         double hold = 0;
     };
+    /// Channels side by side, and where their levels stand among all of them.
+    struct Run {
+        quint16 at;
+        quint16 count;
+        quint32 first;
+        std::size_t End() const { return std::size_t{at} + count; }
+    };
+    /// Levels of some lit channels, in rising order; the others are at 0.
+    struct Row {
+        const Run* pBegin = nullptr;
+        const Run* pEnd = nullptr;
+        const float* pLevels = nullptr;
+    };
     /// Where a layer is at one moment: so far from one row of levels to another.
     struct Position {
         int cue = -1;  ///< the cue that it fades to or stands in; -1 is nothing
-        const float* from = nullptr;
-        const float* to = nullptr;
+        Row from;
+        Row to;
         float progress = 1;    ///< 0 to 1
         bool bEntered = true;  ///< in the cue that it was sent to, not in one that followed by itself
     };
@@ -54,7 +67,7 @@ public:
     /// Raises levels to what it does to the lit channels.
     void MergeInto(FineLevels& levels, const Position& position) const;
 
-    /// The channels that are neither intensity nor colour, in rising order.
+    /// The channels that are no light, in rising order.
     const std::vector<std::size_t>& Others() const { return m_others; }
     /// Whether one of them, by its place in Others(), has a level in a cue; in a program it has one in all.
     bool HasOther(int iCue, std::size_t iOther) const { return OtherLevel(iCue, iOther) >= 0; }
@@ -62,11 +75,23 @@ public:
     float Other(const Position& position, std::size_t iOther) const;
 
 private:
-    /// Channels side by side, and where their levels stand in a row.
-    struct Run {
+    /// Rows, one behind the other.
+    struct Rows {
+        std::vector<Run> runs;
+        std::vector<float> levels;
+        std::vector<std::size_t> ends;  ///< for each row its end among the runs
+
+        void Add(std::size_t at, float level);
+        void EndRow() { ends.push_back(runs.size()); }
+        Row At(std::size_t iRow) const {
+            return {runs.data() + (iRow > 0 ? ends[iRow - 1] : 0), runs.data() + ends[iRow], levels.data()};
+        }
+    };
+    /// Where a cue names one of the other channels.
+    struct Named {
         std::size_t at;
-        std::size_t count;
-        std::size_t cell;
+        int cue;
+        float level;
     };
     struct Timing {
         double fade;
@@ -74,15 +99,9 @@ private:
         double end;  ///< of the hold, since the first cue's beginning
     };
 
-    void LayOut(const std::vector<Cue>& cues, const Patch& patch);
-    void FillRows(const std::vector<Cue>& cues, const Patch& patch);
-    /// Gives each cue of a program the levels that its other channels have kept from earlier cues.
-    void TrackOthers();
-    std::size_t CellOf(std::size_t at) const;
-    float OtherLevel(int iCue, std::size_t iOther) const {
-        return m_otherRows[static_cast<std::size_t>(iCue) * m_others.size() + iOther];
-    }
-    const float* Row(int iCue) const { return m_rows.data() + static_cast<std::size_t>(iCue) * m_nCells; }
+    void Add(int iCue, const Cue& cue, const Patch& patch);
+    /// In a program a channel keeps what an earlier step gave it, round and round; -1 is none.
+    float OtherLevel(int iCue, std::size_t iOther) const;
     const Timing& TimingOf(int iCue) const { return m_cues[static_cast<std::size_t>(iCue)]; }
     int Before(int iCue) const { return iCue > 0 ? iCue - 1 : static_cast<int>(m_cues.size()) - 1; }
     double Clock(qint64 nNowMs) const;
@@ -91,17 +110,15 @@ private:
 
     bool m_bFollows;
     std::vector<Timing> m_cues;
-    std::vector<Run> m_runs;
-    std::size_t m_nCells = 0;
-    std::vector<float> m_rows;  ///< for each cue a level in each cell
+    Rows m_rows;                 ///< one for each cue
+    std::vector<Named> m_named;  ///< by channel, then by cue
     std::vector<std::size_t> m_others;
-    std::vector<float> m_otherRows;  ///< for each cue a level of each other channel, -1 for none
+    std::vector<std::size_t> m_otherEnds;  ///< for each of them its end in m_named
 
-    int m_iCue = -1;            ///< where it was sent; -1 to nothing
-    double m_start = 0;         ///< when, by its own clock
-    double m_stopFade = 0;      ///< how long it takes to nothing
-    std::vector<float> m_kept;  ///< what it showed then
-    std::vector<float> m_nothing;
+    int m_iCue = -1;        ///< where it was sent; -1 to nothing
+    double m_start = 0;     ///< when, by its own clock
+    double m_stopFade = 0;  ///< how long it takes to nothing
+    Rows m_kept;            ///< one: what it showed then
     bool m_bPaused = false;
     bool m_bWaits = false;  ///< sent to a cue while paused: stays in it
     double m_rate = 1;

@@ -1,21 +1,25 @@
 #include "server/lamps/patch.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string_view>
 
 namespace {
 
 // A channel's kind: its letter, as a position in Letters, and what it shares with its fixture.
-constexpr std::string_view Letters = " irgbwx";
-enum Letter : unsigned char { Nothing, Intensity, Red, Green, Blue, White, Other };
+constexpr std::string_view Letters = " irgbwax";
+enum Letter : unsigned char { Nothing, Intensity, Red, Green, Blue, White, Emitter, Other };
 constexpr unsigned char LetterBits = 0x07;
 constexpr unsigned char Dimmed = 0x08;
 constexpr unsigned char TakesRgb = 0x10;   ///< a colour replaces something of this fixture
 constexpr unsigned char TakesRgbw = 0x20;  ///< the same of a colour with white
-constexpr std::size_t Kinds = 0x40;
+constexpr unsigned char Independent = 0x40;
+constexpr std::size_t Kinds = 0x80;
 
 constexpr float Full = 255;
 constexpr float Kept = -1;
+/// A level of one channel, as one of a channel and its fine half: 255 is all of both.
+constexpr float Widened = 257.0F / 256;
 
 /// What becomes of the channels of one kind.
 struct Grading {
@@ -29,6 +33,9 @@ Letter LetterOf(unsigned char ucKind) {
 
 float Replacement(unsigned char ucKind, const Color& color, const Command& command) {
     const auto level = [](int nLevel) { return static_cast<float>(std::clamp(nLevel, 0, 255)); };
+    if ((ucKind & Independent) != 0) {
+        return Kept;
+    }
     if (command.white) {
         return Full;
     }
@@ -46,6 +53,8 @@ float Replacement(unsigned char ucKind, const Color& color, const Command& comma
             return level(color.b);
         case White:
             return color.rgbw ? level(color.w) : Kept;
+        case Emitter:
+            return 0;
         default:
             return Kept;
     }
@@ -53,11 +62,12 @@ float Replacement(unsigned char ucKind, const Color& color, const Command& comma
 
 Grading GradingOf(unsigned char ucKind, const Color& color, const Command& command) {
     const Letter letter = LetterOf(ucKind);
-    if (letter == Nothing || letter == Other || command.bo) {
+    const bool bIndependent = (ucKind & Independent) != 0;
+    if (letter == Nothing || letter == Other || (command.bo && !bIndependent)) {
         return {};
     }
     const float dimmer = static_cast<float>(std::clamp(command.dim, 0, 100)) / 100;
-    return {Replacement(ucKind, color, command), (ucKind & Dimmed) != 0 ? dimmer : 1};
+    return {Replacement(ucKind, color, command), (ucKind & Dimmed) != 0 && !bIndependent ? dimmer : 1};
 }
 
 }  // namespace
@@ -71,22 +81,36 @@ Patch::Patch(const std::vector<Fixture>& fixtures) {
                 !Universes::HasChannel(nStart + nWidth - 1)) {
                 break;
             }
-            Add(fixture, Universes::At(fixture.universe, nStart));
+            Add(fixture, i, Universes::At(fixture.universe, nStart));
             m_used.set(static_cast<std::size_t>(fixture.universe));
         }
     }
 }
 
-void Patch::Add(const Fixture& fixture, std::size_t start) {
-    const auto has = [&fixture](const char* pLetters) {
-        return fixture.layout.find_first_of(pLetters) != std::string::npos;
+void Patch::Add(const Fixture& fixture, int iUnit, std::size_t start) {
+    const std::string& sLayout = fixture.layout;
+    const auto has = [&sLayout](const char* pLetters) {
+        return sLayout.find_first_of(pLetters) != std::string::npos;
     };
-    const int nShared = (has("rgb") ? TakesRgb : 0) | (has("rgbw") ? TakesRgbw : 0);
-    for (const char cLetter : fixture.layout) {
-        const std::size_t nFound = Letters.find(cLetter);
+    const int nShared =
+        fixture.independent ? Independent : (has("rgb") ? TakesRgb : 0) | (has("rgbw") ? TakesRgbw : 0);
+    for (std::size_t i = 0; i < sLayout.size(); ++i) {
+        const std::size_t nFound = Letters.find(sLayout[i]);
         const auto letter = nFound < Letters.size() ? static_cast<Letter>(nFound) : Nothing;
         const bool bDimmed = letter == Intensity || (letter != Other && !has("i"));
-        m_kinds.at(start++) = static_cast<unsigned char>(letter | nShared | (bDimmed ? Dimmed : 0));
+        m_kinds.at(start + i) = static_cast<unsigned char>(letter | nShared | (bDimmed ? Dimmed : 0));
+        m_fine.set(start + i, i + 1 < sLayout.size() && sLayout[i + 1] == 'f');
+        const std::size_t nDefault = static_cast<std::size_t>(iUnit) * sLayout.size() + i;
+        if (letter == Other && nDefault < fixture.defaults.size()) {
+            const int nFine = HasFine(start + i) ? fixture.defaults.at(nDefault + 1) : 0;
+            m_defaults[start + i] =
+                static_cast<float>(fixture.defaults[nDefault]) + static_cast<float>(nFine) / 256;
+        }
+    }
+    for (std::size_t at = start; at < start + sLayout.size(); ++at) {
+        if (HasFine(at) && IsLit(at)) {
+            m_widened.push_back(at);
+        }
     }
 }
 
@@ -103,6 +127,16 @@ bool Patch::IsDimmed(std::size_t at) const {
     return (m_kinds.at(at) & Dimmed) != 0;
 }
 
+void Patch::Put(std::size_t at, float level, Levels& levels) const {
+    if (HasFine(at)) {
+        const auto nLevel = static_cast<unsigned>(std::lround(level * 256));
+        levels.at(at) = static_cast<unsigned char>(nLevel / 256);
+        levels.at(at + 1) = static_cast<unsigned char>(nLevel % 256);
+    } else {
+        levels.at(at) = Rounded(level);
+    }
+}
+
 void Patch::Grade(const FineLevels& show, const Color& color, const Command& command, Levels& levels) const {
     std::array<Grading, Kinds> gradings;
     for (std::size_t i = 0; i < Kinds; ++i) {
@@ -116,5 +150,10 @@ void Patch::Grade(const FineLevels& show, const Color& color, const Command& com
             const float level = grading.replaced < 0 ? show[at] : grading.replaced;
             levels[at] = Rounded(level * grading.gain);
         }
+    }
+    for (const std::size_t at : m_widened) {
+        const Grading& grading = gradings.at(m_kinds.at(at));
+        const float level = grading.replaced < 0 ? show.at(at) : grading.replaced * Widened;
+        Put(at, level * grading.gain, levels);
     }
 }

@@ -8,6 +8,7 @@
 #include <array>
 #include <bitset>
 #include <cstddef>
+#include <map>
 #include <vector>
 
 /// A level for each channel of each universe, at Universes::At.
@@ -32,16 +33,27 @@ public:
     const UniverseSet& Used() const { return m_used; }
     bool IsLit(std::size_t at) const;    ///< intensity or colour
     bool IsOther(std::size_t at) const;  ///< pan, tilt, gobo: what neither dims nor goes black
-    /// Whether dimmer and submaster act on it: intensity, or colour where the fixture has no intensity.
+    /// Whether a submaster acts on it: intensity, or colour where the fixture has no intensity.
     bool IsDimmed(std::size_t at) const;
 
+    /// Whether the next channel is its fine half. The two are one channel then, at its place, in levels from
+    /// 0 to 255 and 255/256.
+    bool HasFine(std::size_t at) const { return m_fine[at]; }
+    /// What channels that are no light are at while nobody names them, by where they are; of the others none.
+    const std::map<std::size_t, float>& Defaults() const { return m_defaults; }
+
+    /// Rounds a level, into both halves of a channel that has a fine one.
+    void Put(std::size_t at, float level, Levels& levels) const;
     /// Rounds what the show does to levels, after the operator's colour and commands. Channels that are not
     /// lit come out as 0.
     void Grade(const FineLevels& show, const Color& color, const Command& command, Levels& levels) const;
 
 private:
-    void Add(const Fixture& fixture, std::size_t start);
+    void Add(const Fixture& fixture, int iUnit, std::size_t start);
 
     std::array<unsigned char, std::tuple_size_v<Levels>> m_kinds{};
+    std::bitset<std::tuple_size_v<Levels>> m_fine;
+    std::vector<std::size_t> m_widened;  ///< the lit ones of them
+    std::map<std::size_t, float> m_defaults;
     UniverseSet m_used;
 };

@@ -2,18 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <stdexcept>
 
 namespace {
 
 constexpr double Second = 1000;
-/// What all layers may take, so that an absurd show is refused and does not eat the memory: 512 MB.
-constexpr std::size_t MostCells = std::size_t{1} << 27;
 /// A speed of so many percent is as written, and so many more or less double or halve it.
 constexpr double WrittenSpeed = 50;
 constexpr double SpeedStep = 25;
 
-const std::vector<Slot> NoLevels;
+const Slots NoLevels;
 
 }  // namespace
 
@@ -72,14 +69,6 @@ void Playback::AddPrograms(const Show& show) {
 }
 
 void Playback::AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows) {
-    std::size_t nLevels = 0;
-    for (const Layer::Cue& cue : cues) {
-        nLevels += cue.pLevels->size();
-    }
-    m_nCells += cues.size() * std::min(nLevels, std::tuple_size_v<Levels>);
-    if (m_nCells > MostCells) {
-        throw std::runtime_error("a show of so many levels cannot be played");
-    }
     m_layers.emplace_back(cues, bFollows, m_patch);
     m_started.push_back(0);
 }
@@ -229,7 +218,7 @@ void Playback::Render(const Universes& held, qint64 nNowMs, Levels& levels) cons
     }
     m_patch.Grade(merged, m_color, m_command, levels);
     for (const Latest& channel : m_latest) {
-        levels[channel.at] = Rounded(LevelOf(channel, positions, nNowMs));
+        m_patch.Put(channel.at, LevelOf(channel, positions, nNowMs), levels);
     }
     for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
         if (!held.IsHeld(nUniverse)) {

@@ -20,8 +20,7 @@
 /// layers counts, of every other channel the layer that was started last of those that have a level for it.
 class Playback {
 public:
-    /// The scenes and programs that run, as the show says, begin now. Throws std::runtime_error with one line
-    /// if the show is too large to be played.
+    /// The scenes and programs that run, as the show says, begin now.
     explicit Playback(const Show& show, qint64 nNowMs = 0);
 
     /// A scene or program starts (true) or stops. One that the show has not, or that does so already, changes
@@ -88,7 +87,6 @@ private:
     std::vector<std::vector<Use>> m_uses;   ///< for each layer those of its Others()
     std::map<int, Place> m_scenes;          ///< by id
     std::map<int, std::size_t> m_programs;  ///< the layer, by id
-    std::size_t m_nCells = 0;
     quint64 m_nStarts = 0;
     Color m_color;
     Command m_command{false, false, false, false, false, 100, 50};

@@ -4,30 +4,40 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QtGlobal>
 
-#include <cstddef>
 #include <map>
 #include <string>
 #include <vector>
 
 /// Units of one kind, patched side by side.
 struct Fixture {
-    std::string name;    ///< by which levels are given; unit 3 of "Par" is also "Par 3"
-    int universe = 0;    ///< index, 0 to 31 (a file says 1 to 32)
-    int channel = 0;     ///< index of the first unit's first channel, 0 to 511 (a file says 1 to 512)
-    std::string layout;  ///< a letter for each channel of one unit: i intensity, r g b w colour, x other
-    int count = 1;       ///< units, each right after the one before
+    std::string name;  ///< by which levels are given; unit 3 of "Par" is also "Par 3"
+    int universe = 0;  ///< index, 0 to 31 (a file says 1 to 32)
+    int channel = 0;   ///< index of the first unit's first channel, 0 to 511 (a file says 1 to 512)
+    /// A letter for each channel of one unit: i intensity, r g b w colour, a any other colour of light, x
+    /// what is no light, f the fine half of the channel before it.
+    std::string layout;
+    int count = 1;              ///< units, each right after the one before
+    bool independent = false;   ///< neither dimmer nor white, black and colour act on it
+    std::vector<int> defaults;  ///< of all its channels; counts for x and its f; empty if it has none
+
+    /// All channels.
+    int Width() const { return count * static_cast<int>(layout.size()); }
 };
 
-/// The level of one channel in a look.
+/// The level of one channel in a look. There are millions of them.
 struct Slot {
-    std::size_t at = 0;  ///< where, as Universes::At says
-    int level = 0;       ///< 0 to 255
+    quint16 at = 0;  ///< where, as Universes::At says
+    quint8 level = 0;
 };
 
-/// What the lamps do in a scene. A channel stands in it once at most; in no order.
+/// Each channel once at most, in rising order; both halves of a channel with a fine half, or none.
+using Slots = std::vector<Slot>;
+
+/// What the lamps do in a scene.
 struct Look {
-    std::vector<Slot> levels;
+    Slots levels;
     int submaster = 255;  ///< 0 to 255, over all of it
     double fade = 0;      ///< seconds, from 0 on
 };
@@ -35,7 +45,7 @@ struct Look {
 /// What they do in a program: one step after the other, and round again.
 struct Chase {
     struct Step {
-        std::vector<Slot> levels;
+        Slots levels;
         double fade = 0;  ///< seconds until it stands, from 0 on
         double hold = 0;  ///< seconds that it stands, from 0 on
     };
@@ -62,9 +72,10 @@ struct Show {
     ///       "scenes":   [ { "id": 1, "name": "Warm", "area": 0, "level": 255, "state": true }, ... ],
     ///       "programs": [ { "id": 1, "name": "Chase" }, ... ] }
     ///
-    /// Only "id" must be there; a list that is left out is empty. Throws std::runtime_error with one line
-    /// that names the file, the line and what is wrong there: no such file, no regular file or one of 16 MB
-    /// and more (neither is opened), text that is not JSON, an unknown key, a value of the wrong kind, an id
-    /// that is missing or stands twice.
+    /// and what docs/lamps.md says of lamps. "id" and "name" must be there; a list that is left out is empty.
+    /// Throws std::runtime_error with one line that names the file, the line and what is wrong there: no such
+    /// file, no regular file or one of 16 MB and more (neither is opened), text that is not JSON, an unknown
+    /// key, a key twice, a value of the wrong kind, an id that is missing or stands twice, two scenes of an
+    /// area that both run, more levels than can be played.
     static Show Load(const QString& sPath);
 };

@@ -1,51 +1,42 @@
 #include "server/show/showreader.h"
 
 #include "device/universes.h"
+#include "server/show/jsontext.h"
 
-#include <QJsonDocument>
-
-#include <algorithm>
-#include <limits>
 #include <map>
-#include <set>
-#include <simdjson.h>
+#include <optional>
 #include <stdexcept>
-#include <string>
-#include <string_view>
 #include <utility>
 
 namespace {
 
-namespace ondemand = simdjson::ondemand;
+/// All levels of a show, so that an absurd one is refused and does not eat the memory: what 610 looks of 32
+/// whole universes have.
+constexpr std::size_t MostLevels = 10'000'000;
 
-constexpr int MostSeconds = 86400;
-
-/// Walks the text of a show and knows, whatever it meets, on which line that stands.
+/// Makes a show of its text.
 class ShowReader {
 public:
-    ShowReader(const QString& sPath, const QByteArray& text)
-        : m_sPath(sPath), m_text(text.constData(), static_cast<std::size_t>(text.size())) {}
+    explicit ShowReader(const JsonText& text) : m_text(text) {}
 
     Show Read() {
-        CheckSyntax();
-        ondemand::parser parser;
-        ondemand::document document = parser.iterate(m_text);
-        m_pAt = m_text.data();
+        simdjson::ondemand::parser parser;
+        simdjson::ondemand::document document = parser.iterate(m_text.Padded());
         // Levels go by the names of fixtures, wherever in the text those stand.
-        ForEachMember(document, "a show", [this](std::string_view sKey, ondemand::value& value) {
+        ReadShow(document, [this](const std::string& sKey, JsonItem& item) {
             if (sKey == "fixtures") {
-                ForEachElement(value, "the fixtures", [this](ondemand::value& item) { ReadFixture(item); });
+                item.ForEachElement("the fixtures", [this](JsonItem& fixture) { ReadFixture(fixture); });
             }
             return true;
         });
         document.rewind();
-        ForEachMember(document, "a show", [this](std::string_view sKey, ondemand::value& value) {
+        ReadShow(document, [this](const std::string& sKey, JsonItem& item) {
             if (sKey == "serial") {
-                m_show.serial = TextOf(value, "\"serial\"");
+                m_show.serial = item.Text("\"serial\"");
             } else if (sKey == "scenes") {
-                ForEachElement(value, "the scenes", [this](ondemand::value& item) { ReadScene(item); });
+                item.ForEachElement("the scenes", [this](JsonItem& scene) { ReadScene(scene); });
             } else if (sKey == "programs") {
-                ForEachElement(value, "the programs", [this](ondemand::value& item) { ReadProgram(item); });
+                item.ForEachElement("the programs", [this](JsonItem& program) { ReadProgram(program); });
             } else {
                 return sKey == "fixtures";
             }
@@ -60,82 +51,118 @@ private:
         std::size_t fixture;
         int unit;  ///< from 0 on; -1 is all of them
     };
+    /// What scenes and programs have in common.
+    struct Entry {
+        Scene scene;
+        std::optional<int> submaster;
+        const char* pSubmaster = nullptr;
+    };
 
-    /// What simdjson meets on its walk it does not place in all cases; Qt's parser names the spot.
-    void CheckSyntax() {
-        QJsonParseError error{};
-        const QByteArray text = QByteArray::fromRawData(m_text.data(), static_cast<int>(m_text.size()));
-        QJsonDocument::fromJson(text, &error);
-        if (error.error != QJsonParseError::NoError) {
-            m_pAt =
-                m_text.data() + std::min<std::size_t>(static_cast<std::size_t>(error.offset), m_text.size());
-            Fail("not JSON: " + error.errorString().toStdString());
+    template <typename Read>
+    void ReadShow(simdjson::ondemand::document& document, Read read) {
+        simdjson::ondemand::value root;
+        if (document.get_value().get(root) != simdjson::SUCCESS) {
+            m_text.Fail(m_text.Begin(), "a show must stand in { }");
         }
+        JsonItem(m_text, root).ForEachMember("a show", read);
     }
 
-    void ReadFixture(ondemand::value& value) {
-        const char* const pFixture = m_pAt;
+    void ReadFixture(JsonItem& item) {
         Fixture fixture;
         fixture.universe = -1;
         fixture.channel = -1;
-        ForEachMember(value, "a fixture", [&](std::string_view sKey, ondemand::value& member) {
+        std::vector<int> defaults;
+        const char* pDefaults = nullptr;
+        item.ForEachMember("a fixture", [&](const std::string& sKey, JsonItem& member) {
             if (sKey == "name") {
-                fixture.name = TextOf(member, "\"name\"");
+                fixture.name = member.Text("\"name\"");
             } else if (sKey == "universe") {
-                fixture.universe = IntOf(member, "\"universe\"", 1, Universes::Count) - 1;
+                fixture.universe = member.Int("\"universe\"", 1, Universes::Count) - 1;
             } else if (sKey == "channel") {
-                fixture.channel = IntOf(member, "\"channel\"", 1, Universes::Channels) - 1;
+                fixture.channel = member.Int("\"channel\"", 1, Universes::Channels) - 1;
             } else if (sKey == "layout") {
                 fixture.layout = LayoutOf(member);
             } else if (sKey == "count") {
-                fixture.count = IntOf(member, "\"count\"", 1, Universes::Channels);
+                fixture.count = member.Int("\"count\"", 1, Universes::Channels);
+            } else if (sKey == "default") {
+                pDefaults = member.Place();
+                defaults = ListOf(member, "the default");
+            } else if (sKey == "independent") {
+                fixture.independent = member.Bool("\"independent\"");
             } else {
                 return false;
             }
             return true;
         });
-        m_pAt = pFixture;
         for (const auto& [bMissing, pKey] : {std::pair{fixture.name.empty(), "\"name\""},
                                              {fixture.universe < 0, "\"universe\""},
                                              {fixture.channel < 0, "\"channel\""},
                                              {fixture.layout.empty(), "\"layout\""}}) {
             if (bMissing) {
-                Fail(std::string("this fixture has no ") + pKey);
+                item.Fail(std::string("this fixture has no ") + pKey);
             }
         }
-        Patch(fixture);
-        AddNames(fixture);
+        Patch(item, fixture);
+        if (pDefaults != nullptr) {
+            SetDefaults(pDefaults, defaults, fixture);
+        }
+        AddNames(item, fixture);
         m_show.fixtures.push_back(fixture);
     }
 
-    std::string LayoutOf(ondemand::value& value) {
-        std::string sLayout = TextOf(value, "\"layout\"");
-        if (sLayout.find_first_not_of("irgbwx") != std::string::npos) {
-            Fail("\"layout\" must be of the letters i r g b w x");
+    static std::string LayoutOf(JsonItem& item) {
+        std::string sLayout = item.Text("\"layout\"", Universes::Channels);
+        std::transform(sLayout.begin(), sLayout.end(), sLayout.begin(),
+                       [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+        if (sLayout.find_first_not_of("irgbwaxf") != std::string::npos) {
+            item.Fail("\"layout\" must be of the letters i r g b w a x f");
+        }
+        if (sLayout.rfind('f', 0) == 0 || sLayout.find("ff") != std::string::npos) {
+            item.Fail("an f of \"layout\" must follow the letter whose fine half it is");
         }
         return sLayout;
     }
 
-    void Patch(const Fixture& fixture) {
-        const auto nWidth = static_cast<std::size_t>(fixture.count) * fixture.layout.size();
-        const std::size_t nEnd = static_cast<std::size_t>(fixture.channel) + nWidth;
+    static std::vector<int> ListOf(JsonItem& item, const std::string& sWhat) {
+        std::vector<int> levels;
+        item.ForEachElement(sWhat, [&](JsonItem& level) { levels.push_back(level.Int("a level", 0, 255)); });
+        return levels;
+    }
+
+    void Patch(JsonItem& item, const Fixture& fixture) {
+        const std::string sName = JsonItem::Quoted(fixture.name);
+        const int nEnd = fixture.channel + fixture.Width();
         if (nEnd > Universes::Channels) {
-            Fail(Quoted(fixture.name) + " reaches channel " + std::to_string(nEnd) + ", past 512");
+            item.Fail(sName + " reaches channel " + std::to_string(nEnd) + ", past 512");
         }
-        for (int nChannel = fixture.channel; nChannel < static_cast<int>(nEnd); ++nChannel) {
+        for (int nChannel = fixture.channel; nChannel < nEnd; ++nChannel) {
             const auto [taken, bFree] =
-                m_patched.insert({Universes::At(fixture.universe, nChannel), fixture.name});
+                m_patched.insert({Universes::At(fixture.universe, nChannel), m_show.fixtures.size()});
             if (!bFree) {
-                Fail(Quoted(fixture.name) + " overlaps " + Quoted(taken->second) + " at universe " +
-                     std::to_string(fixture.universe + 1) + " channel " + std::to_string(nChannel + 1));
+                item.Fail(sName + " overlaps " + JsonItem::Quoted(m_show.fixtures[taken->second].name) +
+                          " at universe " + std::to_string(fixture.universe + 1) + " channel " +
+                          std::to_string(nChannel + 1));
             }
         }
     }
 
-    void AddNames(const Fixture& fixture) {
+    void SetDefaults(const char* pAt, const std::vector<int>& given, Fixture& fixture) {
+        CheckCount(pAt, "the default", given.size(), fixture, false);
+        for (std::size_t i = 0; i < static_cast<std::size_t>(fixture.Width()); ++i) {
+            const std::size_t nLetter = i % fixture.layout.size();
+            const char cKind = fixture.layout[nLetter - (fixture.layout[nLetter] == 'f' ? 1 : 0)];
+            const int nLevel = given[i % given.size()];
+            if (nLevel != 0 && cKind != 'x') {
+                m_text.Fail(pAt, "the default of light is 0: only x and its f have another");
+            }
+            fixture.defaults.push_back(nLevel);
+        }
+    }
+
+    void AddNames(JsonItem& item, const Fixture& fixture) {
         const auto add = [&](const std::string& sName, int nUnit) {
             if (!m_targets.insert({sName, {m_show.fixtures.size(), nUnit}}).second) {
-                Fail("the name " + Quoted(sName) + " stands for a fixture already");
+                item.Fail("the name " + JsonItem::Quoted(sName) + " stands for a fixture already");
             }
         };
         add(fixture.name, -1);
@@ -144,244 +171,181 @@ private:
         }
     }
 
-    void ReadScene(ondemand::value& value) {
+    void ReadScene(JsonItem& item) {
         Look look;
         bool bLook = false;
-        const auto readMore = [&](std::string_view sKey, ondemand::value& member, Scene& scene) {
-            if (sKey == "area") {
-                scene.area = IntOf(member, "\"area\"");
-                return true;
-            }
-            bLook = bLook || sKey == "levels" || sKey == "fade";
-            return ReadLook(sKey, member, look.levels, look.fade);
-        };
-        const Scene scene = EntryOf(value, "scene", m_sceneIds, readMore);
+        Entry entry =
+            EntryOf(item, "scene", m_sceneIds, [&](const std::string& sKey, JsonItem& member, Scene& scene) {
+                if (sKey == "area") {
+                    scene.area = member.Int("\"area\"", 0);
+                    return true;
+                }
+                bLook = bLook || sKey == "levels" || sKey == "fade";
+                return ReadLook(sKey, member, look.levels, look.fade);
+            });
+        const Scene& scene = entry.scene;
+        if (scene.state && scene.area >= 0 && !m_runningAreas.insert(scene.area).second) {
+            item.Fail("another scene of area " + std::to_string(scene.area) + " runs at the start already");
+        }
         if (bLook) {
-            look.submaster = SubmasterOf(scene);
+            look.submaster = SubmasterOf(entry);
             m_show.looks[scene.id] = std::move(look);
         }
         m_show.scenes.push_back(scene);
     }
 
-    void ReadProgram(ondemand::value& value) {
+    void ReadProgram(JsonItem& item) {
         Chase chase;
-        const auto readMore = [&](std::string_view sKey, ondemand::value& member, Scene& /*program*/) {
-            if (sKey == "steps") {
-                ForEachElement(member, "the steps",
-                               [&](ondemand::value& step) { chase.steps.push_back(StepOf(step)); });
-            }
-            return sKey == "steps";
-        };
-        const Scene program = EntryOf(value, "program", m_programIds, readMore);
+        const Entry entry = EntryOf(item, "program", m_programIds,
+                                    [&](const std::string& sKey, JsonItem& member, Scene& /*program*/) {
+                                        if (sKey == "steps") {
+                                            member.ForEachElement("the steps", [&](JsonItem& step) {
+                                                chase.steps.push_back(StepOf(step));
+                                            });
+                                        }
+                                        return sKey == "steps";
+                                    });
         if (!chase.steps.empty()) {
-            chase.submaster = SubmasterOf(program);
-            m_show.chases[program.id] = std::move(chase);
+            chase.submaster = SubmasterOf(entry);
+            m_show.chases[entry.scene.id] = std::move(chase);
         }
-        m_show.programs.push_back(program);
+        m_show.programs.push_back(entry.scene);
     }
 
-    /// Reads a scene or program; its own keys go to readMore(key, value, entry).
+    /// Reads a scene or program; its own keys go to readMore(key, item, entry).
     template <typename ReadMore>
-    Scene EntryOf(ondemand::value& value, const std::string& sWhat, std::set<int>& ids, ReadMore readMore) {
-        const char* const pEntry = m_pAt;
-        Scene entry;
-        bool bId = false;
-        m_pLevel = nullptr;
-        ForEachMember(value, "a " + sWhat, [&](std::string_view sKey, ondemand::value& member) {
+    Entry EntryOf(JsonItem& item, const std::string& sWhat, std::set<int>& ids, ReadMore readMore) {
+        Entry entry;
+        std::optional<int> id;
+        item.ForEachMember("a " + sWhat, [&](const std::string& sKey, JsonItem& member) {
             if (sKey == "id") {
-                entry.id = IntOf(member, "\"id\"");
-                bId = true;
+                id = member.Int("\"id\"");
             } else if (sKey == "name") {
-                entry.name = TextOf(member, "\"name\"");
+                entry.scene.name = member.Text("\"name\"");
             } else if (sKey == "level") {
-                m_pLevel = m_pAt;
-                entry.level = IntOf(member, "\"level\"");
+                entry.pSubmaster = member.Place();
+                entry.submaster = entry.scene.level = member.Int("\"level\"");
             } else if (sKey == "state") {
-                if (member.get_bool().get(entry.state) != simdjson::SUCCESS) {
-                    Fail("\"state\" must be true or false");
-                }
+                entry.scene.state = member.Bool("\"state\"");
             } else {
-                return readMore(sKey, member, entry);
+                return readMore(sKey, member, entry.scene);
             }
             return true;
         });
-        m_pAt = pEntry;
-        if (!bId) {
-            Fail("this " + sWhat + " has no \"id\"");
+        if (!id || entry.scene.name.empty()) {
+            item.Fail("this " + sWhat + " has no " + (id ? "\"name\"" : "\"id\""));
         }
-        if (!ids.insert(entry.id).second) {
-            Fail("the id " + std::to_string(entry.id) + " stands for a " + sWhat + " already");
+        if (!ids.insert(*id).second) {
+            item.Fail("the id " + std::to_string(*id) + " stands for a " + sWhat + " already");
         }
+        entry.scene.id = *id;
         return entry;
     }
 
     /// The "level" of an entry that has lamps. Without, any number does: it only goes to remotes.
-    int SubmasterOf(const Scene& entry) {
-        if (m_pLevel == nullptr) {
-            return 255;
+    int SubmasterOf(const Entry& entry) const {
+        const int nSubmaster = entry.submaster.value_or(255);
+        if (nSubmaster < 0 || nSubmaster > 255) {
+            m_text.Fail(entry.pSubmaster,
+                        "\"level\" must be from 0 to 255, not " + std::to_string(nSubmaster));
         }
-        m_pAt = m_pLevel;
-        return InRange(entry.level, "\"level\"", 0, 255);
+        return nSubmaster;
     }
 
-    Chase::Step StepOf(ondemand::value& value) {
-        const char* const pStep = m_pAt;
+    Chase::Step StepOf(JsonItem& item) {
         Chase::Step step;
         bool bLevels = false;
-        ForEachMember(value, "a step", [&](std::string_view sKey, ondemand::value& member) {
+        item.ForEachMember("a step", [&](const std::string& sKey, JsonItem& member) {
             bLevels = bLevels || sKey == "levels";
             if (sKey == "hold") {
-                step.hold = SecondsOf(member, "\"hold\"");
+                step.hold = member.Seconds("\"hold\"");
                 return true;
             }
             return ReadLook(sKey, member, step.levels, step.fade);
         });
-        m_pAt = pStep;
         if (!bLevels) {
-            Fail("this step has no \"levels\"");
+            item.Fail("this step has no \"levels\"");
         }
         return step;
     }
 
     /// Reads what a scene and a step have in common.
-    bool ReadLook(std::string_view sKey, ondemand::value& member, std::vector<Slot>& levels, double& fade) {
+    bool ReadLook(const std::string& sKey, JsonItem& item, Slots& levels, double& fade) {
         if (sKey == "levels") {
-            std::map<std::size_t, int> byChannel;
-            ForEachMember(member, "the levels", [&](std::string_view sName, ondemand::value& list) {
-                ReadLevels(list, std::string(sName), byChannel);
+            item.ForEachMember("the levels", [&](const std::string& sName, JsonItem& list) {
+                ReadLevels(list, sName, levels);
                 return true;
             });
-            levels.clear();
-            for (const auto& [at, nLevel] : byChannel) {
-                levels.push_back({at, nLevel});
-            }
+            Sort(levels);
         } else if (sKey == "fade") {
-            fade = SecondsOf(member, "\"fade\"");
+            fade = item.Seconds("\"fade\"");
         } else {
             return false;
         }
         return true;
     }
 
-    /// The levels of one name, over those of names before it: of one unit, or of all the fixture's channels.
-    void ReadLevels(ondemand::value& list, const std::string& sName, std::map<std::size_t, int>& levels) {
+    /// By channel; of several levels of one the last stays.
+    static void Sort(Slots& levels) {
+        std::stable_sort(levels.begin(), levels.end(),
+                         [](const Slot& a, const Slot& b) { return a.at < b.at; });
+        const auto last = std::unique(levels.rbegin(), levels.rend(),
+                                      [](const Slot& a, const Slot& b) { return a.at == b.at; });
+        levels.erase(levels.begin(), last.base());
+        levels.shrink_to_fit();
+    }
+
+    /// The levels of one name: of one unit, or of all the fixture's channels.
+    void ReadLevels(JsonItem& list, const std::string& sName, Slots& levels) {
         const auto target = m_targets.find(sName);
         if (target == m_targets.end()) {
-            Fail("there is no fixture " + Quoted(sName));
+            list.Fail("there is no fixture " + JsonItem::Quoted(sName));
         }
-        const char* const pList = m_pAt;
-        std::vector<int> given;
-        ForEachElement(list, "the levels of " + Quoted(sName),
-                       [&](ondemand::value& level) { given.push_back(IntOf(level, "a level", 0, 255)); });
-        m_pAt = pList;
         const auto [nFixture, nUnit] = target->second;
         const Fixture& fixture = m_show.fixtures[nFixture];
+        const std::vector<int> given = ListOf(list, "the levels of " + JsonItem::Quoted(sName));
+        CheckCount(list.Place(), JsonItem::Quoted(sName), given.size(), fixture, nUnit >= 0);
         const std::size_t nWidth = fixture.layout.size();
-        const std::size_t nAll = nWidth * (nUnit < 0 ? static_cast<std::size_t>(fixture.count) : 1);
-        if (given.size() != nWidth && given.size() != nAll) {
-            Fail(Quoted(sName) + " takes " + std::to_string(nWidth) +
-                 (nAll == nWidth ? "" : " or " + std::to_string(nAll)) +
-                 (nAll > 1 ? " levels, not " : " level, not ") + std::to_string(given.size()));
+        const std::size_t nAll = nUnit < 0 ? static_cast<std::size_t>(fixture.Width()) : nWidth;
+        m_nLevels += nAll;
+        if (m_nLevels > MostLevels) {
+            list.Fail("here the show comes to have more than " + std::to_string(MostLevels) + " levels");
         }
         const std::size_t first = Universes::At(fixture.universe, fixture.channel) +
                                   nWidth * static_cast<std::size_t>(std::max(nUnit, 0));
         for (std::size_t i = 0; i < nAll; ++i) {
-            levels[first + i] = given[i % given.size()];
+            levels.push_back({static_cast<quint16>(first + i), static_cast<quint8>(given[i % given.size()])});
         }
     }
 
-    /// Calls read(value) for each element of a list.
-    template <typename ReadElement>
-    void ForEachElement(ondemand::value& list, const std::string& sWhat, ReadElement read) {
-        ondemand::array array;
-        if (list.get_array().get(array) != simdjson::SUCCESS) {
-            Fail(sWhat + " must be a list in [ ]");
-        }
-        for (auto element : array) {
-            ondemand::value value = element.value();
-            m_pAt = value.raw_json_token().data();
-            read(value);
+    /// Complains unless so many levels are as many as one unit has, or as many as all have.
+    void CheckCount(const char* pAt, const std::string& sWhat, std::size_t nGiven, const Fixture& fixture,
+                    bool bOneUnit) const {
+        const std::size_t nWidth = fixture.layout.size();
+        const std::size_t nAll = bOneUnit ? nWidth : static_cast<std::size_t>(fixture.Width());
+        if (nGiven != nWidth && nGiven != nAll) {
+            m_text.Fail(pAt, sWhat + " takes " + std::to_string(nWidth) +
+                                 (nAll == nWidth ? "" : " or " + std::to_string(nAll)) +
+                                 (nAll > 1 ? " levels, not " : " level, not ") + std::to_string(nGiven));
         }
     }
 
-    /// Calls read(key, value) for each member of an object; false from it is no such key.
-    template <typename Source, typename ReadMember>
-    void ForEachMember(Source& source, const std::string& sWhat, ReadMember read) {
-        ondemand::object object;
-        if (source.get_object().get(object) != simdjson::SUCCESS) {
-            Fail(sWhat + " must stand in { }");
-        }
-        for (auto field : object) {
-            const std::string sKey(field.unescaped_key().value());
-            ondemand::value value = field.value();
-            m_pAt = value.raw_json_token().data();
-            if (!read(sKey, value)) {
-                Fail(sWhat + " has no key " + Quoted(sKey));
-            }
-        }
-    }
-
-    static std::string Quoted(const std::string& sText) { return '"' + sText + '"'; }
-
-    std::string TextOf(ondemand::value& value, const std::string& sWhat) {
-        std::string_view sText;
-        if (value.get_string().get(sText) != simdjson::SUCCESS) {
-            Fail(sWhat + " must be a text in quotes");
-        }
-        return std::string(sText);
-    }
-
-    int IntOf(ondemand::value& value, const std::string& sWhat) {
-        int64_t nValue = 0;
-        if (value.get_int64().get(nValue) != simdjson::SUCCESS || nValue < std::numeric_limits<int>::min() ||
-            nValue > std::numeric_limits<int>::max()) {
-            Fail(sWhat + " must be a whole number");
-        }
-        return static_cast<int>(nValue);
-    }
-
-    int IntOf(ondemand::value& value, const std::string& sWhat, int nLeast, int nMost) {
-        return InRange(IntOf(value, sWhat), sWhat, nLeast, nMost);
-    }
-
-    int InRange(int nValue, const std::string& sWhat, int nLeast, int nMost) const {
-        if (nValue < nLeast || nValue > nMost) {
-            Fail(sWhat + " must be from " + std::to_string(nLeast) + " to " + std::to_string(nMost) +
-                 ", not " + std::to_string(nValue));
-        }
-        return nValue;
-    }
-
-    double SecondsOf(ondemand::value& value, const std::string& sWhat) {
-        double seconds = -1;
-        if (value.get_double().get(seconds) != simdjson::SUCCESS ||
-            !(seconds >= 0 && seconds <= MostSeconds)) {
-            Fail(sWhat + " must be a number of seconds from 0 to " + std::to_string(MostSeconds));
-        }
-        return seconds;
-    }
-
-    [[noreturn]] void Fail(const std::string& sWhat) const {
-        const auto nLine = 1 + std::count(m_text.data(), m_pAt, '\n');
-        throw std::runtime_error(m_sPath.toStdString() + ": line " + std::to_string(nLine) + ": " + sWhat);
-    }
-
-    QString m_sPath;
-    simdjson::padded_string m_text;
-    const char* m_pAt = nullptr;     ///< the value being read
-    const char* m_pLevel = nullptr;  ///< the "level" of the entry being read
+    const JsonText& m_text;
     Show m_show;
-    std::map<std::string, Target> m_targets;
-    std::map<std::size_t, std::string> m_patched;  ///< the name of the fixture that has a channel
+    std::map<std::string, Target, std::less<>> m_targets;
+    std::map<std::size_t, std::size_t> m_patched;  ///< the fixture that has a channel
     std::set<int> m_sceneIds;
     std::set<int> m_programIds;
+    std::set<int> m_runningAreas;
+    std::size_t m_nLevels = 0;
 };
 
 }  // namespace
 
 Show ReadShow(const QString& sPath, const QByteArray& text) {
     try {
-        return ShowReader(sPath, text).Read();
+        const JsonText json(sPath, text);
+        return ShowReader(json).Read();
     } catch (const simdjson::simdjson_error& error) {
         throw std::runtime_error(sPath.toStdString() + ": " + error.what());
     }
