@@ -47,8 +47,7 @@ bool OnWayland() {
 }  // namespace
 
 Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
-    : QWidget(parent, flags),
-      PaintedParts(this),
+    : PaintedWidget(parent, flags),
       m_pLayout(new QHBoxLayout),
       m_background(artwork::Picture(BackgroundPath)) {
     setAccessibleName(QApplication::applicationDisplayName());
@@ -63,35 +62,32 @@ Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
     } else {
         setAttribute(Qt::WA_OpaquePaintEvent);
     }
-    m_closeRect = QRect(QPoint(size.width() - 55, 20), QPoint(size.width() - 24, 51));
-    m_lostRect = QRect(QPoint(size.width() / 2 - 25, 4), QPoint(size.width() / 2 + 24, 53));
 
     CreatePages();
     CreateConnections();
 
     m_pLayout->setContentsMargins(Border, Border, Border, Border);
     setLayout(m_pLayout);
-    GoToPage(IsOffered(2) ? 2 : FirstOffered());
+    GoToPage(IsOffered(ColorPage) ? ColorPage : FirstOffered());
     ShowPopupTab();
     Refresh();
 }
 
 void Corvane::CreatePages() {
     m_pSceneWnd = new CSceneListWnd(true, this);
-    m_pSceneWnd->hide();
     m_pProgramWnd = new CSceneListWnd(false, this);
-    m_pProgramWnd->hide();
     m_pPicker = new CColorPicker(this);
-    m_pPicker->hide();
     m_pGrid = new ChannelsGrid(this);
-    m_pGrid->hide();
     m_pParams = new CParamsCtrl(m_settings, m_sServerAddress, Stores(), this);
-    m_pParams->hide();
+    m_pages = {m_pSceneWnd, m_pProgramWnd, m_pPicker, m_pGrid, m_pParams};
+    for (QWidget* pPage : m_pages) {
+        pPage->hide();
+    }
 
     m_pTab = new CPopupTab(this);
     m_pTab->hide();
     m_pMenu = new CPopupMenu(this);
-    for (int iPage = 0; iPage < 4; ++iPage) {
+    for (int iPage = 0; iPage < ParamsPage; ++iPage) {
         m_pMenu->ShowMenu(iPage, IsOffered(iPage));
     }
     m_pMenu->hide();
@@ -138,11 +134,14 @@ void Corvane::CreateConnections() {
 }
 
 Corvane::~Corvane() {
+    // Of a locked page, too: then the field is what was typed to open it, and empty in most cases.
     m_settings.pwdValue = m_pParams->GetPassWord();
     m_settings.Write();
     Disconnect();
 }
 
+/// The tick that would send the goodbye may never come: a window that waited for it would stay on a screen
+/// whose server has gone.
 bool Corvane::Close() {
     if (m_bConnected) {
         SendPacket(messages::Bare(MessageType::Goodbye), true);
@@ -151,16 +150,17 @@ bool Corvane::Close() {
 }
 
 PaintedPart Corvane::Part(int iPart) const {
-    if (iPart == 0) {
-        return {tr("Close"), QAccessible::Button, m_closeRect};
+    if (iPart == CloseButton) {
+        return {tr("Close")};
     }
-    const QRect sign = m_bConnectionLost ? m_lostRect : QRect();
-    return {tr("The server does not answer"), QAccessible::AlertMessage, sign};
+    return {tr("The server does not answer"), QAccessible::AlertMessage};
 }
 
-bool Corvane::event(QEvent* event) {
-    LetGoIfCutOff(event);
-    return QWidget::event(event);
+QRect Corvane::PartRect(int iPart) const {
+    if (iPart == CloseButton) {
+        return {QPoint(width() - 55, 20), QPoint(width() - 24, 51)};
+    }
+    return m_bConnectionLost ? QRect(QPoint(width() / 2 - 25, 4), QPoint(width() / 2 + 24, 53)) : QRect();
 }
 
 void Corvane::paintEvent(QPaintEvent* event) {
@@ -173,11 +173,10 @@ void Corvane::paintEvent(QPaintEvent* event) {
         painter.fillRect(event->rect(), QColor(RimColor));
     }
     painter.drawPixmap(0, 0, m_background);
-    if (event->rect().intersects(m_closeRect)) {
-        painter.drawPixmap(m_closeRect.topLeft(), closePicture);
-    }
-    if (m_bConnectionLost && event->rect().intersects(m_lostRect)) {
-        painter.drawPixmap(m_lostRect.topLeft(), lostPicture);
+    for (const auto& [iPart, picture] : {std::pair(CloseButton, closePicture), {LostSign, lostPicture}}) {
+        if (event->rect().intersects(PartRect(iPart))) {
+            painter.drawPixmap(PartRect(iPart).topLeft(), picture);
+        }
     }
 }
 
@@ -191,7 +190,7 @@ void Corvane::keyPressEvent(QKeyEvent* event) {
 
 void Corvane::mousePressEvent(QMouseEvent* event) {
     const QPoint position = event->pos();
-    if (m_closeRect.contains(position)) {
+    if (PartAt(position) == CloseButton) {
         Close();
         return;
     }

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "app/page.h"
 #include "device/color.h"
 #include "device/command.h"
 #include "device/dmxchan.h"
 #include "device/fragments.h"
 #include "device/scene.h"
 #include "settings/cinifile.h"
-#include "widgets/paintedparts.h"
+#include "widgets/paintedwidget.h"
 
 #include <QColor>
 #include <QElapsedTimer>
@@ -15,8 +16,9 @@
 #include <QPoint>
 #include <QRect>
 #include <QString>
-#include <QWidget>
 
+#include <array>
+#include <optional>
 #include <string>
 
 class CColorPicker;
@@ -32,10 +34,10 @@ class QTimer;
 class QUdpSocket;
 
 /// The remote's window: one page at a time inside a frame the shape of a tablet. It owns the pages, the
-/// settings, the mirror of the server's state and the connection, and all that passes between them.
+/// settings, what the server told of its state and the connection, and all that passes between them.
 ///
 /// Everything runs on the GUI thread, driven by the socket and by a 25 ms timer.
-class Corvane : public QWidget, public PaintedParts {
+class Corvane : public PaintedWidget {
     Q_OBJECT
 
     // Construction, frame, closing: corvane.cpp
@@ -53,10 +55,10 @@ public:
     /// The close button and the sign that the connection is lost.
     int PartCount() const override { return 2; }
     PaintedPart Part(int iPart) const override;
+    QRect PartRect(int iPart) const override;
     PaintedPart Whole() const override { return {{}, QAccessible::Window}; }
 
 protected:
-    bool event(QEvent* event) override;
     void LetGo() override { m_bDragging = false; }
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -66,6 +68,8 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
+    enum FramePart { CloseButton, LostSign };
+
     /// The frame round the page, which is also where the window can be dragged.
     static constexpr int Border = 58;
 
@@ -80,9 +84,9 @@ public:
     /// Starts over on a pair of ports: asks who is there while no server is known, else asks for its state.
     void InitConnection(int nLocalPort, int nRemotePort);
     void Disconnect();
-    /// Sends a text now, or keeps it for the next tick (deferred), where it replaces one that still waits;
-    /// what the user caused is replaced only by what the user causes. The text ends at its first NUL. Nothing
-    /// is retried; a server address that is none stands for this machine.
+    /// Sends a text now, or keeps it for the next tick (deferred), where it replaces one that still waits.
+    /// The text ends at its first NUL. Nothing is retried; a server address that is none stands for this
+    /// machine, and another address drops what waits.
     void SendPacket(const std::string& sText, bool bDeferred);
     /// Shows the server's state on the pages; the first time in the life of the process also chooses the
     /// page.
@@ -95,6 +99,16 @@ public:
     const QString& ServerAddress() const { return m_sServerAddress; }
 
 private:
+    /// What made a text wait for the next tick.
+    enum class Cause { User, Release, Poll };
+    struct Pending {
+        std::string text;
+        Cause cause;
+    };
+
+    void Write(const std::string& sText);
+    void Defer(const std::string& sText, Cause cause);
+    void SetServer(const QString& sAddress);
     void PollCurrentPage();
 
     // Messages to the server: corvane_send.cpp. None looks at the connected flag, their callers do.
@@ -129,10 +143,7 @@ private:
     void readContent(int nType, const JSONNode& content, const QString& sSender);
     void readState(const JSONNode& content);
     void readSceneState(const JSONNode& content);
-    void readSceneArray(const JSONNode& node, bool bShow, bool bComplete);
-    void readProgArray(const JSONNode& node, bool bShow, bool bComplete);
-    void readScene(const JSONNode& node, bool bShow, bool bComplete);
-    void readProg(const JSONNode& node, bool bShow, bool bComplete);
+    void readSwitch(const JSONNode& content, CSceneList& list);
     void readColor(const JSONNode& content);
     void readCommand(const JSONNode& content);
     void readDmx(const JSONNode& content);
@@ -144,6 +155,15 @@ private:
 private:
     /// A scene or program that starts takes the lights over from the colour page.
     void ReleaseCommands();
+    void SendSwitch(const std::string& sText, bool bState);
+
+    /// Nothing is changed, not even on this side, for a server that is not there.
+    template <typename Act>
+    void IfConnected(Act act) {
+        if (m_bConnected) {
+            act();
+        }
+    }
 
     // Pages: corvane_pages.cpp
 public:
@@ -165,6 +185,7 @@ private:
     int FirstOffered() const;
     void LeaveParams();
     bool IsOffered(int iPage) const;
+    /// Null for what is no page.
     QWidget* PageWidget(int iPage) const;
 
     // Slots
@@ -175,8 +196,8 @@ public slots:
 
     // of the menu, and "connect again": corvane_pages.cpp, corvane_transport.cpp
     void OnTabPressed();
-    /// Shows a page: 0 scenes, 1 programs, 2 colour, 3 channels, 4 parameters; 5 connects again. Leaving the
-    /// parameters locks them if the user wants them locked. Any other index leaves no page on screen.
+    /// Shows a page, or connects again (CPopupMenu::Refresh). Leaving the parameters locks them if the user
+    /// wants them locked. Any other index leaves no page on screen.
     void OnMenuChanged(int iMenu);
     void OnHideMenu();
     /// Starts over on the first pair of ports.
@@ -232,41 +253,37 @@ private:
     CIniFile m_settings;
     Color m_color;
     Command m_command;
-    DmxChan m_channel;  ///< the last channel the server reported
-    QList<Scene> m_scenes;
+    DmxChan m_channel;      ///< the last channel the server reported
+    QList<Scene> m_scenes;  ///< as the last state listed them: what runs since then is in the lists on screen
     QList<Scene> m_programs;
-    int m_iCurrentPage = 2;
+    int m_iCurrentPage = ColorPage;
     int m_nLocalPort = 8094;
     int m_nRemotePort = 8093;
     bool m_bConnected = false;
     bool m_bConnectionLost = false;
-    bool m_bAnswered = false;  ///< the server sent its state since the last Connect()
-    bool m_bPacketPending = false;
-    bool m_bPendingIsUsers = false;       ///< what waits was caused by the user's hand
-    bool m_bReading = false;              ///< a message is being obeyed: what is sent meanwhile is its doing
+    bool m_bAnswered = false;             ///< the server sent its state since the last Connect()
     bool m_bStateChangeInFlight = false;  ///< the next scene states may be older than the user's last switch
     bool m_bWarningUsers = false;         ///< the warning of too many users is up or about to be
     QString m_sInterface;                 ///< address to bind, or "Auto"
     QString m_sBroadcast = "192.168.0.255";
     QString m_sServerAddress = "192.168.0.255";
-    std::string m_sPendingPacket;
+    std::optional<Pending> m_pending;
+    std::optional<Pending> m_release;  ///< what gave way to a click and follows it
     Fragments m_fragments;
     Work m_work;
     QElapsedTimer
         m_warningClosed;  ///< since the warning of too many users; invalid while it may open at once
     QHBoxLayout* m_pLayout;
-    QWidget* m_pPage = nullptr;  ///< the page in the layout
     CSceneListWnd* m_pSceneWnd;
     CSceneListWnd* m_pProgramWnd;
     CColorPicker* m_pPicker;
     ChannelsGrid* m_pGrid;
     CParamsCtrl* m_pParams;
+    std::array<QWidget*, Pages> m_pages{};
     CPopupTab* m_pTab;
     CPopupMenu* m_pMenu;
     QPixmap m_background;
     bool m_bDragging = false;
     QPoint m_windowAtPress;
     QPoint m_mouseAtPress;
-    QRect m_closeRect;
-    QRect m_lostRect;
 };

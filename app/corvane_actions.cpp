@@ -11,15 +11,19 @@ void Corvane::ReleaseCommands() {
 }
 
 void Corvane::OnSceneStateChanged(int iArea, int nId, bool bState) {
+    SendSwitch(messages::Scene(nId, iArea, bState), bState);
+}
+
+/// What starts releases the colour whether a server is there or not: the release comes before the question.
+void Corvane::SendSwitch(const std::string& sText, bool bState) {
     if (bState) {
         ReleaseCommands();
     }
-    if (!m_bConnected) {
-        return;
-    }
-    m_requestTimer.start();
-    m_bStateChangeInFlight = true;
-    SendPacket(messages::Scene(nId, iArea, bState), true);
+    IfConnected([&] {
+        m_requestTimer.start();
+        m_bStateChangeInFlight = true;
+        SendPacket(sText, true);
+    });
 }
 
 void Corvane::OnSceneNameChanged(int nId, QString sName) {
@@ -35,15 +39,7 @@ void Corvane::OnSceneColorChanged(int nId, QColor color) {
 }
 
 void Corvane::OnProgramStateChanged(int, int nId, bool bState) {
-    if (bState) {
-        ReleaseCommands();
-    }
-    if (!m_bConnected) {
-        return;
-    }
-    m_requestTimer.start();
-    m_bStateChangeInFlight = true;
-    SendPacket(messages::Program(nId, bState), true);
+    SendSwitch(messages::Program(nId, bState), bState);
 }
 
 void Corvane::OnProgramNameChanged(int nId, QString sName) {
@@ -59,89 +55,81 @@ void Corvane::OnProgramColorChanged(int nId, QColor color) {
 }
 
 void Corvane::OnColorChanged(unsigned char ucR, unsigned char ucG, unsigned char ucB, unsigned char ucW) {
-    if (!m_bConnected) {
-        return;
-    }
-    m_color.r = ucR;
-    m_color.g = ucG;
-    m_color.b = ucB;
-    m_color.w = ucW;
-    m_color.state = true;
-    SendColor();
+    IfConnected([&] {
+        m_color.r = ucR;
+        m_color.g = ucG;
+        m_color.b = ucB;
+        m_color.w = ucW;
+        m_color.state = true;
+        SendColor();
+    });
 }
 
 void Corvane::OnColorStateChanged(bool) {
-    if (!m_bConnected) {
-        return;
-    }
-    m_color.state = false;
-    SendColor();
+    IfConnected([&] {
+        m_color.state = false;
+        SendColor();
+    });
 }
 
 void Corvane::OnDimmerValueChanged(int value) {
-    if (!m_bConnected) {
-        return;
-    }
-    m_command.dim = value * 100 / 255;
-    SendCommand();
+    IfConnected([&] {
+        m_command.dim = value * 100 / 255;
+        SendCommand();
+    });
 }
 
 void Corvane::OnSpeedValueChanged(int value) {
-    if (!m_bConnected) {
-        return;
-    }
-    m_command.speed = value * 100 / 255;
-    SendCommand();
+    IfConnected([&] {
+        m_command.speed = value * 100 / 255;
+        SendCommand();
+    });
 }
 
 void Corvane::OnWhiteChanged(bool bWhite) {
-    if (!m_bConnected) {
-        return;
-    }
-    m_command.white = bWhite;
-    m_command.bo = m_command.bo && !bWhite;
-    SendCommand();
+    IfConnected([&] {
+        m_command.white = bWhite;
+        m_command.bo = m_command.bo && !bWhite;
+        SendCommand();
+    });
 }
 
 void Corvane::OnBlackChanged(bool bBlack) {
-    if (!m_bConnected) {
-        return;
-    }
-    m_command.bo = bBlack;
-    m_command.white = m_command.white && !bBlack;
-    SendCommand();
+    IfConnected([&] {
+        m_command.bo = bBlack;
+        m_command.white = m_command.white && !bBlack;
+        SendCommand();
+    });
 }
 
 /// A pulse: it is in this message and in no other.
 void Corvane::OnNextChanged(bool bNext) {
-    if (!m_bConnected) {
-        return;
-    }
-    m_command.next = bNext;
-    SendCommand();
-    m_command.next = false;
+    IfConnected([&] {
+        m_command.next = bNext;
+        SendCommand();
+        m_command.next = false;
+    });
 }
 
 void Corvane::OnPauseChanged(bool bPause) {
-    if (!m_bConnected) {
-        return;
-    }
-    m_command.hold = bPause;
-    SendCommand();
+    IfConnected([&] {
+        m_command.hold = bPause;
+        SendCommand();
+    });
 }
 
 void Corvane::OnChannelOff() {
-    if (m_bConnected) {
+    IfConnected([&] {
         SendPacket(messages::Channel({m_pGrid->SelectedChannel(), m_pGrid->CurrentUniverse(), 0, false}),
                    true);
-    }
+    });
 }
 
 void Corvane::OnChannelValueChanged(int value) {
-    if (m_bConnected) {
+    IfConnected([&] {
         SendPacket(messages::Channel({m_pGrid->SelectedChannel(), m_pGrid->CurrentUniverse(), value, true}),
                    true);
-    }
+    });
 }
 
 void Corvane::OnPwdStateChanged(bool bState) {
@@ -149,7 +137,7 @@ void Corvane::OnPwdStateChanged(bool bState) {
 }
 
 void Corvane::OnShowMenu(int iMenu, bool bShow) {
-    if (iMenu < 0 || iMenu > 3) {
+    if (iMenu < 0 || iMenu >= ParamsPage) {
         return;
     }
     m_settings.menuVisible.at(static_cast<std::size_t>(iMenu)) = bShow;
@@ -161,7 +149,5 @@ void Corvane::OnEnableParam(int iParam, bool bEnable) {
         return;
     }
     m_settings.sceneParams.at(static_cast<std::size_t>(iParam)) = bEnable;
-    if (m_bConnected) {
-        SendState();
-    }
+    IfConnected([this] { SendState(); });
 }

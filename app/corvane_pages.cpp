@@ -8,6 +8,8 @@
 
 #include <QHBoxLayout>
 
+#include <utility>
+
 CSceneList* Corvane::SceneList() const {
     return m_pSceneWnd->List();
 }
@@ -45,20 +47,19 @@ void Corvane::OnMenuChanged(int iMenu) {
         Refresh();
         return;
     }
-    m_iCurrentPage = iMenu;
-    if (m_pPage != nullptr) {
-        m_pLayout->removeWidget(m_pPage);
-        m_pPage->hide();
+    if (QWidget* pLeft = PageWidget(std::exchange(m_iCurrentPage, iMenu))) {
+        m_pLayout->removeWidget(pLeft);
+        pLeft->hide();
     }
-    m_pPage = PageWidget(iMenu);
-    if (m_pPage == nullptr) {
+    QWidget* pPage = PageWidget(iMenu);
+    if (pPage == nullptr) {
         return;
     }
-    if (m_pPage != m_pParams) {
+    if (pPage != m_pParams) {
         LeaveParams();
     }
-    m_pLayout->addWidget(m_pPage);
-    m_pPage->show();
+    m_pLayout->addWidget(pPage);
+    pPage->show();
     ShowPopupTab();
 }
 
@@ -83,30 +84,17 @@ void Corvane::GoToPage(int iPage) {
 /// The first page that the settings let the user see; with none, the parameters, where that can be changed.
 int Corvane::FirstOffered() const {
     int iPage = 0;
-    while (iPage < 4 && !IsOffered(iPage)) {
+    while (!IsOffered(iPage)) {
         ++iPage;
     }
     return iPage;
 }
 
-/// Whether the settings let the user see page 0 to 3.
+/// Whether the settings let the user see a page.
 bool Corvane::IsOffered(int iPage) const {
-    return m_settings.menuVisible.at(static_cast<std::size_t>(iPage));
+    return iPage == ParamsPage || m_settings.menuVisible.at(static_cast<std::size_t>(iPage));
 }
 
 QWidget* Corvane::PageWidget(int iPage) const {
-    switch (iPage) {
-        case 0:
-            return m_pSceneWnd;
-        case 1:
-            return m_pProgramWnd;
-        case 2:
-            return m_pPicker;
-        case 3:
-            return m_pGrid;
-        case 4:
-            return m_pParams;
-        default:
-            return nullptr;
-    }
+    return iPage >= 0 && iPage < Pages ? m_pages.at(static_cast<std::size_t>(iPage)) : nullptr;
 }

@@ -2,13 +2,14 @@
 #include "device/logging.h"
 #include "device/messages.h"
 #include "device/readers.h"
+#include "widgets/ccolorcircle.h"
 #include "widgets/ccolorpicker.h"
 #include "widgets/channelsgrid.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
 
 #include <QMessageBox>
-#include <QScopedValueRollback>
+#include <QSignalBlocker>
 
 #include <stdexcept>
 
@@ -22,24 +23,29 @@ bool Take(int& nLeft) {
     return nLeft > 0 && nLeft-- > 0;
 }
 
-/// Reads each element of an array, as many as are left. A complete one names all that run: whatever it leaves
-/// out of its list is off.
-template <typename Read>
-void readArray(const JSONNode& node, CSceneList& list, bool bComplete, int& nLeft, Read&& read) {
-    if (!node.IsArray()) {
-        return;
-    }
-    if (bComplete) {
-        list.ResetState();
-    }
-    node.ForEachElement([&](const JSONNode& element) {
+/// The entries of an array, as many as are left.
+QList<Scene> Entries(const JSONNode& array, int& nLeft) {
+    QList<Scene> entries;
+    array.ForEachElement([&](const JSONNode& element) {
         if (Take(nLeft)) {
-            read(element);
+            Scene entry;
+            readInto(element, entry);
+            entries.append(entry);
         }
     });
-    if (bComplete) {
-        list.ShowParts();
-    }
+    return entries;
+}
+
+/// Calls visit(section's name, content) for each content of each section, as many as are left.
+template <typename Visit>
+void ForEachSection(const JSONNode& content, int& nLeft, Visit&& visit) {
+    content.ForEachMember([&](std::string_view sName, const JSONNode& section) {
+        section.ForEachMember("content", [&](const JSONNode& node) {
+            if (Take(nLeft)) {
+                visit(sName, node);
+            }
+        });
+    });
 }
 
 }  // namespace
@@ -49,7 +55,6 @@ void Corvane::ReadData(const QByteArray& datagram, const QString& sSender) {
     if (!message) {
         return;
     }
-    const QScopedValueRollback<bool> reading(m_bReading, true);
     m_work = {};
     try {
         const JSONDocument document(*message);
@@ -95,10 +100,10 @@ void Corvane::readContent(int nType, const JSONNode& content, const QString& sSe
             readState(content);
             break;
         case MessageType::Scene:
-            readScene(content, true, false);
+            readSwitch(content, *SceneList());
             break;
         case MessageType::Program:
-            readProg(content, true, false);
+            readSwitch(content, *ProgramList());
             break;
         case MessageType::Color:
             readColor(content);
@@ -127,22 +132,20 @@ void Corvane::readContent(int nType, const JSONNode& content, const QString& sSe
 void Corvane::readState(const JSONNode& content) {
     m_scenes.clear();
     m_programs.clear();
-    content.ForEachMember([this](std::string_view sName, const JSONNode& section) {
-        section.ForEachMember("content", [&](const JSONNode& node) {
-            if (!Take(m_work.nSectionContents)) {
-                return;
-            }
-            if (sName == "scn") {
-                readSceneArray(node, false, false);
-            } else if (sName == "prg") {
-                readProgArray(node, false, false);
-            } else if (sName == "clr") {
-                readColor(node);
-            } else if (sName == "cmd") {
-                readCommand(node);
-            }
-        });
+    ForEachSection(content, m_work.nSectionContents, [this](std::string_view sName, const JSONNode& node) {
+        if (sName == "scn") {
+            m_scenes += Entries(node, m_work.nScenes);
+        } else if (sName == "prg") {
+            m_programs += Entries(node, m_work.nPrograms);
+        } else if (sName == "clr") {
+            readColor(node);
+        } else if (sName == "cmd") {
+            readCommand(node);
+        }
     });
+    for (Scene& program : m_programs) {
+        program.area = -1;  // programs have none, whatever a server says: it would stand on the tile
+    }
     Update();
     if (!m_bAnswered) {
         qCInfo(logNet) << "online: the server sent its state," << m_scenes.size() << "scenes and"
@@ -155,18 +158,14 @@ void Corvane::readState(const JSONNode& content) {
 /// over.
 void Corvane::readSceneState(const JSONNode& content) {
     if (!m_bStateChangeInFlight) {
-        content.ForEachMember([this](std::string_view sName, const JSONNode& section) {
-            section.ForEachMember("content", [&](const JSONNode& node) {
-                if (!Take(m_work.nSectionContents)) {
-                    return;
-                }
-                if (sName == "scn") {
-                    readSceneArray(node, true, true);
-                } else if (sName == "prg") {
-                    readProgArray(node, true, true);
-                }
-            });
-        });
+        ForEachSection(content, m_work.nSectionContents,
+                       [this](std::string_view sName, const JSONNode& node) {
+                           if (sName == "scn" && node.IsArray()) {
+                               SceneList()->ShowRunning(Entries(node, m_work.nScenes));
+                           } else if (sName == "prg" && node.IsArray()) {
+                               ProgramList()->ShowRunning(Entries(node, m_work.nPrograms));
+                           }
+                       });
     }
     if (m_bStateChangeInFlight) {
         qCInfo(logDrop) << "in: scene states that may be older than the user's last switch";
@@ -174,47 +173,21 @@ void Corvane::readSceneState(const JSONNode& content) {
     m_bStateChangeInFlight = false;
 }
 
-void Corvane::readSceneArray(const JSONNode& node, bool bShow, bool bComplete) {
-    readArray(node, *SceneList(), bComplete, m_work.nScenes,
-              [&](const JSONNode& element) { readScene(element, bShow, bComplete); });
-}
-
-void Corvane::readProgArray(const JSONNode& node, bool bShow, bool bComplete) {
-    readArray(node, *ProgramList(), bComplete, m_work.nPrograms,
-              [&](const JSONNode& element) { readProg(element, bShow, bComplete); });
-}
-
-/// `bShow` puts the scene on screen instead of into the list; `bComplete` means that it is one of a list of
-/// all that run.
-void Corvane::readScene(const JSONNode& node, bool bShow, bool bComplete) {
+/// What starts takes the lights over from the colour page. That the colour is released is the one thing
+/// received that is answered.
+void Corvane::readSwitch(const JSONNode& content, CSceneList& list) {
     Scene scene;
-    readInto(node, scene);
-    if (!bShow) {
-        m_scenes.append(scene);
-        return;
-    }
-    if (bComplete) {
-        scene.state = true;
-    } else if (scene.state) {
+    readInto(content, scene);
+    if (scene.state) {
+        const bool bHeld = m_pPicker->Wheel()->IsOn();
+        const QSignalBlocker quiet(m_pPicker->Wheel());
         ReleaseCommands();
+        if (bHeld && m_bConnected) {
+            m_color.state = false;
+            Defer(messages::Color(m_color), Cause::Release);
+        }
     }
-    SceneList()->Update(scene, !bComplete);
-}
-
-void Corvane::readProg(const JSONNode& node, bool bShow, bool bComplete) {
-    Scene program;
-    readInto(node, program);
-    program.area = -1;
-    if (!bShow) {
-        m_programs.append(program);
-        return;
-    }
-    if (bComplete) {
-        program.state = true;
-    } else if (program.state) {
-        ReleaseCommands();
-    }
-    ProgramList()->Update(program, !bComplete);
+    list.Update(scene, true);
 }
 
 void Corvane::readColor(const JSONNode& content) {

@@ -19,7 +19,7 @@ void Corvane::SendSerial() {
 void Corvane::SendState() {
     m_fragments.Clear();
     m_pParams->UpdateIp();
-    m_sServerAddress = m_pParams->GetIp();
+    SetServer(m_pParams->GetIp());
     SendPacket(messages::Bare(MessageType::StateRequest), false);
 }
 
@@ -40,6 +40,7 @@ void Corvane::SendDmxState() {
 
 void Corvane::SendColor() {
     SendPacket(messages::Color(m_color), true);
+    m_release.reset();  // an older one would undo this
 }
 
 void Corvane::SendCommand() {

@@ -5,6 +5,7 @@
 #include "widgets/channelsgrid.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/cscenelist.h"
+#include "widgets/serverlist.h"
 
 #include <QHostAddress>
 #include <QMessageBox>
@@ -13,6 +14,7 @@
 
 #include <array>
 #include <cstring>
+#include <utility>
 
 using logging::Summary;
 
@@ -87,8 +89,8 @@ void Corvane::InitConnection(int nLocalPort, int nRemotePort) {
     if (!Connect()) {
         return;
     }
-    if (m_pParams->Servers().IsEmpty()) {
-        m_sServerAddress = m_sBroadcast;
+    if (m_pParams->Servers().count() == 0) {
+        SetServer(m_sBroadcast);
         m_pParams->SetIp(m_sBroadcast);
         qCInfo(logNet) << "looking: no server is known, asking at" << m_sBroadcast << "port" << nRemotePort;
         SendSerial();
@@ -116,19 +118,36 @@ void Corvane::Refresh() {
 
 void Corvane::SendPacket(const std::string& sText, bool bDeferred) {
     if (bDeferred) {
-        if (m_bReading && m_bPacketPending && m_bPendingIsUsers) {
-            qCInfo(logDrop).noquote() << "out" << Summary(sText) << "a click of the user waits";
-            return;  // a click must not be lost to what someone else's message causes
-        }
-        if (m_bPacketPending) {
-            qCInfo(logDrop).noquote()
-                << "out" << Summary(m_sPendingPacket) << "replaced by" << Summary(sText);
-        }
-        m_sPendingPacket = sText;
-        m_bPacketPending = true;
-        m_bPendingIsUsers = !m_bReading;
+        Defer(sText, Cause::User);
+    } else {
+        Write(sText);
+    }
+}
+
+/// A release and a click of the user do not replace each other: the click goes first, the release follows.
+void Corvane::Defer(const std::string& sText, Cause cause) {
+    if (cause == Cause::Release && m_pending && m_pending->cause == Cause::User) {
+        m_release = Pending{sText, cause};
         return;
     }
+    if (m_pending && m_pending->cause == Cause::Release) {
+        m_release = m_pending;
+    } else if (m_pending) {
+        qCInfo(logDrop).noquote() << "out" << Summary(m_pending->text) << "replaced by" << Summary(sText);
+    }
+    m_pending = Pending{sText, cause};
+}
+
+/// What waits was meant for another server.
+void Corvane::SetServer(const QString& sAddress) {
+    if (sAddress != m_sServerAddress) {
+        m_sServerAddress = sAddress;
+        m_pending.reset();
+        m_release.reset();
+    }
+}
+
+void Corvane::Write(const std::string& sText) {
     if (m_pSocket == nullptr) {
         return;
     }
@@ -173,6 +192,7 @@ void Corvane::ReadPacket() {
     }
 }
 
+/// One rule a tick, in this order: what servers and the user count on.
 void Corvane::OnTimer() {
     if (!m_bConnected) {
         return;
@@ -190,30 +210,21 @@ void Corvane::OnTimer() {
         SendAlive();
     } else if (m_bConnectionLost) {
         return;
-    } else if (m_bPacketPending) {
-        m_bPacketPending = false;
-        SendPacket(m_sPendingPacket, false);
+    } else if (m_pending) {
+        Write(std::exchange(m_pending, std::exchange(m_release, {}))->text);
     } else if (m_requestTimer.hasExpired(PollMs)) {
         PollCurrentPage();
-        m_bPendingIsUsers = false;
         m_requestTimer.start();
     }
 }
 
 void Corvane::PollCurrentPage() {
-    switch (m_iCurrentPage) {
-        case 0:
-        case 1:
-            SendSceneState();
-            break;
-        case 2:
-            SendCmdState();
-            break;
-        case 3:
-            SendDmxState();
-            break;
-        default:
-            break;
+    using Send = void (Corvane::*)();
+    constexpr std::array<Send, ParamsPage> polls{&Corvane::SendSceneState, &Corvane::SendSceneState,
+                                                 &Corvane::SendCmdState, &Corvane::SendDmxState};
+    if (m_iCurrentPage >= 0 && m_iCurrentPage < ParamsPage) {
+        (this->*polls.at(static_cast<std::size_t>(m_iCurrentPage)))();
+        m_pending->cause = Cause::Poll;
     }
 }
 
@@ -221,6 +232,7 @@ void Corvane::Update() {
     SceneList()->Update(m_scenes, m_settings);
     ProgramList()->Update(m_programs, m_settings);
     m_pPicker->Update(m_color, m_command);
+    // A state tells nothing of channels; what is held is asked for by the page that shows it.
     m_pGrid->ReleaseChannels();
     m_pGrid->ShowParts();
 

@@ -21,7 +21,7 @@ std::array<QPixmap, CPopupMenu::Entries> EntryPictures(const QString& sSuffix) {
 
 }  // namespace
 
-CPopupMenu::CPopupMenu(QWidget* parent) : QWidget(parent), PaintedParts(this) {
+CPopupMenu::CPopupMenu(QWidget* parent) : PaintedWidget(parent) {
     setFixedWidth(Width);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     setAccessibleName(tr("Pages"));
@@ -46,15 +46,10 @@ PaintedPart CPopupMenu::Part(int iPart) const {
     const std::array<QString, Entries> names{tr("Scenes"),   tr("Programs"),   tr("Color"),
                                              tr("Channels"), tr("Parameters"), tr("Connect again")};
     PaintedPart part{names.at(static_cast<std::size_t>(iPart)),
-                     iPart == Refresh ? QAccessible::Button : QAccessible::PageTab, EntryRect(iPart)};
+                     iPart == Refresh ? QAccessible::Button : QAccessible::PageTab};
     part.state.selectable = iPart != Refresh;
     part.state.selected = iPart == m_iSelected;
     return part;
-}
-
-bool CPopupMenu::event(QEvent* event) {
-    LetGoIfCutOff(event);
-    return ShowToolTip(event) || QWidget::event(event);
 }
 
 void CPopupMenu::paintEvent(QPaintEvent*) {
@@ -66,7 +61,7 @@ void CPopupMenu::paintEvent(QPaintEvent*) {
     painter.drawPixmap(rect(), backPicture);
     for (std::size_t i = 0; i < m_rects.size(); ++i) {
         // Parameters and "connect again" are always drawn.
-        if (m_shown.at(i) || i >= 4) {
+        if (m_shown.at(i) || i >= ParamsPage) {
             const bool bSelected = static_cast<int>(i) == m_iSelected;
             painter.drawPixmap(m_rects.at(i).topLeft(), (bSelected ? selectedPictures : pictures).at(i));
         }

@@ -5,7 +5,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-CPopupTab::CPopupTab(QWidget* parent) : QWidget(parent), PaintedParts(this) {
+CPopupTab::CPopupTab(QWidget* parent) : PaintedWidget(parent) {
     setToolTip(tr("Pages"));
     setAccessibleName(tr("Pages"));
 }

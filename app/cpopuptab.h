@@ -1,11 +1,9 @@
 #pragma once
 
-#include "widgets/paintedparts.h"
-
-#include <QWidget>
+#include "widgets/paintedwidget.h"
 
 /// The handle that stands for the closed page menu.
-class CPopupTab : public QWidget, public PaintedParts {
+class CPopupTab : public PaintedWidget {
     Q_OBJECT
 
 signals:
@@ -14,7 +12,7 @@ signals:
 public:
     explicit CPopupTab(QWidget* parent);
 
-    PaintedPart Whole() const override { return {{}, QAccessible::Button, rect()}; }
+    PaintedPart Whole() const override { return {}; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -211,7 +211,7 @@ void TileChange(benchmark::State& state) {
         pList->Update(scene, true);
         QCoreApplication::processEvents();
     }
-    const QRect tile = pList->Items().first().rect.adjusted(0, 0, 1, 1);
+    const QRect tile = pList->PartRect(0).adjusted(0, 0, 1, 1);
     state.counters["tiles"] = static_cast<double>(meter.pixels) / static_cast<double>(state.iterations()) /
                               (tile.width() * tile.height());
 }

@@ -10,8 +10,6 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
 add_compile_options(-fstack-protector-strong -fstack-clash-protection)
 add_compile_definitions($<${optimised}:_GLIBCXX_ASSERTIONS>)
-# Where messages are read they cost a sixth of a universe's time; what comes in there is fuzzed with sanitizers.
-set(unasserted -U_GLIBCXX_ASSERTIONS)
 # Only what is packed: valgrind is to see what a development build reads before it is written.
 check_cxx_compiler_flag(-ftrivial-auto-var-init=zero takes_auto_var_init)
 if(takes_auto_var_init)

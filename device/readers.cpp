@@ -88,7 +88,8 @@ void readInto(const JSONNode& node, DmxChan& channel) {
 
 namespace {
 
-void readChannel(const JSONNode& node, Universes& universes, int nUniverse) {
+/// Into the tables of one universe. By pointer: the index is checked once, here, for two writes.
+void readChannel(const JSONNode& node, unsigned char* pLevels, bool* pStates) {
     int nChannel = -1;
     node.ForEachMember([&](std::string_view sName, const JSONNode& value) {
         if (Is(sName, "c")) {
@@ -96,9 +97,9 @@ void readChannel(const JSONNode& node, Universes& universes, int nUniverse) {
         } else if (!Universes::HasChannel(nChannel)) {
             return;
         } else if (Is(sName, "l")) {
-            universes.levels[Universes::At(nUniverse, nChannel)] = static_cast<unsigned char>(value.AsInt());
+            pLevels[nChannel] = static_cast<unsigned char>(value.AsInt());
         } else if (Is(sName, "s")) {
-            universes.states[Universes::At(nUniverse, nChannel)] = value.AsBool();
+            pStates[nChannel] = value.AsBool();
         }
     });
 }
@@ -111,9 +112,10 @@ int readInto(const JSONNode& node, Universes& universes) {
         if (Is(sName, "universe")) {
             nUniverse = value.AsInt();
         } else if (Is(sName, "channels") && value.IsArray() && Universes::HasUniverse(nUniverse)) {
-            std::fill_n(&universes.states[Universes::At(nUniverse, 0)], Universes::Channels, false);
-            value.ForEachElement(
-                [&](const JSONNode& channel) { readChannel(channel, universes, nUniverse); });
+            unsigned char* pLevels = &universes.levels[Universes::At(nUniverse, 0)];
+            bool* pStates = &universes.states[Universes::At(nUniverse, 0)];
+            std::fill_n(pStates, Universes::Channels, false);
+            value.ForEachElement([&](const JSONNode& channel) { readChannel(channel, pLevels, pStates); });
         }
     });
     return nUniverse;

@@ -14,6 +14,7 @@
 #include "widgets/channelsgrid.h"
 #include "widgets/cparamsctrl.h"
 #include "widgets/csliderctrl.h"
+#include "widgets/serverlist.h"
 
 /// A new window on the screen, on the interface whose entry begins so, with this text in its settings file.
 inline std::unique_ptr<Corvane> OpenRemote(const QByteArray& settings = {},

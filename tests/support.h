@@ -52,7 +52,7 @@ inline void Click(QWidget* pWidget, const QPoint& at) {
 }
 
 inline void ClickTile(CSceneList* pList, int iTile) {
-    Click(pList, pList->Items()[iTile].rect.center());
+    Click(pList, pList->PartRect(iTile).center());
 }
 
 /// The ids of the tiles that are shown as running.
@@ -77,7 +77,7 @@ inline void UseMenu(CSceneList* pList, int iTile, int iEntry, int iSubEntry = -1
         pMenu->close();
         pAction->trigger();
     });
-    QTest::mouseClick(pList, Qt::RightButton, {}, pList->Items()[iTile].rect.center());
+    QTest::mouseClick(pList, Qt::RightButton, {}, pList->PartRect(iTile).center());
 }
 
 /// Whether what is on the screen is what a window would paint now: grab() paints anew, the screen does not.

@@ -268,14 +268,14 @@ private slots:
 
     void editor() {
         QSignalSpy presses(m_pGrid.get(), &ChannelsGrid::mousePressed);
-        Press(m_pGrid->RightRect());
+        Press(m_pGrid->PartRect(ChannelsGrid::RightArrow));
         m_pGrid->Update(DmxChan{33, 0, 200, true});
         Press(m_pGrid->CellRect(1));
         CChannelSlider* pEditor = m_pGrid->Editor();
         QCOMPARE(pEditor->geometry(), QRect(QPoint(302, 42), QPoint(401, 441)));
         QVERIFY(pEditor->Control()->Value() == 200 && Paints(pEditor, "200") && Paints(pEditor, "#34"));
         // While it is open the grid takes no press, though it tells of each.
-        Press(m_pGrid->LeftRect());
+        Press(m_pGrid->PartRect(ChannelsGrid::LeftArrow));
         Press(m_pGrid->CellRect(8));
         QCOMPARE(presses.count(), 4);
         QVERIFY(m_pGrid->FirstChannel() == 33 && pEditor->Channel() == 34);
@@ -404,7 +404,7 @@ private slots:
         QCOMPARE(shown(0), "caf\u00E9" + catalogue::DefaultIconList()[0] + "#787878");
         QCOMPARE(shown(1), QString("Mineicon#ff0000"));
         m_pList->Update(Scene{"", 10, 0, 0, false}, true);
-        const QImage name = m_pList->grab(Item(1).rect.adjusted(60, 0, -40, 0)).toImage();
+        const QImage name = m_pList->grab(m_pList->PartRect(1).adjusted(60, 0, -40, 0)).toImage();
         QVERIFY(name.createMaskFromColor(qRgb(255, 0, 0)) != name.createMaskFromColor(0));
     }
 

@@ -141,8 +141,7 @@ private slots:
         CPopupMenu menu(nullptr);
         const auto shown = [&menu](const QRect& rect) { return menu.grab(rect).toImage(); };
         QSignalSpy chosen(&menu, &CPopupMenu::menuChanged);
-        for (const QRect& rect :
-             {menu.EntryRect(2), menu.EntryRect(0), QRect(2, 2, 1, 1), menu.EntryRect(4)}) {
+        for (const QRect& rect : {menu.PartRect(2), menu.PartRect(0), QRect(2, 2, 1, 1), menu.PartRect(4)}) {
             Click(&menu, rect.center());  // the first is selected at first
         }
         // Refresh is lit while held.

@@ -129,7 +129,7 @@ private slots:
             emit pParams->showMenu(i, false);
             emit pParams->enableParam(i == 1 ? 2 : i - 1, false);
         }
-        QVERIFY(m_pWindow->Menu()->EntryRect(1).isNull() && m_pWindow->CurrentPage() == 1);  // it stays
+        QVERIFY(m_pWindow->Menu()->PartRect(1).isNull() && m_pWindow->CurrentPage() == 1);  // it stays
         m_pPeer->state = R"({"typ":7,"content":{"scn":{"content":[{"n":"Plain","id":3}]}}})";
         emit pParams->refresh();
         for (const bool bOwn : {true, false, true}) {
@@ -172,7 +172,7 @@ private slots:
         QVERIFY(!pTab->isVisible() && m_pWindow->childAt(80, 100) == pMenu);
         QCOMPARE(pMenu->geometry(), QRect(QPoint(58, 58), QPoint(119, 541)));
         // Refresh connects again and leaves page and menu alone.
-        QTest::mousePress(pMenu, Qt::LeftButton, {}, pMenu->EntryRect(5).center());
+        QTest::mousePress(pMenu, Qt::LeftButton, {}, pMenu->PartRect(5).center());
         QVERIFY(!m_pWindow->IsAnswered() && pMenu->isVisible() && m_pWindow->CurrentPage() == 1);
         // A press anywhere else closes the menu, on the frame, on any page, on an entry.
         CColorPicker* pPicker = m_pWindow->Picker();
@@ -182,7 +182,7 @@ private slots:
             m_pWindow->ShowPopupMenu();
             i < 6    ? void(QMetaObject::invokeMethod(pages[i], "mousePressed"))
             : i == 6 ? Click(m_pWindow.get(), {300, 20})
-                     : Click(pMenu, pMenu->EntryRect(4).center());
+                     : Click(pMenu, pMenu->PartRect(4).center());
             QVERIFY(!pMenu->isVisible() && pTab->isVisible());
         }
         QVERIFY(m_pWindow->Params()->isVisible() && !m_pWindow->ProgramList()->isVisible());
@@ -287,7 +287,7 @@ private slots:
         };
         press(2, pPicker->Red()->Slider(), {17, 100});
         QTRY_VERIFY(m_pWindow->IsAnswered());
-        press(2, pPicker->Wheel(), pPicker->Wheel()->Centre() + QPoint(50, 0));
+        press(2, pPicker->Wheel(), QPoint(260, 210));
         // The sliders send again, and moves over the page move nothing.
         const int nColors = m_pPeer->Count(10);
         Mouse(pPicker->Green()->Slider(), QEvent::MouseButtonPress, {17, 150});
@@ -299,7 +299,7 @@ private slots:
         Mouse(m_pWindow.get(), QEvent::MouseMove, {500, 300});
         QCOMPARE(m_pWindow->pos(), before);
         pPicker->SwitchCmdMode();
-        press(2, pCommands, CCommandWnd::ButtonRect(CCommandWnd::Next).center());
+        press(2, pCommands, pCommands->PartRect(CCommandWnd::Next).center());
         QVERIFY(!pCommands->IsOn(CCommandWnd::Next));
         Read(R"({"typ":2})");  // told a moment ago
         QTest::qWait(100);
@@ -333,7 +333,8 @@ private slots:
         Read(R"({"typ":15,)" + several(R"("content":{"serial":"9","serial":"8"},)", 50) + '}', "127.0.0.1");
         QTest::qWait(100);
         QCOMPARE(m_pPeer->Count(6), nRequests + 1);
-        QCOMPARE(m_pWindow->Params()->Servers().Labels(), QStringList("0042"));  // the address was known
+        const ServerList& servers = m_pWindow->Params()->Servers();
+        QVERIFY(servers.count() == 1 && servers.itemText(0) == "0042");  // the address was known
     }
 
     void manyServers() {
@@ -342,21 +343,36 @@ private slots:
             Read(QByteArray(R"({"typ":15,"content":{"serial":"@"}})").replace("@", QByteArray(1000, 'x')),
                  qPrintable(QString("10.1.%1.%2").arg(i / 250).arg(i % 250)));
         }
-        QCOMPARE(servers.Addresses().size(), ServerList::MaxServers);
-        QCOMPARE(servers.Labels().last().size(), ServerList::MaxLabel);
+        QCOMPARE(servers.count(), ServerList::MaxServers);
+        QCOMPARE(servers.itemText(255).size(), ServerList::MaxLabel);
     }
 
-    /// What a scene that someone starts releases must not take the place of the user's click.
+    /// What a scene that someone starts releases does not take the place of the user's click, and follows it.
     void clickBesideAStart() {
-        const int nReleases = m_pPeer->Count(10);
+        const auto start = [this] { Read(R"({"typ":8,"content":{"id":1,"a":0,"s":true}})"); };
+        const auto click = [this] { m_pWindow->OnSceneStateChanged(1, 2, false); };
         for (int i = 1; i <= 21; ++i) {
-            QCOMPARE(m_pPeer->Count(10), nReleases);
             Read(R"({"typ":10,"content":{"s":true}})");
-            i <= 20 ? m_pWindow->OnSceneStateChanged(1, 2, i % 2 == 0) : void();
-            Read(R"({"typ":8,"content":{"id":1,"a":0,"s":true}})");
+            i % 2 == 0 ? click() : void();
+            start();
+            i % 2 == 1 && i < 21 ? click() : void();
             QTRY_COMPARE(m_pPeer->Count(8), std::min(i, 20));
+            QTRY_COMPARE(m_pPeer->Count(10), i);
+            QVERIFY(m_pPeer->Last(10).contains(R"("s" : false)"));
         }
-        QTRY_COMPARE(m_pPeer->Count(10), nReleases + 1);  // where nothing of the user's waits, it is sent
+        // A click that waits is for its own server, and a color that was picked since is no release.
+        Read(R"({"typ":10,"content":{"s":true}})");
+        click();
+        start();
+        emit m_pWindow->Picker()->colorChanged(1, 2, 3, 4);
+        QTRY_VERIFY(m_pPeer->Last(10).contains(R"("s" : true)"));
+        QTest::qWait(100);
+        QCOMPARE(m_pPeer->Count(10), 22);
+        click();
+        m_pWindow->Params()->AddSerial("0001", "127.0.0.2");
+        m_pWindow->Refresh();
+        QTest::qWait(100);
+        QCOMPARE(m_pPeer->Count(8), 20);
     }
 };
 

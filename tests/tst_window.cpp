@@ -16,7 +16,7 @@ QString NameOf(QAccessibleInterface* pAccess) {
 }
 
 bool IsPainted(QAccessibleInterface* pAccess) {
-    return pAccess->object() == nullptr || dynamic_cast<PaintedParts*>(pAccess->object()) != nullptr;
+    return pAccess->object() == nullptr || dynamic_cast<PaintedWidget*>(pAccess->object()) != nullptr;
 }
 
 }  // namespace
@@ -387,7 +387,7 @@ private slots:
         for (const auto& [iPage, pPressed, pSeen] : rows) {
             if (iPage != m_pWindow->CurrentPage()) {
                 m_pWindow->ShowPopupMenu();
-                Click(m_pWindow->Menu(), m_pWindow->Menu()->EntryRect(iPage).center());
+                Click(m_pWindow->Menu(), m_pWindow->Menu()->PartRect(iPage).center());
             }
             QCoreApplication::processEvents();
             Do(pPressed);
@@ -523,7 +523,7 @@ private slots:
         QTest::qWait(20);
         CColorPicker* pPicker = m_pWindow->Picker();
         QCOMPARE(pPicker->geometry(), QRect(58, 58, 704, 484));
-        QCOMPARE(pPicker->Wheel()->SwitchRect(), QRect(10, 10, 70, 26));
+        QCOMPARE(pPicker->Wheel()->PartRect(0), QRect(10, 10, 70, 26));
         QCOMPARE(pPicker->Wheel()->y(), 32);
         QCOMPARE(pPicker->Red()->Slider()->size(), QSize(34, 372));
         // The slider's parts meet without a seam: below the cap the groove has one colour, and so has the

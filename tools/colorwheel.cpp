@@ -23,10 +23,7 @@ QImage DrawWheel(int nScale) {
             // A click falls on whole logical pixels: at a higher density the sharper rim is all there is to
             // gain.
             const QPoint point(x / nScale, y / nScale);
-            int nHue = static_cast<int>(AngleFromPoint(point, centre) * 180.0 / M_PI);
-            nHue += nHue < 0 ? 360 : 0;
-            const int nSaturation = std::min(255, static_cast<int>(Distance(point, centre) * 255.0 / Radius));
-            const RGBColor color = HSVColor{nHue, nSaturation, 255}.toRGB();
+            const RGBColor color = HSVFromPoint(point, centre, Radius).toRGB();
             const double reach = Radius * nScale - std::hypot(x - Radius * nScale, y - Radius * nScale);
             const int nAlpha = static_cast<int>(255.0 * std::clamp(reach, 0.0, 1.0));
             wheel.setPixel(x, y, qRgba(color.red, color.green, color.blue, nAlpha));

@@ -8,44 +8,44 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <cmath>
+#include <array>
 
-CColorCircle::CColorCircle(CSliderCtrl* pRed, CSliderCtrl* pGreen, CSliderCtrl* pBlue, QWidget* parent)
-    : QWidget(parent), PaintedParts(this), m_pRed(pRed), m_pGreen(pGreen), m_pBlue(pBlue) {
-    setFixedSize(420, 420);
-    setAccessibleName(tr("Color wheel"));
-    UpdateRects();
+namespace {
+
+constexpr int Size = 420;
+constexpr int Radius = 190;
+constexpr QPoint Centre(Size / 2, Size / 2);
+constexpr QRect PreviewRect(QPoint(Size - 71, 10), QPoint(Size - 12, 69));
+
+/// The outline reaches a pixel beyond the area.
+constexpr QRect Outlined(const QRect& disc) {
+    return disc.adjusted(-1, -1, 1, 1);
 }
 
-void CColorCircle::UpdateRects() {
-    const int nW = width();
-    const int nH = height();
-    m_centre = {nW / 2, nH / 2};
-    m_wheelRect = QRect(m_centre - QPoint(Radius, Radius), m_centre + QPoint(Radius - 1, Radius - 1));
-    m_switchRect = QRect(QPoint(10, 10), QPoint(79, 35));
-    m_previewRect = QRect(QPoint(nW - 71, 10), QPoint(nW - 12, 69));
-    m_slidersRect = QRect(QPoint(10, nH - 46), QPoint(69, nH - 12));
-    m_commandsRect = QRect(QPoint(nW - 71, nH - 46), QPoint(nW - 12, nH - 12));
+}  // namespace
+
+CColorCircle::CColorCircle(CSliderCtrl* pRed, CSliderCtrl* pGreen, CSliderCtrl* pBlue, QWidget* parent)
+    : PaintedWidget(parent), m_pRed(pRed), m_pGreen(pGreen), m_pBlue(pBlue) {
+    setFixedSize(Size, Size);
+    setAccessibleName(tr("Color wheel"));
     ComputeRects();
 }
 
 void CColorCircle::ComputeRects() {
     UpdateShown();
-    m_marker = PtFromAngle(m_hsv.hue, m_hsv.saturation, Radius, m_centre);
+    m_marker = PtFromAngle(m_hsv.hue, m_hsv.saturation, Radius, Centre);
     UpdateShown();
 }
 
 bool CColorCircle::InCircle(const QPoint& point) const {
-    return Distance(point, m_centre) <= Radius;
+    return Distance(point, Centre) <= Radius;
 }
 
 void CColorCircle::TrackPoint(const QPoint& point) {
-    if (!m_bTracking) {
+    if (!m_bPressed) {
         return;
     }
-    const int nDegrees = static_cast<int>(AngleFromPoint(point, m_centre) * 180.0 / M_PI);
-    m_hsv.hue = nDegrees < 0 ? nDegrees + 360 : nDegrees;
-    m_hsv.saturation = std::min(255, static_cast<int>(Distance(point, m_centre) * 255.0 / Radius));
+    m_hsv = HSVFromPoint(point, Centre, Radius);
     m_hsv.value = m_nBrightness;
     m_rgb = m_hsv.toRGB();
     SetRGBValues(false);
@@ -81,7 +81,7 @@ void CColorCircle::SetRGBValues(bool bQuiet) {
 
 void CColorCircle::SwitchState(bool bNotify) {
     m_bOn = !m_bOn;
-    update(m_switchRect);
+    update(PartRect(OnOff));
     TellParts();
     if (!bNotify) {
         return;
@@ -102,55 +102,48 @@ QRect CColorCircle::MarkerRect() const {
     return {m_marker - QPoint(4, 4), m_marker + QPoint(3, 3)};
 }
 
-/// Repaints what shows the current colour, and no more: a drag over the wheel does this on every move. The
-/// outlines reach a pixel beyond their areas.
+/// Repaints what shows the current colour, and no more: a drag over the wheel does this on every move.
 void CColorCircle::UpdateShown() {
-    update(m_previewRect.adjusted(-1, -1, 1, 1));
-    update(MarkerRect().adjusted(-1, -1, 1, 1));
+    update(Outlined(PreviewRect));
+    update(Outlined(MarkerRect()));
     TellParts();
 }
 
 PaintedPart CColorCircle::Part(int iPart) const {
     switch (iPart) {
-        case 0:
-            return {tr("Color on or off"), QAccessible::CheckBox, m_switchRect, {}, CheckState(m_bOn)};
-        case 1:
-            return {
-                tr("Levels of the color"), QAccessible::Button, m_slidersRect, {}, CheckState(m_bSliders)};
+        case OnOff:
+            return {tr("Color on or off"), QAccessible::CheckBox, {}, CheckState(m_bOn)};
+        case Sliders:
+            return {tr("Levels of the color"), QAccessible::Button, {}, CheckState(m_bSliders)};
         default:
-            return {tr("Commands, dimmer and speed"),
-                    QAccessible::Button,
-                    m_commandsRect,
-                    {},
-                    CheckState(!m_bSliders)};
+            return {tr("Commands, dimmer and speed"), QAccessible::Button, {}, CheckState(!m_bSliders)};
     }
+}
+
+QRect CColorCircle::PartRect(int iPart) const {
+    static constexpr std::array<QRect, Buttons> rects{
+        QRect(QPoint(10, 10), QPoint(79, 35)), QRect(QPoint(10, Size - 46), QPoint(69, Size - 12)),
+        QRect(QPoint(Size - 71, Size - 46), QPoint(Size - 12, Size - 12))};
+    return rects.at(static_cast<std::size_t>(iPart));
 }
 
 PaintedPart CColorCircle::Whole() const {
     const QString sColor = tr("red %1, green %2, blue %3").arg(m_rgb.red).arg(m_rgb.green).arg(m_rgb.blue);
-    return {{}, QAccessible::ColorChooser, {}, sColor};
-}
-
-bool CColorCircle::event(QEvent* event) {
-    LetGoIfCutOff(event);
-    return ShowToolTip(event) || QWidget::event(event);
+    return {{}, QAccessible::ColorChooser, sColor};
 }
 
 void CColorCircle::mousePressEvent(QMouseEvent* event) {
     emit mousePressed();
-    m_bPressed = true;
-    m_bTracking = false;
-    const QPoint position = event->pos();
-    if (m_switchRect.contains(position)) {
+    const int iPart = PartAt(event->pos());
+    m_bPressed = iPart < 0 && InCircle(event->pos());
+    if (iPart == OnOff) {
         SwitchState(true);
-    } else if (m_slidersRect.contains(position) || m_commandsRect.contains(position)) {
+    } else if (iPart >= 0) {
         m_bSliders = !m_bSliders;
         ShowParts();
         emit modePressed();
-    } else if (m_wheelRect.contains(position)) {
-        m_bTracking = InCircle(position);
-        TrackPoint(position);
     }
+    TrackPoint(event->pos());
 }
 
 void CColorCircle::mouseReleaseEvent(QMouseEvent*) {
@@ -158,9 +151,7 @@ void CColorCircle::mouseReleaseEvent(QMouseEvent*) {
 }
 
 void CColorCircle::mouseMoveEvent(QMouseEvent* event) {
-    if (m_bPressed) {
-        TrackPoint(event->pos());
-    }
+    TrackPoint(event->pos());
 }
 
 void CColorCircle::paintEvent(QPaintEvent* event) {
@@ -176,26 +167,20 @@ void CColorCircle::paintEvent(QPaintEvent* event) {
     const QRegion& asked = event->region();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.drawPixmap(m_wheelRect.topLeft(), wheel);
-    if (asked.intersects(m_switchRect)) {
-        painter.drawPixmap(m_switchRect.topLeft(), m_bOn ? switchOn : switchOff);
+    painter.drawPixmap(Centre - QPoint(Radius, Radius), wheel);
+    const std::array<const QPixmap*, Buttons> shown{m_bOn ? &switchOn : &switchOff,
+                                                    m_bSliders ? &slidersSel : &sliders,
+                                                    m_bSliders ? &commands : &commandsSel};
+    for (int i = 0; i < Buttons; ++i) {
+        if (asked.intersects(PartRect(i))) {
+            painter.drawPixmap(PartRect(i).topLeft(), *shown.at(static_cast<std::size_t>(i)));
+        }
     }
     painter.setPen(QColor(50, 50, 50));
     painter.setBrush(GetColor());
-    if (asked.intersects(m_previewRect.adjusted(-1, -1, 1, 1))) {
-        painter.drawEllipse(m_previewRect);
+    for (const QRect& disc : {PreviewRect, MarkerRect()}) {
+        if (asked.intersects(Outlined(disc))) {
+            painter.drawEllipse(disc);
+        }
     }
-    if (asked.intersects(m_slidersRect)) {
-        painter.drawPixmap(m_slidersRect.topLeft(), m_bSliders ? slidersSel : sliders);
-    }
-    if (asked.intersects(m_commandsRect)) {
-        painter.drawPixmap(m_commandsRect.topLeft(), m_bSliders ? commands : commandsSel);
-    }
-    if (asked.intersects(MarkerRect().adjusted(-1, -1, 1, 1))) {
-        painter.drawEllipse(MarkerRect());
-    }
-}
-
-void CColorCircle::resizeEvent(QResizeEvent*) {
-    UpdateRects();
 }

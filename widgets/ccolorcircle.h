@@ -1,16 +1,15 @@
 #pragma once
 
 #include "widgets/colorarithmetic.h"
-#include "widgets/paintedparts.h"
+#include "widgets/paintedwidget.h"
 
 #include <QRect>
-#include <QWidget>
 
 class CSliderCtrl;
 
 /// The colour wheel: hue is the angle, saturation the distance from the centre. Around it a switch for the
 /// colour, a preview and the two buttons that choose what stands beside the wheel.
-class CColorCircle : public QWidget, public PaintedParts {
+class CColorCircle : public PaintedWidget {
     Q_OBJECT
 
 signals:
@@ -27,8 +26,6 @@ public:
     /// The three controls, owned elsewhere, follow the wheel.
     CColorCircle(CSliderCtrl* pRed, CSliderCtrl* pGreen, CSliderCtrl* pBlue, QWidget* parent);
 
-    /// Lays the areas out.
-    void UpdateRects();
     /// Moves the marker to the current colour.
     void ComputeRects();
     bool InCircle(const QPoint& point) const;
@@ -45,27 +42,24 @@ public:
     QColor GetColor() const { return {m_rgb.red, m_rgb.green, m_rgb.blue}; }
     int Value() const { return m_hsv.value; }
     bool IsOn() const { return m_bOn; }
+    /// A press that began on the wheel goes on: moves pick.
     bool IsPressed() const { return m_bPressed; }
 
-    QPoint Centre() const { return m_centre; }
     QPoint Marker() const { return m_marker; }
-    QRect SwitchRect() const { return m_switchRect; }
-    QRect PreviewRect() const { return m_previewRect; }
-    QRect SlidersRect() const { return m_slidersRect; }
-    QRect CommandsRect() const { return m_commandsRect; }
 
-    int PartCount() const override { return 3; }
+    enum Button { OnOff, Sliders, Commands, Buttons };
+
+    int PartCount() const override { return Buttons; }
     PaintedPart Part(int iPart) const override;
+    QRect PartRect(int iPart) const override;
     PaintedPart Whole() const override;
 
 protected:
-    bool event(QEvent* event) override;
     void LetGo() override { m_bPressed = false; }
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void SetRGBValues(bool bQuiet);
@@ -73,19 +67,10 @@ private:
     QRect MarkerRect() const;
     void UpdateShown();
 
-    static constexpr int Radius = 190;
-
-    bool m_bTracking = false;  ///< the press began on the wheel: moves pick
     bool m_bPressed = false;
     bool m_bSliders = true;  ///< the sliders stand beside the wheel, else the commands
     int m_nBrightness = 255;
-    QPoint m_centre;
     QPoint m_marker;
-    QRect m_wheelRect;
-    QRect m_switchRect;
-    QRect m_previewRect;
-    QRect m_slidersRect;
-    QRect m_commandsRect;
     CSliderCtrl* m_pRed;
     CSliderCtrl* m_pGreen;
     CSliderCtrl* m_pBlue;

@@ -19,7 +19,7 @@ std::array<QPixmap, CCommandWnd::Buttons> ButtonPictures(const QString& sSuffix)
 
 }  // namespace
 
-CCommandWnd::CCommandWnd(QWidget* parent) : QWidget(parent), PaintedParts(this) {
+CCommandWnd::CCommandWnd(QWidget* parent) : PaintedWidget(parent) {
     setFixedSize(110, 320);
     setAccessibleName(tr("Commands"));
 }
@@ -34,20 +34,11 @@ void CCommandWnd::ReleaseCommands() {
     ShowParts();
 }
 
-QRect CCommandWnd::ButtonRect(int iButton) {
-    return {QPoint(25, 10 + 80 * iButton), QSize(60, 60)};
-}
-
 PaintedPart CCommandWnd::Part(int iPart) const {
     const auto i = static_cast<std::size_t>(iPart);
     const std::array<QString, Buttons> names{tr("White"), tr("Black"), tr("Next"), tr("Pause")};
     const auto role = iPart == Next ? QAccessible::Button : QAccessible::CheckBox;
-    return {names.at(i), role, ButtonRect(iPart), {}, CheckState(m_on.at(i))};
-}
-
-bool CCommandWnd::event(QEvent* event) {
-    LetGoIfCutOff(event);
-    return ShowToolTip(event) || QWidget::event(event);
+    return {names.at(i), role, {}, CheckState(m_on.at(i))};
 }
 
 void CCommandWnd::mousePressEvent(QMouseEvent* event) {
@@ -94,7 +85,7 @@ void CCommandWnd::paintEvent(QPaintEvent*) {
     static const auto onPictures = ButtonPictures("Sel");
     QPainter painter(this);
     for (std::size_t i = 0; i < m_on.size(); ++i) {
-        painter.drawPixmap(ButtonRect(static_cast<int>(i)).topLeft(),
+        painter.drawPixmap(PartRect(static_cast<int>(i)).topLeft(),
                            (m_on.at(i) ? onPictures : offPictures).at(i));
     }
 }

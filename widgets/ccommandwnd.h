@@ -1,9 +1,8 @@
 #pragma once
 
-#include "widgets/paintedparts.h"
+#include "widgets/paintedwidget.h"
 
 #include <QRect>
-#include <QWidget>
 
 #include <array>
 
@@ -11,7 +10,7 @@ struct Command;
 
 /// The buttons white, black, next and pause. White and black exclude each other; next is lit only while it is
 /// held.
-class CCommandWnd : public QWidget, public PaintedParts {
+class CCommandWnd : public PaintedWidget {
     Q_OBJECT
 
 signals:
@@ -33,13 +32,12 @@ public:
     void ReleaseCommands();
 
     bool IsOn(Button button) const { return m_on.at(button); }
-    static QRect ButtonRect(int iButton);
 
     int PartCount() const override { return Buttons; }
     PaintedPart Part(int iPart) const override;
+    QRect PartRect(int iPart) const override { return {QPoint(25, 10 + 80 * iPart), QSize(60, 60)}; }
 
 protected:
-    bool event(QEvent* event) override;
     void LetGo() override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;

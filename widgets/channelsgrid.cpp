@@ -11,8 +11,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 
-ChannelsGrid::ChannelsGrid(QWidget* parent)
-    : QWidget(parent), PaintedParts(this), m_pEditor(new CChannelSlider(this)) {
+ChannelsGrid::ChannelsGrid(QWidget* parent) : PaintedWidget(parent), m_pEditor(new CChannelSlider(this)) {
     setAccessibleName(tr("Channels"));
     connect(m_pEditor, &CChannelSlider::ok, this, &ChannelsGrid::OnSliderOk);
     connect(m_pEditor, &CChannelSlider::off, this, &ChannelsGrid::OnSliderOff);
@@ -22,15 +21,15 @@ ChannelsGrid::ChannelsGrid(QWidget* parent)
 void ChannelsGrid::UpdateRects() {
     const int nW = width();
     const int nGroup = (nW - 140) / 2;
-    m_univLessRect = QRect(QPoint(nGroup + 10, 10), QPoint(nGroup + 41, 41));
-    m_univBoxRect = QRect(QPoint(nGroup + 42, 10), QPoint(nGroup + 97, 41));
-    m_univPlusRect = QRect(QPoint(nW - 43 - nGroup, 10), QPoint(nW - 12 - nGroup, 41));
-    m_leftRect = QRect(QPoint(10, 10), QPoint(41, 41));
-    m_rightRect = QRect(QPoint(nW - 43, 10), QPoint(nW - 12, 41));
+    m_rects[LeftArrow] = QRect(QPoint(10, 10), QPoint(41, 41));
+    m_rects[UnivLess] = QRect(QPoint(nGroup + 10, 10), QPoint(nGroup + 41, 41));
+    m_rects[UnivBox] = QRect(QPoint(nGroup + 42, 10), QPoint(nGroup + 97, 41));
+    m_rects[UnivPlus] = QRect(QPoint(nW - 43 - nGroup, 10), QPoint(nW - 12 - nGroup, 41));
+    m_rects[RightArrow] = QRect(QPoint(nW - 43, 10), QPoint(nW - 12, 41));
     const QSize cell(nW / Columns, (height() - 52) / Rows);
     for (int i = 0; i < Cells; ++i) {
         const QPoint corner(1 + i % Columns * cell.width(), 53 + i / Columns * cell.height());
-        m_cells.at(static_cast<std::size_t>(i)) = QRect(corner, cell);
+        m_rects.at(static_cast<std::size_t>(BarParts + i)) = QRect(corner, cell);
     }
 }
 
@@ -91,25 +90,23 @@ void ChannelsGrid::mousePressEvent(QMouseEvent* event) {
     if (m_pEditor->isVisible()) {
         return;
     }
-    const QPoint position = event->pos();
-    for (int i = 0; i < Cells; ++i) {
-        if (CellRect(i).contains(position)) {
-            OpenEditor(i);
-            return;
-        }
+    const int iPart = PartAt(event->pos());
+    if (iPart >= BarParts) {
+        OpenEditor(iPart - BarParts);
+    } else {
+        PressBar(iPart);
     }
-    PressBar(position);
 }
 
 /// Pages and universes go round.
-void ChannelsGrid::PressBar(const QPoint& position) {
-    if (m_leftRect.contains(position)) {
+void ChannelsGrid::PressBar(int iPart) {
+    if (iPart == LeftArrow) {
         m_nFirstChannel = m_nFirstChannel < 2 ? Universes::Channels - Cells + 1 : m_nFirstChannel - Cells;
-    } else if (m_rightRect.contains(position)) {
+    } else if (iPart == RightArrow) {
         m_nFirstChannel = m_nFirstChannel > Universes::Channels - Cells ? 1 : m_nFirstChannel + Cells;
-    } else if (m_univLessRect.contains(position)) {
+    } else if (iPart == UnivLess) {
         m_nUniverse = m_nUniverse < 1 ? Universes::Count - 1 : m_nUniverse - 1;
-    } else if (m_univPlusRect.contains(position)) {
+    } else if (iPart == UnivPlus) {
         m_nUniverse = m_nUniverse > Universes::Count - 2 ? 0 : m_nUniverse + 1;
     } else {
         return;
@@ -126,19 +123,19 @@ void ChannelsGrid::OpenEditor(int iCell) {
 }
 
 PaintedPart ChannelsGrid::Part(int iPart) const {
-    const std::array<PaintedPart, BarParts> bar{{
-        {tr("Previous channels"), QAccessible::Button, m_leftRect},
-        {tr("Previous universe"), QAccessible::Button, m_univLessRect},
-        {tr("Universe %1").arg(m_nUniverse + 1), QAccessible::StaticText, m_univBoxRect},
-        {tr("Next universe"), QAccessible::Button, m_univPlusRect},
-        {tr("Next channels"), QAccessible::Button, m_rightRect},
-    }};
     const int iCell = iPart - BarParts;
-    PaintedPart part = iCell < 0
-                           ? bar.at(static_cast<std::size_t>(iPart))
-                           : PaintedPart{tr("Channel %1").arg(m_nFirstChannel + iCell), QAccessible::Button,
-                                         CellRect(iCell) & rect(), LevelText(iCell)};
-    part.state.checked = iCell >= 0 && m_universes.states.at(TableIndex(iCell));
+    PaintedPart part;
+    if (iCell >= 0) {
+        part.name = tr("Channel %1").arg(m_nFirstChannel + iCell);
+        part.value = LevelText(iCell);
+        part.state.checked = m_universes.states.at(TableIndex(iCell));
+    } else {
+        const std::array<QString, BarParts> names{tr("Previous channels"), tr("Previous universe"),
+                                                  tr("Universe %1").arg(m_nUniverse + 1), tr("Next universe"),
+                                                  tr("Next channels")};
+        part.name = names.at(static_cast<std::size_t>(iPart));
+        part.role = iPart == UnivBox ? QAccessible::StaticText : QAccessible::Button;
+    }
     part.state.disabled = !m_pEditor->isHidden();
     return part;
 }
@@ -153,22 +150,19 @@ QString ChannelsGrid::LevelText(int iCell) const {
 }
 
 void ChannelsGrid::paintEvent(QPaintEvent* event) {
-    static const QPixmap left = artwork::Picture(":/Corvane/Images/Left.png");
-    static const QPixmap right = artwork::Picture(":/Corvane/Images/Right.png");
-    static const QPixmap less = artwork::Picture(":/Corvane/Images/Less.png");
-    static const QPixmap plus = artwork::Picture(":/Corvane/Images/Plus.png");
-    static const QPixmap univBox = artwork::Picture(":/Corvane/Images/UnivBox.png");
+    static const std::array<QPixmap, BarParts> bar{
+        artwork::Picture(":/Corvane/Images/Left.png"), artwork::Picture(":/Corvane/Images/Less.png"),
+        artwork::Picture(":/Corvane/Images/UnivBox.png"), artwork::Picture(":/Corvane/Images/Plus.png"),
+        artwork::Picture(":/Corvane/Images/Right.png")};
     static const QFont universeFont = fonts::Bold("Arial", 10);
 
     QPainter painter(this);
-    painter.drawPixmap(m_leftRect.topLeft(), left);
-    painter.drawPixmap(m_univLessRect.topLeft(), less);
-    painter.drawPixmap(m_univBoxRect.topLeft(), univBox);
-    painter.drawPixmap(m_univPlusRect.topLeft(), plus);
-    painter.drawPixmap(m_rightRect.topLeft(), right);
+    for (int i = 0; i < BarParts; ++i) {
+        painter.drawPixmap(PartRect(i).topLeft(), bar.at(static_cast<std::size_t>(i)));
+    }
     painter.setFont(universeFont);
     painter.setPen(Qt::white);
-    painter.drawText(m_univBoxRect.adjusted(20, 0, 0, 0), Qt::AlignCenter,
+    painter.drawText(PartRect(UnivBox).adjusted(20, 0, 0, 0), Qt::AlignCenter,
                      QString("%1").arg(m_nUniverse + 1));
     for (int i = 0; i < Cells; ++i) {
         if (event->region().intersects(WithOutline(CellRect(i)))) {

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "device/universes.h"
-#include "widgets/paintedparts.h"
+#include "widgets/paintedwidget.h"
 
 #include <QRect>
-#include <QWidget>
 
 #include <array>
 
@@ -16,7 +15,7 @@ struct DmxChan;
 /// opens its editor, and until that closes the grid ignores presses.
 ///
 /// It holds the levels and hold flags of all universes. What the server reports is shown and told to no one.
-class ChannelsGrid : public QWidget, public PaintedParts {
+class ChannelsGrid : public PaintedWidget {
     Q_OBJECT
 
 signals:
@@ -52,31 +51,31 @@ public:
     int SelectedChannel() const;
     CChannelSlider* Editor() const { return m_pEditor; }
 
-    QRect UnivLessRect() const { return m_univLessRect; }
-    QRect UnivPlusRect() const { return m_univPlusRect; }
-    QRect LeftRect() const { return m_leftRect; }
-    QRect RightRect() const { return m_rightRect; }
-    QRect CellRect(int iCell) const { return m_cells.at(static_cast<std::size_t>(iCell)); }
+    /// What stands above the cells, from left to right; the cells follow.
+    enum BarPart { LeftArrow, UnivLess, UnivBox, UnivPlus, RightArrow, BarParts };
+
+    QRect CellRect(int iCell) const { return PartRect(BarParts + iCell); }
 
     int PartCount() const override { return BarParts + Cells; }
     PaintedPart Part(int iPart) const override;
+    QRect PartRect(int iPart) const override { return m_rects.at(static_cast<std::size_t>(iPart)); }
 
 public slots:
     void OnSliderOk(int nLevel);
     void OnSliderOff();
 
 protected:
+    /// A cell says all of itself.
+    QString PartTip(int iPart) const override { return iPart < BarParts ? Part(iPart).name : QString(); }
     void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    static constexpr int BarParts = 5;  ///< painted above the cells
-
     /// Users count channels from 1, tables and messages from 0.
     static constexpr int IndexOf(int nNumber) { return nNumber - 1; }
 
-    void PressBar(const QPoint& position);
+    void PressBar(int iPart);
     void OpenEditor(int iCell);
     void CloseEditor(bool bState);
     void PaintCell(QPainter& painter, int iCell) const;
@@ -85,12 +84,7 @@ private:
 
     int m_nUniverse = 0;
     int m_nFirstChannel = 1;  ///< number of the first cell's channel
-    QRect m_univLessRect;
-    QRect m_univPlusRect;
-    QRect m_leftRect;
-    QRect m_rightRect;
-    QRect m_univBoxRect;
     Universes m_universes;
-    std::array<QRect, Cells> m_cells;
+    std::array<QRect, BarParts + Cells> m_rects;
     CChannelSlider* m_pEditor;
 };

@@ -18,6 +18,7 @@ RGBColor HSVColor::toRGB() const {
     const double c = saturation * value / 255.0;
     const double m = value - c;
     const double sixth = hue / 60.0;
+    // The first sector and the fifth are one degree wider than the others: so it is on every remote there is.
     if (hue <= 60) {
         return {value, Trunc(sixth * c + m), Trunc(m)};
     }
@@ -68,6 +69,12 @@ double AngleFromPoint(const QPoint& point, const QPoint& centre) {
     const int nY = centre.y() - point.y();
     const int nX = point.x() - centre.x();
     return nX == 0 && nY == 0 ? 0.0 : std::atan2(nY, nX);
+}
+
+HSVColor HSVFromPoint(const QPoint& point, const QPoint& centre, int nRadius) {
+    const int nDegrees = Trunc(AngleFromPoint(point, centre) * 180.0 / Pi);
+    const int nSaturation = Trunc(Distance(point, centre) * 255.0 / nRadius);
+    return {nDegrees < 0 ? nDegrees + 360 : nDegrees, std::min(255, nSaturation), 255};
 }
 
 QPoint PtFromAngle(double angle, double scale, int nLength, const QPoint& centre) {

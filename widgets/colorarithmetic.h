@@ -37,6 +37,9 @@ int Distance(const QPoint& a, const QPoint& b);
 /// for the centre itself.
 double AngleFromPoint(const QPoint& point, const QPoint& centre);
 
+/// What a point of a wheel stands for, beyond its rim fully saturated and everywhere at full value.
+HSVColor HSVFromPoint(const QPoint& point, const QPoint& centre, int nRadius);
+
 /// The point at an angle in degrees and at scale / 255 of a length from the centre.
 QPoint PtFromAngle(double angle, double scale, int nLength, const QPoint& centre);
 

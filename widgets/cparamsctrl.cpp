@@ -4,8 +4,8 @@
 #include "widgets/artwork.h"
 #include "widgets/cswitchctrl.h"
 #include "widgets/cswitchiconctrl.h"
+#include "widgets/serverlist.h"
 
-#include <QComboBox>
 #include <QCommandLinkButton>
 #include <QDesktopServices>
 #include <QHBoxLayout>
@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -84,7 +85,7 @@ CParamsCtrl::CParamsCtrl(const CIniFile& settings, const QString& sIp,
 }
 
 QHBoxLayout* CParamsCtrl::ServerRow() {
-    m_pServers = new QComboBox;
+    m_pServers = new ServerList;
     Describe(m_pServers, tr("Server"));
     connect(m_pServers, qOverload<int>(&QComboBox::currentIndexChanged), this, &CParamsCtrl::OnSerialChanged);
     // The entry that was selected already is a choice, too.
@@ -172,19 +173,14 @@ CSwitchIconCtrl* CParamsCtrl::Switch(const QString& sPicture, const QString& sPu
 }
 
 void CParamsCtrl::AddSerial(const QString& sSerial, const QString& sAddress) {
-    const int iPlace = m_servers.Add(sSerial, sAddress);
-    if (iPlace < 0) {
+    const QScopedValueRollback<bool> filling(m_bFilling, true);
+    if (!m_pServers->Add(sSerial, sAddress) || m_bChosen) {
         return;
     }
-    m_bFilling = true;
-    if (sSerial.isEmpty() && !m_bChosen) {
+    if (sSerial.isEmpty()) {
         SetIp(sAddress);
     }
-    m_pServers->insertItem(iPlace, m_servers.Labels()[iPlace]);
-    if (!m_bChosen) {
-        m_pServers->setCurrentIndex(0);
-    }
-    m_bFilling = false;
+    m_pServers->setCurrentIndex(0);
 }
 
 void CParamsCtrl::SetIp(QString sAddress) {
@@ -210,10 +206,7 @@ QString CParamsCtrl::GetIp() const {
 }
 
 void CParamsCtrl::UpdateIp() {
-    const int iCurrent = m_pServers->currentIndex();
-    if (iCurrent >= 0 && iCurrent < m_servers.Addresses().size()) {
-        SetIp(m_servers.Addresses()[iCurrent]);
-    }
+    SetIp(m_pServers->Address(m_pServers->currentIndex()));
 }
 
 QString CParamsCtrl::GetPassWord() const {
@@ -246,11 +239,11 @@ void CParamsCtrl::SetCtrlsVisible(bool bVisible) {
 }
 
 void CParamsCtrl::OnSerialChanged(int iIndex) {
-    if (m_bFilling || iIndex < 0 || iIndex >= m_servers.Addresses().size()) {
+    if (m_bFilling || m_pServers->Address(iIndex).isEmpty()) {
         return;
     }
     m_bChosen = true;
-    SetIp(m_servers.Addresses()[iIndex]);
+    SetIp(m_pServers->Address(iIndex));
     emit refresh();
 }
 

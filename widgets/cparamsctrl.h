@@ -1,7 +1,5 @@
 #pragma once
 
-#include "widgets/serverlist.h"
-
 #include <QString>
 #include <QWidget>
 
@@ -11,11 +9,11 @@
 class CIniFile;
 class CSwitchCtrl;
 class CSwitchIconCtrl;
-class QComboBox;
 class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class ServerList;
 
 /// Web addresses of the mobile applications.
 struct StoreLinks {
@@ -49,7 +47,7 @@ public:
     /// Lists a server that answered. Until the user has chosen one, the first of the list is selected; the
     /// choice stays whoever answers later. A known address, or one too many (ServerList), changes nothing.
     void AddSerial(const QString& sSerial, const QString& sAddress);
-    const ServerList& Servers() const { return m_servers; }
+    const ServerList& Servers() const { return *m_pServers; }
 
     /// Shows an address a.b.c.d. One with fewer parts leaves the last fields as they are, none leaves all.
     void SetIp(QString sAddress);
@@ -97,9 +95,8 @@ private:
     bool m_bChosen = false;   ///< the user has chosen a server of the list
     bool m_bLocked;
     QString m_sStoredPassword;
-    ServerList m_servers;
     std::optional<StoreLinks> m_stores;
-    QComboBox* m_pServers;
+    ServerList* m_pServers;
     QLabel* m_pIpLabel;
     std::array<QLineEdit*, 4> m_fields{};
     std::array<QLabel*, 3> m_dots{};

@@ -25,18 +25,17 @@ constexpr int Columns = 2;
 constexpr int MaxRenamed = 1000;
 constexpr int MaxSpoken = 256;
 
-/// The area of tile `i` in a list `nWidth` pixels wide.
-QRect TileRect(int i, int nWidth) {
-    const int nHalf = nWidth / 2;
-    const int nTop = RowHeight * (i / Columns);
-    const int nLeft = i % Columns == 0 ? 0 : nHalf - 1;
-    return QRect(QPoint(nLeft, nTop), QPoint(nLeft + nHalf - 2, nTop + RowHeight - 1));
+QFont NameFont() {
+    return fonts::Bold("Arial", 14);
+}
+
+QRect NameRect(const QRect& tile) {
+    return {tile.topLeft() + QPoint(60, 0), tile.bottomRight() - QPoint(40, 0)};
 }
 
 }  // namespace
 
-CSceneList::CSceneList(bool bScenes, QWidget* parent)
-    : QWidget(parent), PaintedParts(this), m_bScenes(bScenes) {
+CSceneList::CSceneList(bool bScenes, QWidget* parent) : PaintedWidget(parent), m_bScenes(bScenes) {
     setAccessibleName(bScenes ? tr("Scenes") : tr("Programs"));
 }
 
@@ -77,16 +76,16 @@ void CSceneList::Update(const QList<Scene>& scenes, const CIniFile& settings) {
 }
 
 void CSceneList::Update(const Scene& scene, bool bExclusive) {
-    SceneItem* pItem = FindItem(scene.id);
-    if (pItem == nullptr) {
+    const int iItem = m_firstOfId.value(scene.id, -1);
+    if (iItem < 0) {
         return;
     }
     if (bExclusive) {
-        Switch(*pItem, scene.state);
-        Exclude(*pItem);
+        Switch(iItem, scene.state);
+        Exclude(iItem);
         TellParts();
     } else {
-        pItem->state = scene.state;
+        m_items[iItem].state = scene.state;
     }
 }
 
@@ -96,11 +95,17 @@ void CSceneList::ResetState() {
     }
 }
 
-void CSceneList::UpdateRects() {
-    for (int i = 0; i < m_items.size(); ++i) {
-        m_items[i].rect = TileRect(i, width());
+void CSceneList::ShowRunning(const QList<Scene>& running) {
+    ResetState();
+    for (Scene scene : running) {
+        scene.state = true;
+        Update(scene, false);
     }
-    setMinimumHeight(m_items.isEmpty() ? 0 : m_items.last().rect.bottom());
+    ShowParts();
+}
+
+void CSceneList::UpdateRects() {
+    setMinimumHeight(m_items.isEmpty() ? 0 : PartRect(PartCount() - 1).bottom());
     update();
 }
 
@@ -111,7 +116,7 @@ void CSceneList::SetSceneIcon(const QString& sIcon) {
     }
     pItem->icon = sIcon;
     pItem->pixmap = artwork::Picture(sIcon);
-    Repaint(*pItem);
+    Repaint(m_iContext);
     emit iconChanged(pItem->id, sIcon);
 }
 
@@ -130,7 +135,7 @@ void CSceneList::OnRename() {
         return;
     }
     pItem->name = sName;
-    Repaint(*pItem);
+    Repaint(m_iContext);
     TellParts();
     emit nameChanged(pItem->id, sName);
 }
@@ -146,7 +151,7 @@ void CSceneList::OnColor() {
         return;
     }
     pItem->color = color;
-    Repaint(*pItem);
+    Repaint(m_iContext);
     emit colorChanged(pItem->id, color);
 }
 
@@ -171,8 +176,22 @@ void CSceneList::OnIcon5() {
 
 PaintedPart CSceneList::Part(int iPart) const {
     const SceneItem& item = m_items[iPart];
-    return {item.name.isEmpty() ? Number(item) : item.name.left(MaxSpoken), QAccessible::CheckBox, item.rect,
+    return {item.name.isEmpty() ? Number(item) : item.name.left(MaxSpoken), QAccessible::CheckBox,
             Number(item), CheckState(item.state)};
+}
+
+QRect CSceneList::PartRect(int iPart) const {
+    const int nHalf = width() / 2;
+    const int nTop = RowHeight * (iPart / Columns);
+    const int nLeft = iPart % Columns == 0 ? 0 : nHalf - 1;
+    return {QPoint(nLeft, nTop), QPoint(nLeft + nHalf - 2, nTop + RowHeight - 1)};
+}
+
+QString CSceneList::PartTip(int iPart) const {
+    const int nWidth = NameRect(PartRect(iPart)).width();
+    const QString& sName = m_items[iPart].name;
+    const bool bCut = QFontMetrics(NameFont()).horizontalAdvance(sName.left(nWidth)) > nWidth;
+    return bCut ? sName.left(MaxSpoken) : QString();
 }
 
 QString CSceneList::Number(const SceneItem& item) {
@@ -186,8 +205,8 @@ void CSceneList::paintEvent(QPaintEvent* event) {
     const int nLastRow = event->rect().bottom() / RowHeight;
     const int nEnd = std::min(PartCount(), (nLastRow + 1) * Columns);
     for (int i = nFirstRow * Columns; i < nEnd; ++i) {
-        if (event->region().intersects(WithOutline(m_items[i].rect))) {
-            PaintItem(painter, m_items[i]);
+        if (event->region().intersects(WithOutline(PartRect(i)))) {
+            PaintItem(painter, i);
         }
     }
 }
@@ -198,45 +217,45 @@ void CSceneList::resizeEvent(QResizeEvent*) {
 
 void CSceneList::mousePressEvent(QMouseEvent* event) {
     emit mousePressed();
-    const QPoint position = event->pos();
-    const auto hit = std::find_if(m_items.begin(), m_items.end(), [&position](const SceneItem& item) {
-        return item.rect.contains(position);
-    });
-    if (hit == m_items.end()) {
+    const int iItem = PartAt(event->pos());
+    if (iItem < 0) {
         return;
     }
     if (event->button() == Qt::RightButton) {
-        m_iContext = static_cast<int>(hit - m_items.begin());
+        m_iContext = iItem;
         OpenMenu(qtversions::GlobalPosition(*event));
         return;
     }
-    Switch(*hit, !hit->state);
-    Exclude(*hit);
+    Switch(iItem, !m_items[iItem].state);
+    Exclude(iItem);
     TellParts();
-    emit stateChanged(hit->group, hit->id, hit->state);
+    const SceneItem& item = m_items[iItem];
+    emit stateChanged(item.group, item.id, item.state);
 }
 
-void CSceneList::PaintItem(QPainter& painter, const SceneItem& item) const {
+void CSceneList::PaintItem(QPainter& painter, int iItem) const {
     static const QColor outlineColor(180, 180, 180);
     static const QPen selectedPen(Qt::white);
     static const QColor sceneColor(100, 160, 255);
     static const QColor programColor(Qt::green);
-    static const QFont nameFont = fonts::Bold("Arial", 14);
+    static const QFont nameFont = NameFont();
     static const QFontMetrics nameMetrics(nameFont);
     static const QFont idFont = fonts::Bold("Comic", 12);
     static const QPixmap checkBox = artwork::Picture(":/Corvane/Images/CheckBox.png");
     static const QPixmap checkBoxSel = artwork::Picture(":/Corvane/Images/CheckBoxSel.png");
 
-    const QPoint topLeft = item.rect.topLeft();
-    const QPoint bottomRight = item.rect.bottomRight();
+    const SceneItem& item = m_items[iItem];
+    const QRect tile = PartRect(iItem);
+    const QPoint topLeft = tile.topLeft();
+    const QPoint bottomRight = tile.bottomRight();
     const QColor& onColor = m_bScenes ? sceneColor : programColor;
 
-    PaintOutline(painter, item.rect, outlineColor);
+    PaintOutline(painter, tile, outlineColor);
     if (item.state) {
         painter.fillRect(QRect(topLeft + QPoint(1, 1), bottomRight), onColor);
     }
 
-    const QRect nameRect(topLeft + QPoint(60, 0), bottomRight - QPoint(40, 0));
+    const QRect nameRect = NameRect(tile);
     painter.setPen(item.state ? selectedPen : QPen(item.color));
     painter.setFont(nameFont);
     // No letter is narrower than a pixel: what follows these cannot be seen, and laying it out takes long.
@@ -252,42 +271,41 @@ void CSceneList::PaintItem(QPainter& painter, const SceneItem& item) const {
     painter.setFont(fonts::Fitting(idFont, sId, idRect.width()));
     painter.drawText(idRect, Qt::AlignCenter, sId);
 
-    PaintIcon(painter, item);
+    PaintIcon(painter, item.pixmap, topLeft + QPoint(10, 0));
 }
 
-void CSceneList::PaintIcon(QPainter& painter, const SceneItem& item) const {
+void CSceneList::PaintIcon(QPainter& painter, const QPixmap& pixmap, const QPoint& corner) {
     constexpr int nShown = 40;
-    const QSize size = artwork::LogicalSize(item.pixmap);
-    const QPoint corner = item.rect.topLeft() + QPoint(10, 0);
+    const QSize size = artwork::LogicalSize(pixmap);
     if (size.height() > nShown) {
         const QSize shown(size.width() * nShown / size.height(), nShown);
-        painter.drawPixmap(QRect(corner + QPoint(0, 6), shown), item.pixmap);
+        painter.drawPixmap(QRect(corner + QPoint(0, 6), shown), pixmap);
     } else {
-        painter.drawPixmap(corner + QPoint(0, (RowHeight - size.height()) / 2), item.pixmap);
+        painter.drawPixmap(corner + QPoint(0, (RowHeight - size.height()) / 2), pixmap);
     }
 }
 
 /// Switches off whatever a scene that runs excludes.
-void CSceneList::Exclude(const SceneItem& item) {
-    if (!m_bScenes || !item.state) {
+void CSceneList::Exclude(int iItem) {
+    if (!m_bScenes || !m_items[iItem].state) {
         return;
     }
-    for (SceneItem& other : m_items) {
-        if (&other != &item && other.group == item.group) {
-            Switch(other, false);
+    for (int i = 0; i < PartCount(); ++i) {
+        if (i != iItem && m_items[i].group == m_items[iItem].group) {
+            Switch(i, false);
         }
     }
 }
 
-void CSceneList::Switch(SceneItem& item, bool bState) {
-    if (item.state != bState) {
-        item.state = bState;
-        Repaint(item);
+void CSceneList::Switch(int iItem, bool bState) {
+    if (m_items[iItem].state != bState) {
+        m_items[iItem].state = bState;
+        Repaint(iItem);
     }
 }
 
-void CSceneList::Repaint(const SceneItem& item) {
-    update(WithOutline(item.rect));
+void CSceneList::Repaint(int iItem) {
+    update(WithOutline(PartRect(iItem)));
 }
 
 void CSceneList::OpenMenu(const QPoint& position) {
@@ -325,9 +343,4 @@ void CSceneList::ChooseIcon(const QStringList& icons) {
 
 CSceneList::SceneItem* CSceneList::ContextItem() {
     return m_iContext >= 0 && m_iContext < m_items.size() ? &m_items[m_iContext] : nullptr;
-}
-
-CSceneList::SceneItem* CSceneList::FindItem(int nId) {
-    const auto first = m_firstOfId.constFind(nId);
-    return first != m_firstOfId.constEnd() ? &m_items[*first] : nullptr;
 }

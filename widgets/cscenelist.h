@@ -1,7 +1,7 @@
 #pragma once
 
 #include "device/scene.h"
-#include "widgets/paintedparts.h"
+#include "widgets/paintedwidget.h"
 
 #include <QColor>
 #include <QHash>
@@ -11,7 +11,6 @@
 #include <QString>
 #include <QStringList>
 #include <QVector>
-#include <QWidget>
 
 class CIniFile;
 class QMenu;
@@ -22,7 +21,7 @@ class QPainter;
 ///
 /// What the server reports enters through Update() and ResetState() and emits nothing; the signals tell what
 /// the user's hand did.
-class CSceneList : public QWidget, public PaintedParts {
+class CSceneList : public PaintedWidget {
     Q_OBJECT
 
 signals:
@@ -38,7 +37,6 @@ public:
     struct SceneItem {
         QString name;
         QString icon;    ///< resource path
-        QRect rect;      ///< in widget coordinates
         QColor color;    ///< of the name while the tile is off
         QPixmap pixmap;  ///< the icon's picture
         int id = 0;
@@ -57,6 +55,8 @@ public:
     void Update(const Scene& scene, bool bExclusive);
     /// Switches every tile off, without repainting.
     void ResetState();
+    /// Shows what runs: whatever the list leaves out is off.
+    void ShowRunning(const QList<Scene>& running);
     /// Lays the tiles out over the widget's width.
     void UpdateRects();
     /// Gives the tile last right-clicked another icon.
@@ -66,6 +66,7 @@ public:
 
     int PartCount() const override { return static_cast<int>(m_items.size()); }
     PaintedPart Part(int iPart) const override;
+    QRect PartRect(int iPart) const override;
 
 public slots:
     void OnRename();
@@ -78,6 +79,8 @@ public slots:
     void OnIcon5();
 
 protected:
+    /// Of a name that is cut off.
+    QString PartTip(int iPart) const override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -86,16 +89,15 @@ private:
     using Slot = void (CSceneList::*)();
 
     static QString Number(const SceneItem& item);
-    void PaintItem(QPainter& painter, const SceneItem& item) const;
-    void PaintIcon(QPainter& painter, const SceneItem& item) const;
-    void Switch(SceneItem& item, bool bState);
-    void Exclude(const SceneItem& item);
-    void Repaint(const SceneItem& item);
+    void PaintItem(QPainter& painter, int iItem) const;
+    static void PaintIcon(QPainter& painter, const QPixmap& pixmap, const QPoint& corner);
+    void Switch(int iItem, bool bState);
+    void Exclude(int iItem);
+    void Repaint(int iItem);
     void OpenMenu(const QPoint& position);
     void AddIcons(QMenu& menu, const QStringList& icons, Slot slot);
     void ChooseIcon(const QStringList& icons);
     SceneItem* ContextItem();
-    SceneItem* FindItem(int nId);
 
     bool m_bScenes;
     int m_iContext = -1;  ///< tile last right-clicked

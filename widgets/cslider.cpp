@@ -28,7 +28,7 @@ QString ThemeName(eSliderLevelClr color) {
 
 }  // namespace
 
-CSlider::CSlider(eSliderLevelClr color, QWidget* parent) : QWidget(parent), PaintedParts(this) {
+CSlider::CSlider(eSliderLevelClr color, QWidget* parent) : PaintedWidget(parent) {
     setFixedWidth(Width);
     SetLevelColor(color);
 }
@@ -78,12 +78,7 @@ void CSlider::ChooseLevel(int nLevel) {
 /// Goes by the name of the control around it.
 PaintedPart CSlider::Whole() const {
     const QString sName = parentWidget() != nullptr ? parentWidget()->accessibleName() : QString();
-    return {sName, QAccessible::Slider, {}, QString::number(std::clamp(m_nLevel, 0, 255))};
-}
-
-bool CSlider::event(QEvent* event) {
-    LetGoIfCutOff(event);
-    return QWidget::event(event);
+    return {sName, QAccessible::Slider, {}, {}, std::clamp(m_nLevel, 0, 255)};
 }
 
 void CSlider::mousePressEvent(QMouseEvent* event) {

@@ -1,17 +1,16 @@
 #pragma once
 
-#include "widgets/paintedparts.h"
+#include "widgets/paintedwidget.h"
 
 #include <QPixmap>
 #include <QRect>
-#include <QWidget>
 
 /// The colour of a level's fill, caption and button; any other value is grey.
 enum eSliderLevelClr : int { slcGrey = 0, slcRed = 1, slcGreen = 2, slcBlue = 3 };
 
 /// A vertical bar that sets a level from 0 to 255 by pointing and dragging. The track's top is a shade under
 /// full: full is a drag past it, which the grab of the mouse allows.
-class CSlider : public QWidget, public PaintedParts {
+class CSlider : public PaintedWidget {
     Q_OBJECT
 
 signals:
@@ -35,7 +34,6 @@ public:
     void ChooseLevel(int nLevel) override;
 
 protected:
-    bool event(QEvent* event) override;
     void LetGo() override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;

@@ -37,8 +37,7 @@ Theme ThemeOf(eSliderLevelClr color) {
 }  // namespace
 
 CSliderCtrl::CSliderCtrl(eSliderLevelClr color, bool bDefault, QWidget* parent)
-    : QWidget(parent),
-      PaintedParts(this),
+    : PaintedWidget(parent),
       m_bDefault(bDefault),
       m_captionPen(ThemeOf(color).caption),
       m_max(artwork::Picture(QString(":/Corvane/Images/%1.png").arg(ThemeOf(color).pMax))),
@@ -93,11 +92,9 @@ void CSliderCtrl::OnSliderValueChanged(int value) {
 }
 
 void CSliderCtrl::mousePressEvent(QMouseEvent* event) {
-    const QPoint position = event->pos();
-    if (GetMaxRect().contains(position)) {
-        Choose(255);
-    } else if (m_bDefault && GetDefaultRect().contains(position)) {
-        Choose(128);
+    const int iPart = PartAt(event->pos());
+    if (iPart >= 0) {
+        Choose(iPart == 0 ? 255 : 128);
     }
 }
 
@@ -108,11 +105,11 @@ void CSliderCtrl::Choose(int nValue) {
 
 PaintedPart CSliderCtrl::Part(int iPart) const {
     const QString sName = iPart == 0 ? tr("%1 max") : tr("%1 50%");
-    return {sName.arg(accessibleName()), QAccessible::Button, iPart == 0 ? GetMaxRect() : GetDefaultRect()};
+    return {sName.arg(accessibleName())};
 }
 
 PaintedPart CSliderCtrl::Whole() const {
-    return {{}, QAccessible::Grouping, {}, m_bShowPercent ? tr("%1%").arg(Caption()) : Caption()};
+    return {{}, QAccessible::Grouping, m_bShowPercent ? tr("%1%").arg(Caption()) : Caption()};
 }
 
 /// A level from the server may be anything; a caption must stay one.

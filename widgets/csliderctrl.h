@@ -1,13 +1,13 @@
 #pragma once
 
 #include "widgets/cslider.h"
+#include "widgets/paintedwidget.h"
 
 #include <QPen>
 #include <QPixmap>
-#include <QWidget>
 
 /// A level with its caption, a button for full and, if wished, one for half.
-class CSliderCtrl : public QWidget, public PaintedParts {
+class CSliderCtrl : public PaintedWidget {
     Q_OBJECT
 
 signals:
@@ -32,6 +32,7 @@ public:
 
     int PartCount() const override { return m_bDefault ? 2 : 1; }
     PaintedPart Part(int iPart) const override;
+    QRect PartRect(int iPart) const override { return iPart == 0 ? GetMaxRect() : GetDefaultRect(); }
     PaintedPart Whole() const override;
 
 public slots:

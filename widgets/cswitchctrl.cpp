@@ -15,7 +15,7 @@ CSwitchCtrl::CSwitchCtrl(QWidget* parent)
     : CSwitchCtrl(false, SwitchSize, QRect(QPoint(0, 0), SwitchSize), parent) {}
 
 CSwitchCtrl::CSwitchCtrl(bool bState, const QSize& size, const QRect& switchRect, QWidget* parent)
-    : QWidget(parent), PaintedParts(this), m_bState(bState), m_switchRect(switchRect) {
+    : PaintedWidget(parent), m_bState(bState), m_switchRect(switchRect) {
     setFixedSize(size);
 }
 
@@ -25,7 +25,7 @@ void CSwitchCtrl::SetState(bool bState) {
 }
 
 PaintedPart CSwitchCtrl::Whole() const {
-    return {{}, QAccessible::CheckBox, m_switchRect, {}, CheckState(m_bState)};
+    return {{}, QAccessible::CheckBox, {}, CheckState(m_bState)};
 }
 
 void CSwitchCtrl::mousePressEvent(QMouseEvent* event) {

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "widgets/paintedparts.h"
+#include "widgets/paintedwidget.h"
 
 #include <QRect>
-#include <QWidget>
 
 /// An on/off switch. A press of any button toggles it; SetState() moves it quietly.
-class CSwitchCtrl : public QWidget, public PaintedParts {
+class CSwitchCtrl : public PaintedWidget {
     Q_OBJECT
 
 signals:
@@ -20,6 +19,7 @@ public:
     void SetState(bool bState);
 
     PaintedPart Whole() const override;
+    QRect WholeRect() const override { return m_switchRect; }
 
 protected:
     /// A switch that is one part of a larger control.

@@ -1,10 +1,10 @@
 #include "widgets/serverlist.h"
 
-#include <algorithm>
+#include <QWheelEvent>
 
-int ServerList::Add(const QString& sSerial, const QString& sAddress) {
-    if (m_addresses.size() == MaxServers || m_addresses.contains(sAddress)) {
-        return -1;
+bool ServerList::Add(const QString& sSerial, const QString& sAddress) {
+    if (count() == MaxServers || findData(sAddress) >= 0) {
+        return false;
     }
     QString sLabel = sSerial.left(MaxLabel);
     if (sSerial.isEmpty()) {
@@ -12,9 +12,14 @@ int ServerList::Add(const QString& sSerial, const QString& sAddress) {
     } else if (sSerial == "0000") {
         sLabel = tr("Server - ") + sAddress;
     }
-    const auto next = std::upper_bound(m_labels.cbegin(), m_labels.cend(), sLabel);
-    const int nPlace = static_cast<int>(next - m_labels.cbegin());
-    m_addresses.insert(nPlace, sAddress);
-    m_labels.insert(nPlace, sLabel);
-    return nPlace;
+    int iPlace = 0;
+    while (iPlace < count() && itemText(iPlace) <= sLabel) {
+        ++iPlace;
+    }
+    insertItem(iPlace, sLabel, sAddress);
+    return true;
+}
+
+void ServerList::wheelEvent(QWheelEvent* event) {
+    event->ignore();
 }

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <QComboBox>
 #include <QCoreApplication>
-#include <QStringList>
 
 /// The servers that have answered, sorted by the label a user knows them by.
-class ServerList {
+class ServerList : public QComboBox {
     Q_DECLARE_TR_FUNCTIONS(ServerList)
 
 public:
@@ -14,15 +14,13 @@ public:
     static constexpr int MaxLabel = 64;
 
     /// Adds the server of a serial at an address. Its label is the serial, or tells the address where the
-    /// serial tells nothing ("0000" or none). Returns the place it took, -1 if the address is known already
-    /// or the list is full.
-    int Add(const QString& sSerial, const QString& sAddress);
+    /// serial tells nothing ("0000" or none). False if the address is known already or the list is full.
+    bool Add(const QString& sSerial, const QString& sAddress);
 
-    bool IsEmpty() const { return m_addresses.isEmpty(); }
-    const QStringList& Addresses() const { return m_addresses; }
-    const QStringList& Labels() const { return m_labels; }
+    /// The address at a place; empty for a place that is none.
+    QString Address(int iPlace) const { return itemData(iPlace).toString(); }
 
-private:
-    QStringList m_addresses;
-    QStringList m_labels;
+protected:
+    /// Turned over the closed list, the wheel would leave one server for another.
+    void wheelEvent(QWheelEvent* event) override;
 };

@@ -3,39 +3,44 @@
 #include <QAccessible>
 #include <QRect>
 #include <QString>
+#include <QWidget>
 
 #include <map>
-
-class QEvent;
-class QWidget;
+#include <optional>
 
 /// What screen readers are told of a painted control.
 struct PaintedPart {
     QString name;
     QAccessible::Role role = QAccessible::Button;
-    QRect rect = {};     ///< in widget coordinates; null while the control is not there
-    QString value = {};  ///< what it shows beside its name; a slider's is its level, 0 to 255
+    QString value = {};  ///< what it shows beside its name
     QAccessible::State state = {};
+    int level = 0;  ///< a slider's, 0 to 255
 };
 
 /// The state of what is on or off.
 QAccessible::State CheckState(bool bOn);
 
-/// A widget with controls that are painted and no widgets. It says what they are; screen readers and other
-/// tools then find them as children of the widget, with names, states and something to press.
+/// A widget with controls that are painted and no widgets. It says what they are and where; tool tips, screen
+/// readers and their presses follow from that.
 ///
 /// An interface of a control is made when it is asked for, and nothing is told before.
-class PaintedParts {
+class PaintedWidget : public QWidget {
+    Q_OBJECT
+
 public:
-    virtual ~PaintedParts();
-    Q_DISABLE_COPY_MOVE(PaintedParts)
+    explicit PaintedWidget(QWidget* parent, Qt::WindowFlags flags = {});
+    ~PaintedWidget() override;
+    Q_DISABLE_COPY_MOVE(PaintedWidget)
 
     virtual int PartCount() const { return 0; }
     /// One control, by its place from 0.
     virtual PaintedPart Part(int) const { return {}; }
-    /// The widget itself, which may be the only control. Without a name it has its accessible name, without
-    /// an area all of the widget.
+    /// Where it stands, in widget coordinates; null while it is not there.
+    virtual QRect PartRect(int) const { return {}; }
+    /// The widget itself, which may be the only control. Without a name it has its accessible name.
     virtual PaintedPart Whole() const { return {{}, QAccessible::Grouping}; }
+    /// Where the widget itself is shown and can be pressed.
+    virtual QRect WholeRect() const { return rect(); }
     /// What the hand does with a slider: sets a level, 0 to 255, and tells it.
     virtual void ChooseLevel(int) {}
 
@@ -46,37 +51,33 @@ public:
     /// Tells what has changed of the controls that were asked for: without a screen reader that is none.
     void TellParts();
 
-    QWidget* Widget() const { return m_pWidget; }
     /// Whether the hand could reach the widget now.
     bool IsInReach() const;
     /// Clicks in the middle of an area.
-    void Click(const QRect& rect) const;
+    void Click(const QRect& rect);
     /// The interface of a control.
     QAccessibleInterface* Access(int iPart);
     /// Notes what is told of the widget itself, from which on its changes are told.
-    void TellWhole() { m_told[WholePart].part = Whole(); }
+    void TellWhole() { m_whole = Whole(); }
 
 protected:
-    explicit PaintedParts(QWidget* pWidget);
-
-    /// To be called before other controls take the place of these: no one may press one for another.
-    void ForgetParts();
+    /// Tool tips are by control, and what the mouse holds ends where its release will not come: when the
+    /// widget is hidden or a box blocks its window.
+    bool event(QEvent* event) override;
     /// Ends whatever the mouse holds of the widget.
     virtual void LetGo() {}
-    /// Lets go when the event says that the widget is hidden or that a box blocks its window: the release of
-    /// the mouse will not come.
-    void LetGoIfCutOff(QEvent* event);
-    /// Shows the name of the control under the pointer, if the event asks for a tool tip.
-    bool ShowToolTip(QEvent* event) const;
+    /// What is shown of a control while the pointer rests on it: its name.
+    virtual QString PartTip(int iPart) const { return Part(iPart).name; }
+    /// To be called before other controls take the place of these: no one may press one for another.
+    void ForgetParts();
 
 private:
     struct Told {
         PaintedPart part;
+        bool bThere = false;
         QAccessible::Id id = 0;
     };
 
-    static constexpr int WholePart = -1;
-
-    QWidget* m_pWidget;
-    std::map<int, Told> m_told;  ///< by place
+    std::optional<PaintedPart> m_whole;  ///< as it was told
+    std::map<int, Told> m_told;          ///< by place
 };
