@@ -24,11 +24,11 @@
     </message>
     <message>
         <source>Color on or off</source>
-        <translation>Farbe ein oder aus</translation>
+        <translation>Farbe ein/aus</translation>
     </message>
     <message>
         <source>Levels of the color</source>
-        <translation>Anteile der Farbe</translation>
+        <translation>Farbregler (RGBW)</translation>
     </message>
     <message>
         <source>Commands, dimmer and speed</source>
@@ -82,7 +82,7 @@
     </message>
     <message>
         <source>Next</source>
-        <translation>Weiter</translation>
+        <translation>Nächster Schritt</translation>
     </message>
     <message>
         <source>Pause</source>
@@ -203,7 +203,7 @@
     </message>
     <message>
         <source>Parameters</source>
-        <translation>Parameter</translation>
+        <translation>Einstellungen</translation>
     </message>
     <message>
         <source>Connect again</source>
@@ -245,7 +245,7 @@
     </message>
     <message>
         <source>Color</source>
-        <translation>Farbe</translation>
+        <translation>Namensfarbe</translation>
     </message>
 </context>
 <context>
@@ -318,7 +318,7 @@
     </message>
     <message>
         <source>Number of users max exceeded</source>
-        <translation>Höchstzahl der Benutzer überschritten</translation>
+        <translation>Zu viele Benutzer am Server</translation>
     </message>
     <message>
         <source>Cannot connect to the Network Interface</source>

@@ -24,7 +24,7 @@
     </message>
     <message>
         <source>Color on or off</source>
-        <translation>Color activado o no</translation>
+        <translation>Activar o desactivar el color</translation>
     </message>
     <message>
         <source>Levels of the color</source>
@@ -93,7 +93,7 @@
     <name>CGetNiDlg</name>
     <message>
         <source>Network Interface</source>
-        <translation>Red</translation>
+        <translation>Interfaz de red</translation>
     </message>
     <message>
         <source>Auto</source>
@@ -105,7 +105,7 @@
     </message>
     <message>
         <source>Select Network Interface :</source>
-        <translation>Elija la red:</translation>
+        <translation>Elegir la interfaz de red:</translation>
     </message>
 </context>
 <context>
@@ -128,15 +128,15 @@
     </message>
     <message>
         <source>Own names of scenes and programs</source>
-        <translation>Nombres personales de escenas y programas</translation>
+        <translation>Nombres personalizados de escenas y programas</translation>
     </message>
     <message>
         <source>Own icons of scenes and programs</source>
-        <translation>Iconos personales de escenas y programas</translation>
+        <translation>Iconos personalizados de escenas y programas</translation>
     </message>
     <message>
         <source>Own colors of scenes and programs</source>
-        <translation>Colores personales de escenas y programas</translation>
+        <translation>Colores personalizados de escenas y programas</translation>
     </message>
     <message>
         <source>Server</source>
@@ -152,7 +152,7 @@
     </message>
     <message>
         <source>Connect again</source>
-        <translation>Volver a conectar</translation>
+        <translation>Reconectar</translation>
     </message>
     <message>
         <source>Password of this page</source>
@@ -203,11 +203,11 @@
     </message>
     <message>
         <source>Parameters</source>
-        <translation>Parámetros</translation>
+        <translation>Ajustes</translation>
     </message>
     <message>
         <source>Connect again</source>
-        <translation>Volver a conectar</translation>
+        <translation>Reconectar</translation>
     </message>
 </context>
 <context>
@@ -245,7 +245,7 @@
     </message>
     <message>
         <source>Color</source>
-        <translation>Color</translation>
+        <translation>Color del nombre</translation>
     </message>
 </context>
 <context>
@@ -318,11 +318,11 @@
     </message>
     <message>
         <source>Number of users max exceeded</source>
-        <translation>Número máximo de usuarios superado</translation>
+        <translation>Número máximo de usuarios alcanzado</translation>
     </message>
     <message>
         <source>Cannot connect to the Network Interface</source>
-        <translation>No se puede conectar por esta red</translation>
+        <translation>No se puede conectar a través de esta red</translation>
     </message>
 </context>
 <context>

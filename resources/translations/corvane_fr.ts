@@ -20,11 +20,11 @@
     <name>CColorCircle</name>
     <message>
         <source>Color wheel</source>
-        <translation>Cercle chromatique</translation>
+        <translation>Roue chromatique</translation>
     </message>
     <message>
         <source>Color on or off</source>
-        <translation>Couleur activée ou non</translation>
+        <translation>Activer ou couper la couleur</translation>
     </message>
     <message>
         <source>Levels of the color</source>
@@ -32,7 +32,7 @@
     </message>
     <message>
         <source>Commands, dimmer and speed</source>
-        <translation>Commandes, gradateur et vitesse</translation>
+        <translation>Commandes, intensité et vitesse</translation>
     </message>
     <message>
         <source>red %1, green %2, blue %3</source>
@@ -43,7 +43,7 @@
     <name>CColorPicker</name>
     <message>
         <source>Dimmer</source>
-        <translation>Gradateur</translation>
+        <translation>Intensité</translation>
     </message>
     <message>
         <source>Speed</source>
@@ -78,7 +78,7 @@
     </message>
     <message>
         <source>Black</source>
-        <translation>Blackout</translation>
+        <translation>Noir</translation>
     </message>
     <message>
         <source>Next</source>
@@ -128,15 +128,15 @@
     </message>
     <message>
         <source>Own names of scenes and programs</source>
-        <translation>Noms personnels des scènes et programmes</translation>
+        <translation>Noms personnalisés des scènes et programmes</translation>
     </message>
     <message>
         <source>Own icons of scenes and programs</source>
-        <translation>Icônes personnelles des scènes et programmes</translation>
+        <translation>Icônes personnalisées des scènes et programmes</translation>
     </message>
     <message>
         <source>Own colors of scenes and programs</source>
-        <translation>Couleurs personnelles des scènes et programmes</translation>
+        <translation>Couleurs personnalisées des scènes et programmes</translation>
     </message>
     <message>
         <source>Server</source>
@@ -152,7 +152,7 @@
     </message>
     <message>
         <source>Connect again</source>
-        <translation>Reconnecter</translation>
+        <translation>Se reconnecter</translation>
     </message>
     <message>
         <source>Password of this page</source>
@@ -207,7 +207,7 @@
     </message>
     <message>
         <source>Connect again</source>
-        <translation>Reconnecter</translation>
+        <translation>Se reconnecter</translation>
     </message>
 </context>
 <context>
@@ -245,7 +245,7 @@
     </message>
     <message>
         <source>Color</source>
-        <translation>Couleur</translation>
+        <translation>Couleur du nom</translation>
     </message>
 </context>
 <context>
@@ -318,11 +318,11 @@
     </message>
     <message>
         <source>Number of users max exceeded</source>
-        <translation>Nombre maximal d’utilisateurs dépassé</translation>
+        <translation>Nombre maximal d’utilisateurs atteint</translation>
     </message>
     <message>
         <source>Cannot connect to the Network Interface</source>
-        <translation>Connexion impossible par ce réseau</translation>
+        <translation>Connexion impossible sur ce réseau</translation>
     </message>
 </context>
 <context>

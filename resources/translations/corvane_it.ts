@@ -20,11 +20,11 @@
     <name>CColorCircle</name>
     <message>
         <source>Color wheel</source>
-        <translation>Cerchio cromatico</translation>
+        <translation>Ruota dei colori</translation>
     </message>
     <message>
         <source>Color on or off</source>
-        <translation>Colore attivo o no</translation>
+        <translation>Attiva o disattiva il colore</translation>
     </message>
     <message>
         <source>Levels of the color</source>
@@ -82,7 +82,7 @@
     </message>
     <message>
         <source>Next</source>
-        <translation>Avanti</translation>
+        <translation>Successivo</translation>
     </message>
     <message>
         <source>Pause</source>
@@ -105,7 +105,7 @@
     </message>
     <message>
         <source>Select Network Interface :</source>
-        <translation>Scegliere la rete:</translation>
+        <translation>Scegli la rete:</translation>
     </message>
 </context>
 <context>
@@ -128,15 +128,15 @@
     </message>
     <message>
         <source>Own names of scenes and programs</source>
-        <translation>Nomi personali di scene e programmi</translation>
+        <translation>Nomi personalizzati di scene e programmi</translation>
     </message>
     <message>
         <source>Own icons of scenes and programs</source>
-        <translation>Icone personali di scene e programmi</translation>
+        <translation>Icone personalizzate di scene e programmi</translation>
     </message>
     <message>
         <source>Own colors of scenes and programs</source>
-        <translation>Colori personali di scene e programmi</translation>
+        <translation>Colori personalizzati di scene e programmi</translation>
     </message>
     <message>
         <source>Server</source>
@@ -168,7 +168,7 @@
     </message>
     <message>
         <source>Application for your phone or tablet</source>
-        <translation>Applicazione per telefono o tablet</translation>
+        <translation>App per telefono o tablet</translation>
     </message>
     <message>
         <source>Google play</source>
@@ -203,7 +203,7 @@
     </message>
     <message>
         <source>Parameters</source>
-        <translation>Parametri</translation>
+        <translation>Impostazioni</translation>
     </message>
     <message>
         <source>Connect again</source>
@@ -245,7 +245,7 @@
     </message>
     <message>
         <source>Color</source>
-        <translation>Colore</translation>
+        <translation>Colore del nome</translation>
     </message>
 </context>
 <context>
@@ -318,7 +318,7 @@
     </message>
     <message>
         <source>Number of users max exceeded</source>
-        <translation>Numero massimo di utenti superato</translation>
+        <translation>Numero massimo di utenti raggiunto</translation>
     </message>
     <message>
         <source>Cannot connect to the Network Interface</source>

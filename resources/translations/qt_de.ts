@@ -46,11 +46,11 @@
     </message>
     <message>
         <source>&amp;Add to Custom Colors</source>
-        <translation>Zu eigenen Farben &amp;hinzufügen</translation>
+        <translation>Zu eigenen Farben hin&amp;zufügen</translation>
     </message>
     <message>
         <source>&amp;Pick Screen Color</source>
-        <translation>Farbe vom Bildschirm &amp;nehmen</translation>
+        <translation>Farbe vom &amp;Bildschirm nehmen</translation>
     </message>
     <message>
         <source>Hu&amp;e:</source>
@@ -70,7 +70,7 @@
     </message>
     <message>
         <source>&amp;Green:</source>
-        <translation>&amp;Grün:</translation>
+        <translation>Grü&amp;n:</translation>
     </message>
     <message>
         <source>Bl&amp;ue:</source>
@@ -126,7 +126,7 @@ ESC bricht ab</translation>
     <name>QAbstractSpinBox</name>
     <message>
         <source>&amp;Select All</source>
-        <translation>&amp;Alles auswählen</translation>
+        <translation>A&amp;lles auswählen</translation>
     </message>
     <message>
         <source>&amp;Step up</source>
@@ -141,7 +141,7 @@ ESC bricht ab</translation>
     <name>QScrollBar</name>
     <message>
         <source>Scroll here</source>
-        <translation>Hierher blättern</translation>
+        <translation>Hierher scrollen</translation>
     </message>
     <message>
         <source>Top</source>

@@ -42,11 +42,11 @@
     </message>
     <message>
         <source>&amp;Custom colors</source>
-        <translation>Colores &amp;personales</translation>
+        <translation>Colores &amp;personalizados</translation>
     </message>
     <message>
         <source>&amp;Add to Custom Colors</source>
-        <translation>&amp;Añadir a los colores personales</translation>
+        <translation>Aña&amp;dir a los colores personalizados</translation>
     </message>
     <message>
         <source>&amp;Pick Screen Color</source>
@@ -54,7 +54,7 @@
     </message>
     <message>
         <source>Hu&amp;e:</source>
-        <translation>&amp;Tono:</translation>
+        <translation>To&amp;no:</translation>
     </message>
     <message>
         <source>&amp;Sat:</source>
@@ -78,7 +78,7 @@
     </message>
     <message>
         <source>A&amp;lpha channel:</source>
-        <translation>Canal a&amp;lfa:</translation>
+        <translation>Canal al&amp;fa:</translation>
     </message>
     <message>
         <source>&amp;HTML:</source>
@@ -88,7 +88,7 @@
         <source>Cursor at %1, %2
 Press ESC to cancel</source>
         <translation>Puntero en %1, %2
-Pulse ESC para cancelar</translation>
+Pulsar ESC para cancelar</translation>
     </message>
 </context>
 <context>
@@ -134,7 +134,7 @@ Pulse ESC para cancelar</translation>
     </message>
     <message>
         <source>Step &amp;down</source>
-        <translation>&amp;Disminuir</translation>
+        <translation>Dis&amp;minuir</translation>
     </message>
 </context>
 <context>

@@ -42,11 +42,11 @@
     </message>
     <message>
         <source>&amp;Custom colors</source>
-        <translation>&amp;Couleurs personnelles</translation>
+        <translation>&amp;Couleurs personnalisées</translation>
     </message>
     <message>
         <source>&amp;Add to Custom Colors</source>
-        <translation>&amp;Ajouter aux couleurs personnelles</translation>
+        <translation>A&amp;jouter aux couleurs personnalisées</translation>
     </message>
     <message>
         <source>&amp;Pick Screen Color</source>
@@ -78,7 +78,7 @@
     </message>
     <message>
         <source>A&amp;lpha channel:</source>
-        <translation>Canal a&amp;lpha :</translation>
+        <translation>Ca&amp;nal alpha :</translation>
     </message>
     <message>
         <source>&amp;HTML:</source>
@@ -130,7 +130,7 @@ Press ESC to cancel</source>
     </message>
     <message>
         <source>&amp;Step up</source>
-        <translation>A&amp;ugmenter</translation>
+        <translation>Au&amp;gmenter</translation>
     </message>
     <message>
         <source>Step &amp;down</source>

@@ -34,7 +34,7 @@
     <name>QColorDialog</name>
     <message>
         <source>Select Color</source>
-        <translation>Scegliere un colore</translation>
+        <translation>Scegli un colore</translation>
     </message>
     <message>
         <source>&amp;Basic colors</source>
@@ -42,11 +42,11 @@
     </message>
     <message>
         <source>&amp;Custom colors</source>
-        <translation>&amp;Colori personali</translation>
+        <translation>&amp;Colori personalizzati</translation>
     </message>
     <message>
         <source>&amp;Add to Custom Colors</source>
-        <translation>&amp;Aggiungi ai colori personali</translation>
+        <translation>A&amp;ggiungi ai colori personalizzati</translation>
     </message>
     <message>
         <source>&amp;Pick Screen Color</source>
@@ -78,7 +78,7 @@
     </message>
     <message>
         <source>A&amp;lpha channel:</source>
-        <translation>Canale a&amp;lfa:</translation>
+        <translation>Canale al&amp;fa:</translation>
     </message>
     <message>
         <source>&amp;HTML:</source>
@@ -130,7 +130,7 @@ ESC per annullare</translation>
     </message>
     <message>
         <source>&amp;Step up</source>
-        <translation>&amp;Aumenta</translation>
+        <translation>Au&amp;menta</translation>
     </message>
     <message>
         <source>Step &amp;down</source>
