@@ -23,7 +23,7 @@ namespace {
 constexpr int ScenesPage = 0;
 constexpr int ColorPage = 2;
 constexpr int ChannelsPage = 3;
-/// The size of the rehearsal server's pieces.
+/// The size of the server's pieces.
 constexpr std::size_t PieceSize = 1400;
 
 Corvane* pWindow = nullptr;
@@ -243,16 +243,16 @@ Show FullShow() {
 
 void ShowRendered(benchmark::State& state) {
     const Show show = FullShow();
-    Playback playback(show);
+    State played(show);
+    const Playback playback(played, [] { return 0; });
     for (int i = 0; i < 32; ++i) {
-        playback.SwitchScene(i, true, 0);
-        playback.SwitchProgram(i, true, 0);
+        played.SwitchScene(i, true);
+        played.SwitchProgram(i, true);
     }
-    const Universes held;
     Levels levels;
     qint64 nNowMs = 0;
     for ([[maybe_unused]] auto _ : state) {
-        playback.Render(held, nNowMs += 25, levels);
+        playback.Render(nNowMs += 25, levels);
         benchmark::DoNotOptimize(levels);
     }
 }

@@ -1,4 +1,4 @@
-// Feeds bytes to the readers of the settings file and of the rehearsal server's show file. What the settings
+// Feeds bytes to the readers of the settings file and of the server's show file. What the settings
 // keep of them must survive being written and read again, but for the texts that are known not to.
 
 #include "server/lamps/playback.h"
@@ -34,8 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     const QString sPath = WriteInput(pData, nSize);
     try {
         static Levels levels;
-        static const Universes held;
-        Playback(Show::Load(sPath)).Render(held, 1000, levels);
+        const State state(Show::Load(sPath));
+        Playback(state, [] { return 0; }).Render(1000, levels);
     } catch (const std::runtime_error&) {
         // a clear refusal
     }

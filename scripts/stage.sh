@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Plays the operator: starts the rehearsal server and the remote under a virtual display in a private network, and
+# Plays the operator: starts the server and the remote under a virtual display in a private network, and
 # works the remote with mouse and keys. Sourced from the top of the checkout, with -euo pipefail set.
 #
 #   enter_stage "$@"   runs the calling script again inside; returns there, with $room for files and
@@ -65,7 +65,7 @@ start_server() {
     "$build/corvane-server" "$@" >"$room/server.log" &
     server=$!
     started[server]=$server
-    wait_for 'the rehearsal server' logged 'listens'
+    wait_for 'the server' logged 'listens'
 }
 
 # find_window MIN MAX: the program's window of a width between the two, in $window.

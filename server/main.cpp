@@ -1,8 +1,9 @@
 #include "device/logging.h"
 #include "server/lamps/lampoutput.h"
 #include "server/lamps/playback.h"
-#include "server/remotes/rehearsalserver.h"
+#include "server/remotes/server.h"
 #include "server/show/patchsheet.h"
+#include "server/state.h"
 #include "server/terminationsignals.h"
 
 #include <QCommandLineParser>
@@ -16,9 +17,6 @@
 #include <stdexcept>
 
 namespace {
-
-constexpr quint16 Port = 8093;
-constexpr quint16 FallBackPort = 8011;
 
 /// A whole number within bounds; throws std::runtime_error with one line for anything else.
 int Number(const QCommandLineParser& parser, const QString& sOption, int nLeast, int nMost) {
@@ -37,7 +35,7 @@ int Number(const QCommandLineParser& parser, const QString& sOption, int nLeast,
 
 void AddOptions(QCommandLineParser& parser) {
     parser.setApplicationDescription(
-        "The rehearsal server: plays a networked lighting interface for the Corvane remote.\n"
+        "The server for the Corvane remote: a networked lighting interface, which lights lamps by sACN.\n"
         "It logs one line for each message. Bad options or a bad show file end it with status 2.");
     parser.addHelpOption();
     parser.addVersionOption();
@@ -65,21 +63,32 @@ void AddOptions(QCommandLineParser& parser) {
     });
 }
 
-RehearsalServer::Options ReadOptions(const QCommandLineParser& parser) {
-    RehearsalServer::Options options;
-    if (parser.isSet("address") && !options.address.setAddress(parser.value("address"))) {
-        throw std::runtime_error("--address takes an address such as 127.0.0.1, not \"" +
-                                 parser.value("address").toStdString() + '"');
-    }
-    options.port = parser.isSet("fall-back") ? FallBackPort : Port;
-    options.maxClients = Number(parser, "limit", 0, 1000);
-    options.fragmentSize = Number(parser, "fragment", 1, 60000);
+/// Nothing where no option asks for one.
+std::optional<BadNetwork::Options> ReadBadNetwork(const QCommandLineParser& parser) {
+    BadNetwork::Options options;
     options.silentAfter = Number(parser, "silent-after", -1, 86400);
     options.delayMs = Number(parser, "delay", 0, 60000);
     options.dropPercent = Number(parser, "drop", 0, 100);
     options.duplicatePercent = Number(parser, "duplicate", 0, 100);
     options.reorderPercent = Number(parser, "reorder", 0, 100);
-    options.lightsLamps = parser.isSet("sacn");
+    for (const char* pOption : {"silent-after", "delay", "drop", "duplicate", "reorder"}) {
+        if (parser.isSet(pOption)) {
+            return options;
+        }
+    }
+    return {};
+}
+
+Server::Options ReadOptions(const QCommandLineParser& parser) {
+    Server::Options options;
+    if (parser.isSet("address") && !options.address.setAddress(parser.value("address"))) {
+        throw std::runtime_error("--address takes an address such as 127.0.0.1, not \"" +
+                                 parser.value("address").toStdString() + '"');
+    }
+    options.port = parser.isSet("fall-back") ? Server::FallBackPort : Server::Port;
+    options.maxClients = Number(parser, "limit", 0, 1000);
+    options.fragmentSize = Number(parser, "fragment", 1, 60000);
+    options.badNetwork = ReadBadNetwork(parser);
     return options;
 }
 
@@ -139,7 +148,8 @@ void WriteLine(std::FILE* stream, const QString& sLine) {
 /// Complains by a std::runtime_error.
 void Check(const QString& sPath) {
     const Show show = Show::Load(sPath);
-    const Playback playback(show);
+    const State state(show);
+    const Playback playback(state, [] { return 0; });
     WriteLine(stdout, QString("%1 is good: %2 scenes, %3 programs, %4 universes of lamps")
                           .arg(sPath)
                           .arg(show.scenes.size())
@@ -153,7 +163,7 @@ void Check(const QString& sPath) {
 /// Plays until the program is told to end, and returns its status. Complains of options and of the show by a
 /// std::runtime_error.
 int Serve(const QCommandLineParser& parser) {
-    const RehearsalServer::Options options = ReadOptions(parser);
+    const Server::Options options = ReadOptions(parser);
     const SacnSender::Options sacnOptions = ReadSacnOptions(parser);
     Show show = parser.isSet("show") ? Show::Load(parser.value("show")) : Show::BuiltIn();
     if (parser.isSet("serial")) {
@@ -167,10 +177,11 @@ int Serve(const QCommandLineParser& parser) {
     if (parser.isSet("sacn")) {
         termination.emplace();
     }
-    RehearsalServer server(show, options, log);
+    State state(show);
+    Server server(state, options, log);
     std::optional<LampOutput> lamps;
     if (parser.isSet("sacn")) {
-        lamps.emplace(server, sacnOptions, log);
+        lamps.emplace(state, sacnOptions, log);
     }
     if (!server.Listen()) {
         WriteLine(stderr, QString("corvane-server: cannot listen on %1 port %2: %3")

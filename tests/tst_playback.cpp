@@ -13,7 +13,7 @@
 ///
 ///     500                       the time is 500 ms
 ///     s1+ p2-                   scene 1 starts, program 2 stops
-///     rgb=1,2,3 rgbw=1,2,3,4    the colour comes on; "rgb" alone: it goes off
+///     rgb=1,2,3 rgb=1,2,3,4     the colour comes on, white 0 or 4; "rgb" alone: it goes off
 ///     dim=50 speed=75 hold=1 bo=1 white=1 next prev
 ///     c3=10 c3                  channel 3 is held at 10; released
 ///     3=10,11                   channel 3 is at 10 and 4 at 11, or the script fails
@@ -21,10 +21,9 @@
 class TestPlayback : public QObject {
     Q_OBJECT
 
+    std::unique_ptr<State> m_pState;
     std::unique_ptr<Playback> m_pPlayback;
-    std::unique_ptr<Universes> m_pHeld;
     Levels m_levels;
-    Command m_command;
     qint64 m_nNowMs = 0;
 
     static Show Rig() {
@@ -74,7 +73,13 @@ class TestPlayback : public QObject {
         }
     }
 
-    void Render() { m_pPlayback->Render(*m_pHeld, m_nNowMs, m_levels); }
+    void Begin(const Show& show) {
+        m_pPlayback.reset();
+        m_pState = std::make_unique<State>(show);
+        m_pPlayback = std::make_unique<Playback>(*m_pState, [this] { return m_nNowMs; });
+    }
+
+    void Render() { m_pPlayback->Render(m_nNowMs, m_levels); }
 
     /// Does what a word says, and gives the word back as it holds.
     QString Obey(const QString& sWord) {
@@ -83,12 +88,12 @@ class TestPlayback : public QObject {
         const auto value = [&values](int i) { return values.value(i).toInt(); };
         const int nNumber = sKey.toInt();
         if (sWord.endsWith('+') || sWord.endsWith('-')) {
-            const auto change = sWord[0] == 's' ? &Playback::SwitchScene : &Playback::SwitchProgram;
-            (m_pPlayback.get()->*change)(sWord.mid(1).chopped(1).toInt(), sWord.endsWith('+'), m_nNowMs);
+            const auto change = sWord[0] == 's' ? &State::SwitchScene : &State::SwitchProgram;
+            (m_pState.get()->*change)(sWord.mid(1).chopped(1).toInt(), sWord.endsWith('+'));
         } else if (sKey.startsWith("rgb")) {
-            m_pPlayback->Take({value(0), value(1), value(2), value(3), sKey == "rgbw", !values.isEmpty()});
+            m_pState->Take(Color{value(0), value(1), value(2), value(3), false, !values.isEmpty()});
         } else if (sKey.startsWith('c')) {
-            m_pHeld->Set(0, sKey.mid(1).toInt() - 1, value(0), !values.isEmpty());
+            m_pState->Hold({sKey.mid(1).toInt() - 1, 0, value(0), !values.isEmpty()});
         } else if (sWord == "still" || sWord == "moving") {
             return m_pPlayback->IsMoving(m_nNowMs) ? "moving" : "still";
         } else if (sWord[0].isDigit() && values.isEmpty()) {
@@ -102,9 +107,9 @@ class TestPlayback : public QObject {
             return sKey + '=' + levels.join(',');
         } else {
             const QString sMember = QString(R"({"%1":%2})").arg(sKey, values.value(0, "1"));
-            readInto(JSONDocument(sMember.toUtf8()).Root(), m_command);
-            m_pPlayback->Take(m_command, m_nNowMs);
-            m_command.next = m_command.prev = false;
+            Command command = m_pState->CurrentCommand();
+            readInto(JSONDocument(sMember.toUtf8()).Root(), command);
+            m_pState->Take(command);
             return QString("dim speed hold bo white next prev").contains(sKey) ? sWord : "no such word";
         }
         return sWord;
@@ -125,10 +130,8 @@ class TestPlayback : public QObject {
 
 private slots:
     void init() {
-        m_pPlayback = std::make_unique<Playback>(Rig());
-        m_pHeld = std::make_unique<Universes>();
-        m_command = {false, false, false, false, false, 100, 50};
         m_nNowMs = 0;
+        Begin(Rig());
     }
 
     void rules_data() {
@@ -151,8 +154,8 @@ gives back at its speed: s7+ 2000 speed=75 p3+ 2500 21=0 2700 p3- 2950 21=100 32
 next takes nothing: p3+ 500 s7+ 2500 21=200 next 9000 21=200
 submaster and dimmer: s5+ 11=100,100 1=100 21=60,125 dim=50 11=50,100 1=50 21=60,63 dim=0 11=0,100 1=0
     dim=-5 1=0 dim=1000 1=100
-colour: s8+ 11=0,1,2,3,4 rgb=9,8,7 1=9,8,7,40,9,8,7,40 11=255,9,8,7,4 31=0 22=0 51=0,0
-    rgbw=9,8,7,6 1=9,8,7,6 11=255,9,8,7,6 51=255,6 dim=50 1=5 11=128,9 rgb dim=100 1=10,20,30,40 11=0,1,2,3,4
+colour: s8+ 11=0,1,2,3,4 rgb=9,8,7 1=9,8,7,0,9,8,7,0 11=255,9,8,7,0 31=0 22=0 51=255,0
+    rgb=9,8,7,6 1=9,8,7,6 11=255,9,8,7,6 51=255,6 dim=50 1=5 11=128,9 rgb dim=100 1=10,20,30,40 11=0,1,2,3,4
     rgb=999,-9,256 1=255,0,255
 colour released: rgb=9,8,7 s1- 1=9 s1+ 1=0 rgb=9,8,7 p1- 1=9 p1+ 1=0
 white: s5+ white=1 1=255,255,255,255 11=255,255,255,255,255 21=60,255 31=255 dim=50 1=128 11=128,255
@@ -268,7 +271,7 @@ speed to its ends: speed=100 s6+ p1+ 125 31=50 500 31=100 21=50 speed=0 2500 31=
         const Show show = ReadShow(
             "lamps.md", "\xEF\xBB\xBF" + sText.section("```json show\n", 1).section("\n```", 0, 0).toUtf8());
         QVERIFY(sText.contains("    " + PatchSheet(show).join("\n    ") + "\n"));
-        m_pPlayback = std::make_unique<Playback>(show);
+        Begin(show);
         Play("s1+ 1500 1=128,70,10,60");
     }
 
@@ -278,7 +281,7 @@ speed to its ends: speed=100 s6+ p1+ 125 31=50 500 31=100 21=50 speed=0 2500 31=
         const Show show = Show::BuiltIn();
         for (const auto& [pEntries, pStart] : {std::pair{&show.scenes, "s%1+"}, {&show.programs, "p%1+"}}) {
             for (const Scene& entry : *pEntries) {
-                m_pPlayback = std::make_unique<Playback>(show);
+                Begin(show);
                 Play("0 s1- s9- " + QString(pStart).arg(entry.id) + " 60000");
                 Render();
                 const bool bLit = std::any_of(m_levels.begin(), m_levels.end(), [](int n) { return n > 0; });
@@ -296,7 +299,7 @@ speed to its ends: speed=100 s6+ p1+ 125 31=50 500 31=100 21=50 speed=0 2500 31=
                    R"(]}],'fixtures':[{'name':'A','universe':1,'channel':1,'layout':'i','count':512}]})";
         };
         const QString sMany = show(100000, "{'levels':{'A 9':[7]},'fade':1}").replace('\'', '"');
-        m_pPlayback = std::make_unique<Playback>(ReadShow("many", sMany.toUtf8()));
+        Begin(ReadShow("many", sMany.toUtf8()));
         Play("0 9=0 500 9=4 1000 9=7 99999999 8=0,7");
         QCOMPARE(Complaint(show(30000, "{'levels':{'A':[7]}}")),
                  QString("rig: line 19532: here the show comes to have more than 10000000 levels"));

@@ -1,7 +1,5 @@
 #include "server/lamps/lampoutput.h"
 
-#include "server/remotes/rehearsalserver.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -21,28 +19,11 @@ UniverseSet WithHeldChannels(const Universes& universes) {
 
 }  // namespace
 
-LampOutput::LampOutput(const RehearsalServer& server, const SacnSender::Options& options, SacnSender::Log log)
-    : m_held(server.Held()),
-      m_playback(server.CurrentShow()),
-      m_sender(server.CurrentShow().serial, options, std::move(log)) {
-    m_clock.start();
-    connect(&server, &RehearsalServer::sceneSwitched, this, [this](int nId, bool bState) {
-        m_playback.SwitchScene(nId, bState, m_clock.elapsed());
-        SendSoon();
-    });
-    connect(&server, &RehearsalServer::programSwitched, this, [this](int nId, bool bState) {
-        m_playback.SwitchProgram(nId, bState, m_clock.elapsed());
-        SendSoon();
-    });
-    connect(&server, &RehearsalServer::colorTaken, this, [this](const Color& color) {
-        m_playback.Take(color);
-        SendSoon();
-    });
-    connect(&server, &RehearsalServer::commandTaken, this, [this](const Command& command) {
-        m_playback.Take(command, m_clock.elapsed());
-        SendSoon();
-    });
-    connect(&server, &RehearsalServer::channelsTaken, this, &LampOutput::SendSoon);
+LampOutput::LampOutput(const State& state, const SacnSender::Options& options, SacnSender::Log log)
+    : m_state(state),
+      m_playback(state, [this] { return m_clock.elapsed(); }),
+      m_sender(state.CurrentShow().serial, options, std::move(log)) {
+    connect(&state, &State::changed, this, &LampOutput::SendSoon);
     connect(&m_timer, &QTimer::timeout, this, &LampOutput::SendFrame);
 }
 
@@ -63,8 +44,8 @@ void LampOutput::SendSoon() {
 void LampOutput::SendFrame() {
     const qint64 nNowMs = m_clock.elapsed();
     if (m_bChanged || m_playback.IsMoving(m_nFrameMs)) {
-        m_playback.Render(m_held, nNowMs, m_levels);
-        m_used = m_playback.Patched() | WithHeldChannels(m_held);
+        m_playback.Render(nNowMs, m_levels);
+        m_used = m_playback.Patched() | WithHeldChannels(m_state.Held());
         m_bChanged = false;
     }
     m_nFrameMs = nNowMs;

@@ -7,16 +7,14 @@
 #include <QObject>
 #include <QTimer>
 
-class RehearsalServer;
-
-/// Follows what a server is told and sends the levels that come of it: 40 frames a second while something
-/// moves, a frame at once when something changes that stood still.
+/// Sends the levels of what is played: 40 frames a second while something moves, a frame at once when
+/// something changes that stood still.
 class LampOutput : public QObject {
     Q_OBJECT
 
 public:
-    /// The server must outlive it.
-    LampOutput(const RehearsalServer& server, const SacnSender::Options& options, SacnSender::Log log);
+    /// The state must outlive it.
+    LampOutput(const State& state, const SacnSender::Options& options, SacnSender::Log log);
 
     /// Begins to send. False when there is no socket to send by; see ErrorText().
     bool Start();
@@ -26,7 +24,7 @@ private:
     void SendSoon();
     void SendFrame();
 
-    const Universes& m_held;
+    const State& m_state;
     QElapsedTimer m_clock;
     Playback m_playback;
     SacnSender m_sender;

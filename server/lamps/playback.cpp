@@ -14,20 +14,26 @@ const Slots NoLevels;
 
 }  // namespace
 
-Playback::Playback(const Show& show, qint64 nNowMs) : m_patch(show.fixtures) {
-    AddScenes(show);
-    AddPrograms(show);
+Playback::Playback(const State& state, Clock clock) : m_state(state), m_patch(state.CurrentShow().fixtures) {
+    AddScenes(state.CurrentShow());
+    AddPrograms(state.CurrentShow());
     FindLatest();
-    for (const Scene& scene : show.scenes) {
-        if (scene.state) {
-            SwitchScene(scene.id, true, nNowMs);
+    TakeSpeed(clock());
+    for (const State::Running& running : state.Runs()) {
+        if (running.program) {
+            SwitchProgram(running.id, true, clock());
+        } else {
+            SwitchScene(running.id, true, clock());
         }
     }
-    for (const Scene& program : show.programs) {
-        if (program.state) {
-            SwitchProgram(program.id, true, nNowMs);
-        }
-    }
+    connect(&state, &State::sceneSwitched, this,
+            [this, clock](int nId, bool bOn) { SwitchScene(nId, bOn, clock()); });
+    connect(&state, &State::programSwitched, this,
+            [this, clock](int nId, bool bOn) { SwitchProgram(nId, bOn, clock()); });
+    connect(&state, &State::commandTaken, this, [this, clock](bool bNext, bool bPrevious) {
+        TakeSpeed(clock());
+        StepPrograms((bNext ? 1 : 0) - (bPrevious ? 1 : 0), clock());
+    });
 }
 
 void Playback::AddScenes(const Show& show) {
@@ -94,7 +100,6 @@ void Playback::SwitchScene(int nId, bool bOn, qint64 nNowMs) {
     if (scene == m_scenes.end()) {
         return;
     }
-    m_color.state = m_color.state && !bOn;
     const Place& place = scene->second;
     if ((m_layers[place.layer].Sent() == place.cue) != bOn) {
         Send(place.layer, bOn ? place.cue : -1, true, nNowMs);
@@ -103,11 +108,7 @@ void Playback::SwitchScene(int nId, bool bOn, qint64 nNowMs) {
 
 void Playback::SwitchProgram(int nId, bool bOn, qint64 nNowMs) {
     const auto program = m_programs.find(nId);
-    if (program == m_programs.end()) {
-        return;
-    }
-    m_color.state = m_color.state && !bOn;
-    if (m_layers[program->second].IsOn() != bOn) {
+    if (program != m_programs.end() && m_layers[program->second].IsOn() != bOn) {
         Send(program->second, bOn ? 0 : -1, true, nNowMs);
     }
 }
@@ -158,14 +159,13 @@ bool Playback::Has(const User& user) const {
     return layer.IsOn() && layer.HasOther(layer.Sent(), user.other);
 }
 
-void Playback::Take(const Command& command, qint64 nNowMs) {
-    const double rate = std::exp2((std::clamp(command.speed, 0, 100) - WrittenSpeed) / SpeedStep);
+void Playback::TakeSpeed(qint64 nNowMs) {
+    const Command& command = m_state.CurrentCommand();
+    const double rate = std::exp2((command.speed - WrittenSpeed) / SpeedStep);
     for (const auto& [nId, layer] : m_programs) {
         m_layers[layer].SetRate(rate, nNowMs);
         m_layers[layer].Pause(command.hold, nNowMs);
     }
-    m_command = command;
-    StepPrograms((command.next ? 1 : 0) - (command.prev ? 1 : 0), nNowMs);
 }
 
 void Playback::StepPrograms(int nSteps, qint64 nNowMs) {
@@ -210,13 +210,14 @@ float Playback::LevelOf(const Latest& channel, const Positions& positions, qint6
     return progress < 1 ? channel.from + (level - channel.from) * progress : level;
 }
 
-void Playback::Render(const Universes& held, qint64 nNowMs, Levels& levels) const {
+void Playback::Render(qint64 nNowMs, Levels& levels) const {
+    const Universes& held = m_state.Held();
     const Positions positions = PositionsAt(nNowMs);
     FineLevels merged{};
     for (std::size_t layer = 0; layer < m_layers.size(); ++layer) {
         m_layers[layer].MergeInto(merged, positions[layer]);
     }
-    m_patch.Grade(merged, m_color, m_command, levels);
+    m_patch.Grade(merged, m_state.CurrentColor(), m_state.CurrentCommand(), levels);
     for (const Latest& channel : m_latest) {
         m_patch.Put(channel.at, LevelOf(channel, positions, nNowMs), levels);
     }

@@ -1,43 +1,39 @@
 #pragma once
 
-#include "device/color.h"
-#include "device/command.h"
-#include "device/universes.h"
 #include "server/lamps/layer.h"
 #include "server/lamps/patch.h"
-#include "server/show/show.h"
+#include "server/state.h"
 
-#include <QtGlobal>
+#include <QObject>
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <vector>
 
-/// Plays a show: from what runs and from the time it says what every channel is at. It knows no socket and no
-/// clock; times are milliseconds of a monotonic clock of the caller's and never go back.
+/// Plays a show: from what runs and from the time it says what every channel is at. It follows a state and
+/// knows no socket.
 ///
 /// The scenes of an area share a layer, each program is one. Of intensities and colours the highest of all
 /// layers counts, of every other channel the layer that was started last of those that have a level for it.
-class Playback {
+class Playback : public QObject {
+    Q_OBJECT
+
 public:
-    /// The scenes and programs that run, as the show says, begin now.
-    explicit Playback(const Show& show, qint64 nNowMs = 0);
+    /// Milliseconds of a monotonic clock.
+    using Clock = std::function<qint64()>;
 
-    /// A scene or program starts (true) or stops. One that the show has not, or that does so already, changes
-    /// nothing, except that whatever starts releases the colour.
-    void SwitchScene(int nId, bool bOn, qint64 nNowMs);
-    void SwitchProgram(int nId, bool bOn, qint64 nNowMs);
-    void Take(const Color& color) { m_color = color; }
-    /// Flags, dimmer and speed; a "next" or "previous" in it is obeyed once. What is out of range is clamped.
-    void Take(const Command& command, qint64 nNowMs);
+    /// What runs begins now; whatever the state takes from now on is done at the time that the clock says
+    /// then. The state must outlive it.
+    Playback(const State& state, Clock clock);
 
-    /// Whether a frame after `nNowMs` may differ from that of `nNowMs` though nothing is switched or taken:
+    /// Whether a frame after `nNowMs` may differ from that of `nNowMs` though the state stays as it is:
     /// something fades or a program runs.
     bool IsMoving(qint64 nNowMs) const;
     /// The universes that have a fixture.
     const UniverseSet& Patched() const { return m_patch.Used(); }
     /// Fills in all levels as they are at `nNowMs`; what is held comes last, over everything.
-    void Render(const Universes& held, qint64 nNowMs, Levels& levels) const;
+    void Render(qint64 nNowMs, Levels& levels) const;
 
 private:
     struct Place {
@@ -69,6 +65,10 @@ private:
     void AddScenes(const Show& show);
     void AddPrograms(const Show& show);
     void FindLatest();
+    /// One that does so already goes on as it does.
+    void SwitchScene(int nId, bool bOn, qint64 nNowMs);
+    void SwitchProgram(int nId, bool bOn, qint64 nNowMs);
+    void TakeSpeed(qint64 nNowMs);
     void AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows);
     /// Sends a layer to a cue, -1 to nothing. `bStarts`: it comes to be the last started.
     void Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs);
@@ -80,6 +80,7 @@ private:
     static float InheritedProgress(const Latest& channel, qint64 nNowMs);
     float LevelOf(const Latest& channel, const Positions& positions, qint64 nNowMs) const;
 
+    const State& m_state;
     Patch m_patch;
     std::vector<Layer> m_layers;     ///< of the areas, then of the programs
     std::vector<quint64> m_started;  ///< for each layer the number of its last start
@@ -88,6 +89,4 @@ private:
     std::map<int, Place> m_scenes;          ///< by id
     std::map<int, std::size_t> m_programs;  ///< the layer, by id
     quint64 m_nStarts = 0;
-    Color m_color;
-    Command m_command{false, false, false, false, false, 100, 50};
 };

@@ -53,7 +53,7 @@ struct Chase {
     int submaster = 255;
 };
 
-/// What a rehearsal server plays: its serial, its scenes and its programs, and the lamps that they light.
+/// What a server plays: its serial, its scenes and its programs, and the lamps that they light.
 struct Show {
     std::string serial;
     std::vector<Scene> scenes;

@@ -1,0 +1,135 @@
+#include "server/change.h"
+
+#include "device/readers.h"
+
+#include <QStringList>
+
+namespace {
+
+QString OnOff(bool bState) {
+    return bState ? "on" : "off";
+}
+
+Change TakeScene(State& state, const JSONNode& content) {
+    Scene asked;
+    readInto(content, asked);
+    Change change;
+    change.words = QString("scene %1 %2").arg(asked.id).arg(OnOff(asked.state));
+    if (state.SwitchScene(asked.id, asked.state)) {
+        change.message = messages::Scene(asked.id, state.FindScene(asked.id)->area, asked.state);
+        change.starts = asked.state;
+    }
+    return change;
+}
+
+Change TakeProgram(State& state, const JSONNode& content) {
+    Scene asked;
+    readInto(content, asked);
+    Change change;
+    change.words = QString("program %1 %2").arg(asked.id).arg(OnOff(asked.state));
+    if (state.SwitchProgram(asked.id, asked.state)) {
+        change.message = messages::Program(asked.id, asked.state);
+        change.starts = asked.state;
+    }
+    return change;
+}
+
+Change TakeColor(State& state, const JSONNode& content) {
+    Color color = state.CurrentColor();
+    readInto(content, color);
+    state.Take(color);
+    const QString sWords = QString("color %1 %2 %3 white %4 %5")
+                               .arg(color.r)
+                               .arg(color.g)
+                               .arg(color.b)
+                               .arg(color.w)
+                               .arg(OnOff(color.state));
+    return {sWords, messages::Color(state.CurrentColor())};
+}
+
+Change TakeCommand(State& state, const JSONNode& content) {
+    Command command = state.CurrentCommand();
+    readInto(content, command);
+    state.Take(command);
+    QStringList flags;
+    for (const auto& [bFlag, pName] : {std::pair{command.white, "white"},
+                                       {command.bo, "black"},
+                                       {command.next, "next"},
+                                       {command.prev, "previous"},
+                                       {command.hold, "pause"}}) {
+        if (bFlag) {
+            flags.append(pName);
+        }
+    }
+    const QString sWords = QString("commands [%1] dimmer %2 % speed %3 %")
+                               .arg(flags.join(' '))
+                               .arg(command.dim)
+                               .arg(command.speed);
+    return {sWords, messages::Command(state.CurrentCommand())};
+}
+
+Change TakeChannel(State& state, const JSONNode& content) {
+    DmxChan channel;
+    readInto(content, channel);
+    state.Hold(channel);
+    Change change;
+    change.words = QString("universe %1 channel %2 level %3 %4")
+                       .arg(channel.univ)
+                       .arg(channel.chan)
+                       .arg(channel.level)
+                       .arg(OnOff(channel.state));
+    if (channel.chan == -1) {
+        change.universe = channel.univ;
+    } else if (Universes::HasUniverse(channel.univ) && Universes::HasChannel(channel.chan)) {
+        channel.level = state.Held().levels[Universes::At(channel.univ, channel.chan)];
+        change.message = messages::Channel(channel);
+        change.isLevel = true;
+    }
+    return change;
+}
+
+Change TakeRun(State& state, const JSONNode& content) {
+    int nUniverse = -1;
+    int nStart = -1;
+    int nCount = 0;
+    Color color;
+    readInto(content, color);
+    content.ForEachMember([&](std::string_view sName, const JSONNode& value) {
+        if (sName == "universe") {
+            nUniverse = value.AsInt();
+        } else if (sName == "chan") {
+            nStart = value.AsInt();
+        } else if (sName == "number") {
+            nCount = value.AsInt();
+        }
+    });
+    state.HoldRun(nUniverse, nStart, nCount, color);
+    const QString sWords =
+        QString("universe %1 color on %2 fixtures from channel %3").arg(nUniverse).arg(nCount).arg(nStart);
+    return {sWords, {}, nUniverse};
+}
+
+}  // namespace
+
+std::optional<Change> TakeMessage(State& state, MessageType type, const JSONNode& content) {
+    switch (type) {
+        case MessageType::Scene:
+            return TakeScene(state, content);
+        case MessageType::Program:
+            return TakeProgram(state, content);
+        case MessageType::Color:
+            return TakeColor(state, content);
+        case MessageType::Command:
+            return TakeCommand(state, content);
+        case MessageType::Channel:
+            return TakeChannel(state, content);
+        case MessageType::Universe: {
+            const int nUniverse = state.HoldUniverse(content);
+            return Change{QString("universe %1").arg(nUniverse), {}, nUniverse};
+        }
+        case MessageType::UniverseColor:
+            return TakeRun(state, content);
+        default:
+            return {};
+    }
+}

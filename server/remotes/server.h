@@ -1,0 +1,77 @@
+#pragma once
+
+#include "device/jsonnode.h"
+#include "server/remotes/badnetwork.h"
+#include "server/remotes/clients.h"
+#include "server/state.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+class QUdpSocket;
+
+/// The conversation with the remotes: says what the state is, changes it as they ask, and tells each change
+/// to the other clients.
+///
+/// Answers that are longer than their question (states, polls, universes) go to clients alone and leave at
+/// most four times a second for each host, the rest later and only once. Whoever is no client can switch,
+/// colour and hold all the same, and takes no place by it. Whatever comes from a server's port is passed
+/// over: two servers would never stop answering each other.
+class Server : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr quint16 Port = 8093;
+    static constexpr quint16 FallBackPort = 8011;
+
+    struct Options {
+        QHostAddress address{QHostAddress::AnyIPv4};
+        quint16 port = Port;
+        int maxClients = 8;
+        int fragmentSize = 1400;  ///< longer messages leave in marked pieces of so many bytes
+        std::optional<BadNetwork::Options> badNetwork;  ///< all datagrams pass it, if there is one
+    };
+    using Log = std::function<void(const QString&)>;
+
+    /// The state must outlive it. `log` gets one readable line for each message that is acted on, and at most
+    /// one a second for those that are not.
+    Server(State& state, const Options& options, Log log);
+
+    /// Binds the port. False when it is taken or the address is not this machine's; see ErrorText().
+    bool Listen();
+    QString ErrorText() const;
+
+    /// Takes one datagram, which may hold anything, and answers its sender.
+    void ReadMessage(const QByteArray& datagram, const QHostAddress& address, quint16 port);
+
+private:
+    bool ListenToBroadcasts();
+    void ReadPackets(QUdpSocket& socket);
+    void Answer(int nType, const JSONNode& content, const Client& sender);
+    void AnswerClient(int nType, const Client& sender);
+    /// Gives a client a long answer; `nAnswer` is the type of its question or, from UniverseAnswer on, a
+    /// universe.
+    void GiveLongAnswer(const Client& client, int nAnswer);
+    /// False for a type that changes nothing.
+    bool TakeChange(int nType, const JSONNode& content, const Client& sender);
+    void TellOthers(const Client& from, const std::string& sText);
+    void Send(const Client& to, const std::string& sText);
+    void SendDatagram(const Client& to, const QByteArray& datagram);
+    /// At most a line a second: what strangers send for no use must not fill a disk.
+    void LogNoise(const QString& sLine);
+
+    State& m_state;
+    Options m_options;
+    Log m_log;
+    QUdpSocket* m_pSocket;
+    QUdpSocket* m_pBroadcasts;  ///< hears what is sent to everyone when m_pSocket has an address of its own
+    QByteArray m_datagram;      ///< room for the longest
+    std::optional<BadNetwork> m_badNetwork;
+    Clients m_clients;
+    QTimer m_noiseTimer;  ///< runs for a second after a line about noise
+    int m_nNoise = 0;     ///< datagrams that came meanwhile
+};

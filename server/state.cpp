@@ -1,0 +1,136 @@
+#include "server/state.h"
+
+#include "device/readers.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int FullDimmer = 100;
+/// At which programs run as they are written.
+constexpr int WrittenSpeed = 50;
+constexpr int FullSpeed = 100;
+
+int Level(int nLevel) {
+    return std::clamp(nLevel, 0, 255);
+}
+
+/// Of a const list a const one.
+template <typename Entries>
+auto Find(Entries& entries, int nId) {
+    const auto entry =
+        std::find_if(entries.begin(), entries.end(), [nId](const Scene& s) { return s.id == nId; });
+    return entry != entries.end() ? &*entry : nullptr;
+}
+
+bool HasWhite(const Show& show) {
+    return std::any_of(show.fixtures.begin(), show.fixtures.end(),
+                       [](const Fixture& fixture) { return fixture.layout.find('w') != std::string::npos; });
+}
+
+}  // namespace
+
+State::State(Show show) : m_show(std::move(show)) {
+    m_color.rgbw = HasWhite(m_show);
+    m_command.dim = FullDimmer;
+    m_command.speed = WrittenSpeed;
+    for (const auto& [pEntries, bProgram] : {std::pair{&m_show.scenes, false}, {&m_show.programs, true}}) {
+        for (const Scene& entry : *pEntries) {
+            if (entry.state) {
+                m_runs.push_back({bProgram, entry.id});
+            }
+        }
+    }
+}
+
+const Scene* State::FindScene(int nId) const {
+    return Find(m_show.scenes, nId);
+}
+
+const Scene* State::FindProgram(int nId) const {
+    return Find(m_show.programs, nId);
+}
+
+bool State::SwitchScene(int nId, bool bOn) {
+    Scene* pScene = Find(m_show.scenes, nId);
+    if (pScene == nullptr) {
+        return false;
+    }
+    for (Scene& other : m_show.scenes) {
+        if (bOn && other.state && other.area == pScene->area) {
+            SetRunning(other, false, false);
+        }
+    }
+    SetRunning(*pScene, false, bOn);
+    emit sceneSwitched(nId, bOn, ReleaseColor(bOn));
+    emit changed();
+    return true;
+}
+
+bool State::SwitchProgram(int nId, bool bOn) {
+    Scene* pProgram = Find(m_show.programs, nId);
+    if (pProgram == nullptr) {
+        return false;
+    }
+    SetRunning(*pProgram, true, bOn);
+    emit programSwitched(nId, bOn, ReleaseColor(bOn));
+    emit changed();
+    return true;
+}
+
+void State::SetRunning(Scene& entry, bool bProgram, bool bOn) {
+    const Running running{bProgram, entry.id};
+    m_runs.erase(std::remove(m_runs.begin(), m_runs.end(), running), m_runs.end());
+    if (bOn) {
+        m_runs.push_back(running);
+    }
+    entry.state = bOn;
+}
+
+bool State::ReleaseColor(bool bStarts) {
+    const bool bReleases = bStarts && m_color.state;
+    m_color.state = m_color.state && !bStarts;
+    return bReleases;
+}
+
+void State::Take(const Color& color) {
+    const bool bWhite = m_show.fixtures.empty() ? color.rgbw : m_color.rgbw;
+    m_color = color;
+    for (int* pLevel : {&m_color.r, &m_color.g, &m_color.b, &m_color.w}) {
+        *pLevel = Level(*pLevel);
+    }
+    m_color.rgbw = bWhite;
+    emit colorTaken();
+    emit changed();
+}
+
+void State::Take(const Command& command) {
+    m_command = command;
+    m_command.dim = std::clamp(command.dim, 0, FullDimmer);
+    m_command.speed = std::clamp(command.speed, 0, FullSpeed);
+    m_command.next = false;
+    m_command.prev = false;
+    emit commandTaken(command.next, command.prev);
+    emit changed();
+}
+
+void State::Hold(const DmxChan& channel) {
+    if (channel.chan == -1) {
+        m_held.SetAll(channel.univ, static_cast<unsigned char>(Level(channel.level)), channel.state);
+    } else {
+        m_held.Set(channel.univ, channel.chan, Level(channel.level), channel.state);
+    }
+    emit changed();
+}
+
+int State::HoldUniverse(const JSONNode& content) {
+    const int nUniverse = readInto(content, m_held);
+    emit changed();
+    return nUniverse;
+}
+
+void State::HoldRun(int nUniverse, int nStart, int nCount, const Color& color) {
+    m_held.SetRun(nUniverse, nStart, nCount, color);
+    emit changed();
+}

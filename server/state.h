@@ -1,0 +1,80 @@
+#pragma once
+
+#include "device/color.h"
+#include "device/command.h"
+#include "device/dmxchan.h"
+#include "device/jsonnode.h"
+#include "device/universes.h"
+#include "server/show/show.h"
+
+#include <QObject>
+
+#include <vector>
+
+/// What a show does at this moment: what runs, the operator's colour and commands, the channels that are
+/// held; and the rules by which one changes another. Remotes change it, lamps follow it. It knows neither.
+///
+/// What makes no sense (an id that the show has not, a universe that is none) changes nothing; a level,
+/// dimmer or speed out of range is clamped.
+class State : public QObject {
+    Q_OBJECT
+
+public:
+    /// Something that runs: a scene or, by its own ids, a program.
+    struct Running {
+        bool program = false;
+        int id = 0;
+        bool operator==(const Running& other) const { return program == other.program && id == other.id; }
+    };
+
+    /// Begins as the show says: its scenes run, then its programs, in their order. Its colour has white where
+    /// a fixture has.
+    explicit State(Show show);
+
+    /// The show; `state` of its scenes and programs says which run.
+    const Show& CurrentShow() const { return m_show; }
+    /// What runs, in the order in which it was started.
+    const std::vector<Running>& Runs() const { return m_runs; }
+    const Color& CurrentColor() const { return m_color; }
+    /// Next and previous are never set in it.
+    const Command& CurrentCommand() const { return m_command; }
+    const Universes& Held() const { return m_held; }
+    /// A scene or program of the show; null for an id that it has not.
+    const Scene* FindScene(int nId) const;
+    const Scene* FindProgram(int nId) const;
+
+    /// Starts (true) or stops. A scene that starts stops the others of its area; whatever starts, also what
+    /// runs already, releases the colour, but no command. False if the show has none such.
+    bool SwitchScene(int nId, bool bOn);
+    bool SwitchProgram(int nId, bool bOn);
+    /// Whether the colour has white is the show's to say; only one without fixtures takes what it is told.
+    void Take(const Color& color);
+    void Take(const Command& command);
+    /// Holds or releases a channel, or with channel -1 all of its universe.
+    void Hold(const DmxChan& channel);
+    /// The same with a whole universe, as the content of a message says. Returns which one, -1 for none.
+    int HoldUniverse(const JSONNode& content);
+    /// Holds fixtures side by side, as Universes::SetRun does.
+    void HoldRun(int nUniverse, int nStart, int nCount, const Color& color);
+
+signals:
+    /// `bReleasesColor`: by this start the colour, which was on, went off.
+    void sceneSwitched(int nId, bool bOn, bool bReleasesColor);
+    void programSwitched(int nId, bool bOn, bool bReleasesColor);
+    /// The hand set the colour, or let it go.
+    void colorTaken();
+    /// The flags are those that are done once.
+    void commandTaken(bool bNext, bool bPrevious);
+    /// After each of these, and whenever channels are held or released.
+    void changed();
+
+private:
+    void SetRunning(Scene& entry, bool bProgram, bool bOn);
+    bool ReleaseColor(bool bStarts);
+
+    Show m_show;
+    std::vector<Running> m_runs;
+    Color m_color;
+    Command m_command;
+    Universes m_held;
+};
