@@ -18,7 +18,7 @@ int main(int argc, char* argv[]) {
     }
     qtversions::EnableHighDensity();
 
-    logging::SetPattern();
+    const logging::Session logging;
     QApplication application(argc, argv);
     // Where a desktop finds the window's name and icon: corvane.desktop.
     QApplication::setDesktopFileName("corvane");

@@ -3,16 +3,39 @@
 #include <QStringList>
 
 #include <cstdlib>
+#include <unistd.h>
 
 Q_LOGGING_CATEGORY(logNet, "corvane.net", QtWarningMsg)
 Q_LOGGING_CATEGORY(logWire, "corvane.wire", QtWarningMsg)
 Q_LOGGING_CATEGORY(logDrop, "corvane.drop", QtWarningMsg)
 
+namespace {
+
+/// A message handler is a function and no more.
+logging::Session* pSession = nullptr;
+
+}  // namespace
+
 namespace logging {
 
-void SetPattern() {
+Session::Session() : m_errors(STDERR_FILENO) {
     if (!qEnvironmentVariableIsSet("QT_MESSAGE_PATTERN")) {
         qSetMessagePattern("%{if-category}%{time HH:mm:ss.zzz} %{category} %{endif}%{message}");
+    }
+    pSession = this;
+    qInstallMessageHandler(&Session::Take);
+}
+
+Session::~Session() {
+    qInstallMessageHandler(nullptr);
+    pSession = nullptr;
+}
+
+void Session::Take(QtMsgType type, const QMessageLogContext& context, const QString& sText) {
+    const std::lock_guard lock(pSession->m_mutex);  // any thread may have something to say
+    pSession->m_errors.Write(qFormatLogMessage(type, context, sText));
+    if (type == QtFatalMsg) {
+        pSession->m_errors.Finish();
     }
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "device/linewriter.h"
+
 #include <QByteArray>
 #include <QLoggingCategory>
 #include <QString>
 
+#include <mutex>
 #include <string>
 
 // What a report of a fault needs to know. Silent unless asked for: QT_LOGGING_RULES="corvane.*=true". What
@@ -15,8 +18,21 @@ Q_DECLARE_LOGGING_CATEGORY(logDrop)  ///< corvane.drop: each text that changes n
 
 namespace logging {
 
-/// Puts time and category before each line, unless QT_MESSAGE_PATTERN says otherwise.
-void SetPattern();
+/// While it lives, what Qt and the categories above say is written to standard error by a LineWriter, with
+/// time and category before each line unless QT_MESSAGE_PATTERN says otherwise. One at a time.
+class Session {
+public:
+    Session();
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+private:
+    static void Take(QtMsgType type, const QMessageLogContext& context, const QString& sText);
+
+    std::mutex m_mutex;
+    LineWriter m_errors;
+};
 
 /// What kind of message a datagram is, from its first "typ", and its size: "state (7), 433 bytes". The later
 /// pieces of a split message, and whatever has no type, are "piece".

@@ -62,7 +62,7 @@ logged_more_than() { [ "$(log_count "$1")" -gt "$2" ]; }
 # start_server [OPTION...]
 # shellcheck disable=SC2120  # most scripts give none
 start_server() {
-    "$build/corvane-server" "$@" >"$room/server.log" &
+    "$build/corvane-server" --verbose "$@" >"$room/server.log" &
     server=$!
     started[server]=$server
     wait_for 'the server' logged 'listens'

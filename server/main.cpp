@@ -1,6 +1,7 @@
 #include "device/logging.h"
 #include "server/lamps/lampoutput.h"
 #include "server/lamps/playback.h"
+#include "server/log.h"
 #include "server/remotes/server.h"
 #include "server/show/patchsheet.h"
 #include "server/state.h"
@@ -9,7 +10,6 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QNetworkInterface>
-#include <QTime>
 
 #include <cstdio>
 #include <exception>
@@ -36,7 +36,8 @@ int Number(const QCommandLineParser& parser, const QString& sOption, int nLeast,
 void AddOptions(QCommandLineParser& parser) {
     parser.setApplicationDescription(
         "The server for the Corvane remote: a networked lighting interface, which lights lamps by sACN.\n"
-        "It logs one line for each message. Bad options or a bad show file end it with status 2.");
+        "It logs one line for each message that changes something. Bad options or a bad show file end it "
+        "with status 2.");
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOptions({
@@ -45,6 +46,7 @@ void AddOptions(QCommandLineParser& parser) {
         {"print-show", "Print the file of the built-in show, and end."},
         {"serial", "Go by this serial instead of the show's.", "text"},
         {"address", "Listen on this address of the machine (default: all of them).", "address"},
+        {"verbose", "Log every sign of life and every poll, too."},
         {"fall-back", "Listen on the fall-back port 8011 instead of 8093."},
         {"limit", "Refuse a client when this many are there (default: 8).", "clients", "8"},
         {"fragment", "Split longer messages into marked fragments of this many bytes (default: 1400).",
@@ -88,6 +90,7 @@ Server::Options ReadOptions(const QCommandLineParser& parser) {
     options.port = parser.isSet("fall-back") ? Server::FallBackPort : Server::Port;
     options.maxClients = Number(parser, "limit", 0, 1000);
     options.fragmentSize = Number(parser, "fragment", 1, 60000);
+    options.isVerbose = parser.isSet("verbose");
     options.badNetwork = ReadBadNetwork(parser);
     return options;
 }
@@ -127,19 +130,6 @@ SacnSender::Options ReadSacnOptions(const QCommandLineParser& parser) {
     return options;
 }
 
-/// A line holds texts of others: what would move a terminal's cursor, or turn a line around, is escaped.
-QString Printable(const QString& sText) {
-    QString sPrintable;
-    for (const uint nChar : sText.toUcs4()) {
-        const auto cChar = static_cast<char32_t>(nChar);
-        const QChar::Category category = QChar::category(nChar);
-        const bool bBreaks = category == QChar::Separator_Line || category == QChar::Separator_Paragraph;
-        sPrintable += QChar::isPrint(nChar) && !bBreaks ? QString::fromUcs4(&cChar, 1)
-                                                        : QString("\\u%1").arg(nChar, 4, 16, QChar('0'));
-    }
-    return sPrintable;
-}
-
 void WriteLine(std::FILE* stream, const QString& sLine) {
     std::fprintf(stream, "%s\n", qPrintable(Printable(sLine)));
     std::fflush(stream);
@@ -150,11 +140,10 @@ void Check(const QString& sPath) {
     const Show show = Show::Load(sPath);
     const State state(show);
     const Playback playback(state, [] { return 0; });
-    WriteLine(stdout, QString("%1 is good: %2 scenes, %3 programs, %4 universes of lamps")
-                          .arg(sPath)
-                          .arg(show.scenes.size())
-                          .arg(show.programs.size())
-                          .arg(playback.Patched().count()));
+    WriteLine(stdout,
+              QString("%1 is good: %2 scenes, %3 programs, %4 universes of lamps")
+                  .arg(sPath, QString::number(show.scenes.size()), QString::number(show.programs.size()),
+                       QString::number(playback.Patched().count())));
     for (const QString& sLine : PatchSheet(show)) {
         WriteLine(stdout, sLine);
     }
@@ -169,14 +158,10 @@ int Serve(const QCommandLineParser& parser) {
     if (parser.isSet("serial")) {
         show.serial = parser.value("serial").toStdString();
     }
-    const auto log = [](const QString& sLine) {
-        WriteLine(stdout, QTime::currentTime().toString("HH:mm:ss.zzz ") + sLine);
-    };
     // First of all: a thread that Qt starts before the signals are taken would still be ended by them.
-    std::optional<TerminationSignals> termination;
-    if (parser.isSet("sacn")) {
-        termination.emplace();
-    }
+    TerminationSignals termination;
+    Log lines;
+    const auto log = [&lines](const QString& sLine) { lines.Write(sLine); };
     State state(show);
     Server server(state, options, log);
     std::optional<LampOutput> lamps;
@@ -190,23 +175,23 @@ int Serve(const QCommandLineParser& parser) {
                               .arg(server.ErrorText()));
         return 1;
     }
-    WriteLine(stdout, QString("Serial %1 with %2 scenes and %3 programs listens on %4 port %5")
-                          .arg(QString::fromStdString(show.serial))
-                          .arg(show.scenes.size())
-                          .arg(show.programs.size())
-                          .arg(options.address.toString())
-                          .arg(options.port));
+    log(QString("corvane-server %1: serial %2 with %3 scenes and %4 programs listens on %5 port %6")
+            .arg(CORVANE_VERSION, QString::fromStdString(show.serial), QString::number(show.scenes.size()),
+                 QString::number(show.programs.size()), options.address.toString(),
+                 QString::number(options.port)));
     if (lamps && !lamps->Start()) {
         WriteLine(stderr, "corvane-server: cannot send sACN: " + lamps->ErrorText());
         return 1;
     }
-    return QCoreApplication::exec();
+    const int nStatus = QCoreApplication::exec();
+    log("corvane-server " CORVANE_VERSION " ends");
+    return nStatus;
 }
 
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    logging::SetPattern();
+    const logging::Session logging;
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("corvane-server");
     QCoreApplication::setApplicationVersion(CORVANE_VERSION);

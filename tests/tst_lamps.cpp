@@ -168,6 +168,43 @@ private slots:
         }
         QVERIFY(sources.count(sources[0]) == 4 && sources[4] != sources[0]);
     }
+
+    /// Nobody reads the log for a while, or its reader dies: lamps follow and streams end all the same, and
+    /// what could not be written is counted.
+    void log() {
+        for (const QString sReader : {"sleep 3; cat", "true"}) {
+            QProcess program;
+            QProcess reader;
+            program.setStandardOutputProcess(&reader);
+            program.setProcessChannelMode(QProcess::MergedChannels);
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert("QT_LOGGING_RULES", "corvane.*=true");
+            program.setProcessEnvironment(environment);
+            reader.start("sh", {"-c", sReader});
+            program.start(SERVER_PROGRAM, {"--sacn", "--sacn-interface", "127.0.0.1"});
+            QVERIFY(QTest::qWaitFor([this] { return Heard().contains("1:"); }));
+            QUdpSocket remote;
+            const auto send = [&remote](const QByteArray& text) {
+                remote.writeDatagram(text, QHostAddress::LocalHost, 8093);
+            };
+            for (int i = 0; i < 6000; ++i) {
+                send(R"({"typ":9,"content":{"id":99}})");
+                QThread::usleep(50);
+            }
+            send(R"({"typ":12,"content":{"chan":0,"univ":0,"level":77,"s":true}})");
+            QVERIFY(QTest::qWaitFor([this] { return Heard().contains("1:77"); }));
+            if (sReader != "true") {
+                QVERIFY(reader.waitForReadyRead());
+                QTest::qWait(200);
+                send(R"({"typ":9,"content":{"id":99}})");
+            }
+            kill(static_cast<pid_t>(program.processId()), SIGTERM);
+            QVERIFY(program.waitForFinished() && program.exitStatus() == QProcess::NormalExit);
+            QVERIFY(Heard().contains("!1:77"));
+            QVERIFY(reader.waitForFinished());
+            QCOMPARE(reader.readAll().contains(" lines lost\n"), sReader != "true");
+        }
+    }
 };
 
 QTEST_GUILESS_MAIN(TestLamps)

@@ -116,7 +116,7 @@ void Server::ReadMessage(const QByteArray& datagram, const QHostAddress& address
 void Server::Answer(int nType, const JSONNode& content, const Client& sender) {
     switch (static_cast<MessageType>(nType)) {
         case MessageType::Discovery:
-            m_log(sender.Name() + " asks who is there");
+            LogRoutine(sender.Name() + " asks who is there");
             Send(sender, replies::Serial(m_state.CurrentShow().serial));
             break;
         case MessageType::Goodbye:
@@ -151,7 +151,7 @@ void Server::Answer(int nType, const JSONNode& content, const Client& sender) {
 
 void Server::AnswerClient(int nType, const Client& sender) {
     if (nType == static_cast<int>(MessageType::Alive)) {
-        m_log(sender.Name() + " is alive");
+        LogRoutine(sender.Name() + " is alive");
         Send(sender, messages::Bare(MessageType::Alive));
     } else {
         m_clients.Owe(sender, nType);
@@ -167,16 +167,16 @@ void Server::GiveLongAnswer(const Client& client, int nAnswer) {
                  replies::State(m_state.CurrentShow(), m_state.CurrentColor(), m_state.CurrentCommand()));
             break;
         case static_cast<int>(MessageType::ScenePoll):
-            m_log(client.Name() + " polls the scenes");
+            LogRoutine(client.Name() + " polls the scenes");
             Send(client, replies::SceneStates(m_state.CurrentShow()));
             break;
         case static_cast<int>(MessageType::CommandPoll):
-            m_log(client.Name() + " polls the commands");
+            LogRoutine(client.Name() + " polls the commands");
             Send(client, messages::Color(m_state.CurrentColor()));
             Send(client, messages::Command(m_state.CurrentCommand()));
             break;
         case static_cast<int>(MessageType::ChannelPoll):
-            m_log(client.Name() + " polls the channels");
+            LogRoutine(client.Name() + " polls the channels");
             for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
                 if (m_state.Held().IsHeld(nUniverse)) {
                     Send(client, replies::Universe(m_state.Held(), nUniverse));
@@ -241,6 +241,12 @@ void Server::SendDatagram(const Client& to, const QByteArray& datagram) {
         m_badNetwork->CarryOut(datagram.size(), send);
     } else {
         send();
+    }
+}
+
+void Server::LogRoutine(const QString& sLine) {
+    if (m_options.isVerbose) {
+        m_log(sLine);
     }
 }
 

@@ -33,6 +33,7 @@ public:
         quint16 port = Port;
         int maxClients = 8;
         int fragmentSize = 1400;  ///< longer messages leave in marked pieces of so many bytes
+        bool isVerbose = false;   ///< logs also what every remote says all day long
         std::optional<BadNetwork::Options> badNetwork;  ///< all datagrams pass it, if there is one
     };
     using Log = std::function<void(const QString&)>;
@@ -61,6 +62,7 @@ private:
     void TellOthers(const Client& from, const std::string& sText);
     void Send(const Client& to, const std::string& sText);
     void SendDatagram(const Client& to, const QByteArray& datagram);
+    void LogRoutine(const QString& sLine);
     /// At most a line a second: what strangers send for no use must not fill a disk.
     void LogNoise(const QString& sLine);
 
