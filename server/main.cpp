@@ -10,6 +10,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QNetworkInterface>
+#include <QRegularExpression>
 
 #include <cstdio>
 #include <exception>
@@ -59,9 +60,16 @@ void AddOptions(QCommandLineParser& parser) {
         {"sacn", "Light lamps: send the show's levels as streaming ACN (E1.31)."},
         {"sacn-priority", "Of several sources the one with the highest priority is obeyed (default: 100).",
          "0 to 200", "100"},
-        {"sacn-interface", "Send from this address of the machine (default: as the system routes it).",
+        {"sacn-interface",
+         "Send by this interface (eth0) or address of the machine, and by no other; while it is missing it "
+         "is "
+         "waited for (default: as the system routes it).",
+         "name or address"},
+        {"sacn-to",
+         "Send to this receiver alone, or, given several times, to these (default: by multicast to "
+         "239.255.0.1 "
+         "and up).",
          "address"},
-        {"sacn-to", "Send to this receiver alone (default: by multicast to 239.255.0.1 and up).", "address"},
     });
 }
 
@@ -95,17 +103,48 @@ Server::Options ReadOptions(const QCommandLineParser& parser) {
     return options;
 }
 
-/// The IPv4 address that an option gives, null where it is left out; throws std::runtime_error with one line
-/// when it is not written out in four numbers.
-QHostAddress Address(const QCommandLineParser& parser, const QString& sOption) {
-    QHostAddress address(parser.value(sOption));
-    if (parser.isSet(sOption) && (address.protocol() != QAbstractSocket::IPv4Protocol ||
-                                  address.toString() != parser.value(sOption))) {
-        throw std::runtime_error(QString("--%1 takes an IPv4 address such as 192.168.1.20, not \"%2\"")
-                                     .arg(sOption, parser.value(sOption))
-                                     .toStdString());
+bool IsPlainAddress(const QString& sText) {
+    const QHostAddress address(sText);
+    return address.protocol() == QAbstractSocket::IPv4Protocol && address.toString() == sText;
+}
+
+/// A name or an address that an interface may have; throws std::runtime_error with one line for anything
+/// else.
+QString Interface(const QCommandLineParser& parser) {
+    static const QRegularExpression name("^[^\\s/:]{1,15}$");
+    static const QRegularExpression numbers("^[0-9.]*$");
+    const QString sInterface = parser.value("sacn-interface");
+    const quint32 nFirst = QHostAddress(sInterface).toIPv4Address() >> 24U;
+    const bool bAddress = IsPlainAddress(sInterface) && nFirst > 0 && nFirst < 224;
+    const bool bName = name.match(sInterface).hasMatch() && !numbers.match(sInterface).hasMatch();
+    if (parser.isSet("sacn-interface") && !bAddress && !bName) {
+        throw std::runtime_error(
+            "--sacn-interface takes a name such as eth0 or an address such as "
+            "192.168.1.20, not \"" +
+            sInterface.toStdString() + '"');
     }
-    return address;
+    return sInterface;
+}
+
+/// What --sacn-to gives, if it can be one receiver: no network, no group, no broadcast.
+QHostAddress Receiver(const QString& sTo) {
+    const QHostAddress to(sTo);
+    if (!IsPlainAddress(sTo)) {
+        throw std::runtime_error("--sacn-to takes an IPv4 address such as 192.168.1.20, not \"" +
+                                 sTo.toStdString() + '"');
+    }
+    const quint32 nFirst = to.toIPv4Address() >> 24U;
+    bool bOne = nFirst != 0 && nFirst < 224 && to != QHostAddress("127.255.255.255");
+    for (const QNetworkInterface& interface : QNetworkInterface::allInterfaces()) {
+        for (const QNetworkAddressEntry& entry : interface.addressEntries()) {
+            bOne = bOne && entry.broadcast() != to;
+        }
+    }
+    if (!bOne) {
+        throw std::runtime_error("--sacn-to takes the address of one receiver, which " + sTo.toStdString() +
+                                 " is not");
+    }
+    return to;
 }
 
 SacnSender::Options ReadSacnOptions(const QCommandLineParser& parser) {
@@ -116,16 +155,9 @@ SacnSender::Options ReadSacnOptions(const QCommandLineParser& parser) {
     }
     SacnSender::Options options;
     options.priority = Number(parser, "sacn-priority", 0, 200);
-    options.interface = Address(parser, "sacn-interface");
-    options.to = Address(parser, "sacn-to");
-    if (!options.interface.isNull() && !QNetworkInterface::allAddresses().contains(options.interface)) {
-        throw std::runtime_error("--sacn-interface: " + options.interface.toString().toStdString() +
-                                 " is no address of this machine");
-    }
-    const quint32 nFirst = options.to.toIPv4Address() >> 24U;
-    if (!options.to.isNull() && (nFirst == 0 || nFirst >= 224)) {
-        throw std::runtime_error("--sacn-to takes the address of one receiver, which " +
-                                 options.to.toString().toStdString() + " is not");
+    options.interface = Interface(parser);
+    for (const QString& sTo : parser.values("sacn-to")) {
+        options.to.append(Receiver(sTo));
     }
     return options;
 }
@@ -179,9 +211,13 @@ int Serve(const QCommandLineParser& parser) {
             .arg(CORVANE_VERSION, QString::fromStdString(show.serial), QString::number(show.scenes.size()),
                  QString::number(show.programs.size()), options.address.toString(),
                  QString::number(options.port)));
-    if (lamps && !lamps->Start()) {
-        WriteLine(stderr, "corvane-server: cannot send sACN: " + lamps->ErrorText());
-        return 1;
+    if (lamps) {
+        QObject::connect(&*termination, &TerminationSignals::asked, &*lamps, &LampOutput::Finish);
+        QObject::connect(&*lamps, &LampOutput::finished, &TerminationSignals::End);
+        if (show.fixtures.empty()) {
+            log("sACN: the show has no fixtures, so there is nothing to send but channels that are held");
+        }
+        lamps->Start();
     }
     const int nStatus = QCoreApplication::exec();
     log("corvane-server " CORVANE_VERSION " ends");

@@ -2,12 +2,15 @@
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <csignal>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
 namespace {
+
+constexpr int LongestEndMs = 100;
 
 /// The end of the terminal is left out where whoever started the program wants it to outlive that.
 sigset_t Taken() {
@@ -32,14 +35,21 @@ TerminationSignals::TerminationSignals() {
     }
     sigprocmask(SIG_BLOCK, &taken, nullptr);
     auto* pNotifier = new QSocketNotifier(m_nDescriptor, QSocketNotifier::Read, this);
-    connect(pNotifier, &QSocketNotifier::activated, this, [this] {
-        signalfd_siginfo arrived{};
-        if (read(m_nDescriptor, &arrived, sizeof arrived) == sizeof arrived) {
-            const sigset_t others = Taken();
-            sigprocmask(SIG_UNBLOCK, &others, nullptr);
-            QCoreApplication::quit();
-        }
+    connect(pNotifier, &QSocketNotifier::activated, this, [this, pNotifier] {
+        pNotifier->setEnabled(false);
+        QTimer::singleShot(LongestEndMs, &TerminationSignals::End);
+        emit asked();
     });
+}
+
+void TerminationSignals::End() {
+    // What has come meanwhile would end the program as soon as it is let through.
+    const sigset_t taken = Taken();
+    const timespec now{};
+    while (sigtimedwait(&taken, nullptr, &now) > 0) {
+    }
+    sigprocmask(SIG_UNBLOCK, &taken, nullptr);
+    QCoreApplication::quit();
 }
 
 TerminationSignals::~TerminationSignals() {

@@ -2,8 +2,9 @@
 
 #include <QObject>
 
-/// Ends the event loop when the program is told to end (Ctrl+C, SIGTERM, the terminal's end), so that what is
-/// open can be closed. A second such signal ends the program at once.
+/// Takes what tells the program to end (Ctrl+C, SIGTERM, the terminal's end), so that what is open can be
+/// closed. Terminals and service managers send two of them side by side: what comes while that goes on is
+/// taken as well.
 class TerminationSignals : public QObject {
     Q_OBJECT
 
@@ -12,6 +13,13 @@ public:
     ~TerminationSignals() override;
     TerminationSignals(const TerminationSignals&) = delete;
     TerminationSignals& operator=(const TerminationSignals&) = delete;
+
+    /// Ends the event loop. From here on another signal ends the program at once.
+    static void End();
+
+signals:
+    /// The program is told to end. Unless End() is called before, that is done a tenth of a second later.
+    void asked();
 
 private:
     int m_nDescriptor;

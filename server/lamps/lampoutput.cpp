@@ -1,13 +1,14 @@
 #include "server/lamps/lampoutput.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace {
 
 constexpr int FrameMs = 25;
 /// While nothing moves and nothing is due.
 constexpr int StillMs = 1000;
+/// The first and the two that tell once more that streams end.
+constexpr int LastFrames = 3;
 
 UniverseSet WithHeldChannels(const Universes& universes) {
     UniverseSet held;
@@ -17,20 +18,32 @@ UniverseSet WithHeldChannels(const Universes& universes) {
     return held;
 }
 
+QElapsedTimer Started() {
+    QElapsedTimer clock;
+    clock.start();
+    return clock;
+}
+
 }  // namespace
 
-LampOutput::LampOutput(const State& state, const SacnSender::Options& options, SacnSender::Log log)
+LampOutput::LampOutput(const State& state, const SacnSender::Options& options, const SacnSender::Log& log)
     : m_state(state),
+      m_clock(Started()),
       m_playback(state, [this] { return m_clock.elapsed(); }),
-      m_sender(state.CurrentShow().serial, options, std::move(log)) {
+      m_sender(state.CurrentShow().serial, options, log) {
     connect(&state, &State::changed, this, &LampOutput::SendSoon);
     connect(&m_timer, &QTimer::timeout, this, &LampOutput::SendFrame);
 }
 
-bool LampOutput::Start() {
+void LampOutput::Start() {
     m_timer.setTimerType(Qt::PreciseTimer);
-    m_timer.start(FrameMs);
-    return m_sender.Open();
+    m_timer.start(0);
+}
+
+void LampOutput::Finish() {
+    m_nLastFrames = LastFrames;
+    m_used.reset();
+    SendFrame();
 }
 
 /// At once, unless the last frame has only just left.
@@ -43,16 +56,23 @@ void LampOutput::SendSoon() {
 
 void LampOutput::SendFrame() {
     const qint64 nNowMs = m_clock.elapsed();
-    if (m_bChanged || m_playback.IsMoving(m_nFrameMs)) {
+    if (m_nLastFrames < 0 && (m_bChanged || m_playback.IsMoving(m_nFrameMs))) {
         m_playback.Render(nNowMs, m_levels);
         m_used = m_playback.Patched() | WithHeldChannels(m_state.Held());
         m_bChanged = false;
     }
-    m_nFrameMs = nNowMs;
     m_sender.Send(m_levels, m_used, nNowMs);
+    if (m_nLastFrames >= 0 && (m_nLastFrames-- == 0 || !m_sender.IsRunning())) {
+        m_timer.stop();
+        emit finished();
+        return;
+    }
+    const bool bLate = nNowMs - m_nFrameMs > m_timer.interval() + 1;
+    m_nFrameMs = nNowMs;
     const qint64 nWaitMs = m_playback.IsMoving(nNowMs) ? FrameMs : m_sender.DueMs() - nNowMs;
     const int nNextMs = static_cast<int>(std::clamp<qint64>(nWaitMs, FrameMs, StillMs));
-    if (nNextMs != m_timer.interval()) {
+    // The timer makes up for what was late by the next one, which receivers would not follow.
+    if (bLate || nNextMs != m_timer.interval()) {
         m_timer.start(nNextMs);
     }
 }

@@ -14,11 +14,16 @@ class LampOutput : public QObject {
 
 public:
     /// The state must outlive it.
-    LampOutput(const State& state, const SacnSender::Options& options, SacnSender::Log log);
+    LampOutput(const State& state, const SacnSender::Options& options, const SacnSender::Log& log);
 
-    /// Begins to send. False when there is no socket to send by; see ErrorText().
-    bool Start();
-    QString ErrorText() const { return m_sender.ErrorText(); }
+    /// Begins to send, or to wait for what it sends by.
+    void Start();
+    /// Ends all streams, which takes a few frames.
+    void Finish();
+
+signals:
+    /// All streams have ended.
+    void finished();
 
 private:
     void SendSoon();
@@ -32,5 +37,6 @@ private:
     Levels m_levels{};
     UniverseSet m_used;
     qint64 m_nFrameMs = 0;   ///< when the last one left
+    int m_nLastFrames = -1;  ///< how many are still sent; -1 is no end
     bool m_bChanged = true;  ///< something was switched, taken, held or released since
 };

@@ -4,25 +4,21 @@
 #include <QSysInfo>
 
 #include <algorithm>
-#include <arpa/inet.h>
-#include <cerrno>
-#include <cstring>
 #include <limits>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-#include <utility>
 
 namespace {
 
-/// Receivers give a source up after 2.5 s and want to hear it every 0.8 s; a frame may come late.
-constexpr qint64 RepeatMs = 725;
-constexpr qint64 DiscoveryMs = 10000;
-constexpr qint64 TellMs = 60000;
+/// Receivers give a source up after 2.5 s and want to hear it every 0.8 to 1 s; a frame may come late.
+constexpr qint64 RepeatMs = 850;
+/// With how many more frames a change is sent.
+constexpr int ChangeRepeats = 3;
+/// The same of a new stream. A receiver that remembers it from before may pass over the first 20 packets,
+/// whose numbers are lower than the last one's.
+constexpr int NewRepeats = 20;
 /// How many packets tell that a stream ends.
 constexpr int EndCount = 3;
-/// Through how many routers of a lighting network multicast passes.
-constexpr int TimeToLive = 32;
+constexpr qint64 DiscoveryMs = 10000;
+constexpr qint64 RetryMs = 250;
 
 /// Receivers know a source by this, so it outlives the program. Where the machine has no id, the serial alone
 /// makes it, and two such machines that go by one serial are one source to them.
@@ -32,94 +28,67 @@ QUuid CidOf(const std::string& sSerial) {
                                QSysInfo::machineUniqueId() + '/' + QByteArray::fromStdString(sSerial));
 }
 
-sockaddr_in SocketAddress(quint32 nAddress, quint16 nPort) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(nAddress);
-    address.sin_port = htons(nPort);
-    return address;
-}
-
 }  // namespace
 
-SacnSender::SacnSender(const std::string& sSerial, const Options& options, Log log)
+SacnSender::SacnSender(const std::string& sSerial, const Options& options, const Log& log)
     : m_source{CidOf(sSerial), "Corvane " + sSerial, options.priority},
       m_options(options),
-      m_log(std::move(log)) {
+      m_log(log),
+      m_complaints(log),
+      m_socket(options.interface) {
     for (int nUniverse = 1; nUniverse <= Universes::Count; ++nUniverse) {
         m_streams.push_back({sacn::DataPacket(m_source, nUniverse)});
     }
 }
 
-SacnSender::~SacnSender() {
-    for (int i = 0; i < Universes::Count; ++i) {
-        if (m_running[static_cast<std::size_t>(i)]) {
-            End(i);
-        }
-    }
-    CloseSocket();
-}
-
-bool SacnSender::Open() {
-    if (!OpenSocket()) {
-        m_sError = std::strerror(errno);
-        return false;
-    }
-    m_log(QString("sACN: \"%1\" sends to %2 port %3 with priority %4")
-              .arg(QString::fromStdString(m_source.name),
-                   m_options.to.isNull() ? "239.255.0.1 to 239.255.0.32" : m_options.to.toString())
-              .arg(sacn::Port)
-              .arg(m_options.priority) +
-          (m_options.interface.isNull() ? QString() : " from " + m_options.interface.toString()));
-    return true;
-}
-
-bool SacnSender::OpenSocket() {
-    CloseSocket();
-    m_nSocket = socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    const sockaddr_in from = SocketAddress(m_options.interface.toIPv4Address(), 0);
-    const int nYes = 1;
-    return m_nSocket >= 0 && bind(m_nSocket, reinterpret_cast<const sockaddr*>(&from), sizeof from) == 0 &&
-           setsockopt(m_nSocket, IPPROTO_IP, IP_MULTICAST_IF, &from.sin_addr, sizeof from.sin_addr) == 0 &&
-           setsockopt(m_nSocket, IPPROTO_IP, IP_MULTICAST_TTL, &TimeToLive, sizeof TimeToLive) == 0 &&
-           setsockopt(m_nSocket, IPPROTO_IP, IP_MULTICAST_LOOP, &nYes, sizeof nYes) == 0;
-}
-
-void SacnSender::CloseSocket() {
-    if (m_nSocket >= 0) {
-        close(m_nSocket);
-        m_nSocket = -1;
-    }
-}
-
 void SacnSender::Send(const Levels& levels, const UniverseSet& used, qint64 nNowMs) {
-    // The interface by which a socket sends is gone for it even if it comes back.
-    const bool bOpen = m_nFailure == 0 || OpenSocket();
-    m_nFailure = bOpen ? 0 : errno;
-    m_nSent = 0;
+    if (nNowMs < m_nRetryMs) {
+        return;
+    }
+    if (!m_socket.Open(nNowMs)) {
+        m_complaints.Fails(m_socket.ErrorText(), nNowMs);
+        m_nRetryMs = nNowMs + RetryMs;
+        return;
+    }
+    m_nRetryMs = 0;
+    if (!m_bBegun) {
+        TellBeginning();
+    }
     if (used != m_running) {
         TellUniverses(used);
     }
+    m_bSent = m_bFailed = false;
+    const UniverseSet before = m_running;
+    m_ending = (m_ending | before) & ~used;
+    m_running = used;
     for (int i = 0; i < Universes::Count; ++i) {
         const auto at = static_cast<std::size_t>(i);
-        if (used[at] || m_running[at]) {
+        m_streams[at].ends = before[at] && !used[at] ? EndCount : m_streams[at].ends;
+        if (used[at] || before[at]) {
             // Released channels go to what they are now before their universe goes silent.
-            SendStream(i, &levels.at(Universes::At(i, 0)), !m_running[at], nNowMs);
+            SendStream(i, &levels.at(Universes::At(i, 0)), !before[at], nNowMs);
         }
-        if (m_running[at] && !used[at]) {
-            End(i);
+        if (m_ending[at]) {
+            SendEnd(i);
         }
     }
-    m_running = used;
-    if (m_options.to.isNull() && m_running.any() && nNowMs >= m_nDiscoveryMs) {
+    if (m_options.to.isEmpty() && m_running.any() && nNowMs >= m_nDiscoveryMs) {
         SendDiscovery(nNowMs);
     }
-    TellFailure(nNowMs);
+    if (m_bFailed) {
+        m_complaints.Fails(m_socket.ErrorText(), nNowMs);
+        m_socket.Close();
+    } else if (m_bSent) {
+        m_complaints.Works();
+    }
 }
 
 qint64 SacnSender::DueMs() const {
-    qint64 nDueMs =
-        m_options.to.isNull() && m_running.any() ? m_nDiscoveryMs : std::numeric_limits<qint64>::max();
+    constexpr qint64 Never = std::numeric_limits<qint64>::max();
+    if (m_nRetryMs > 0) {
+        return m_nRetryMs;
+    }
+    qint64 nDueMs = m_ending.any() ? 0 : m_options.to.isEmpty() && m_running.any() ? m_nDiscoveryMs : Never;
     for (std::size_t i = 0; i < m_streams.size(); ++i) {
         nDueMs = m_running[i] ? std::min(nDueMs, m_streams[i].dueMs) : nDueMs;
     }
@@ -128,18 +97,23 @@ qint64 SacnSender::DueMs() const {
 
 void SacnSender::SendStream(int iUniverse, const unsigned char* pLevels, bool bNew, qint64 nNowMs) {
     Stream& stream = m_streams[static_cast<std::size_t>(iUniverse)];
-    if (!bNew && nNowMs < stream.dueMs &&
-        std::equal(pLevels, pLevels + sacn::SlotCount, stream.packet.Slots())) {
+    unsigned char* const pSlots = stream.packet.Slots();
+    if (bNew || !std::equal(pLevels, pLevels + sacn::SlotCount, pSlots)) {
+        std::copy_n(pLevels, sacn::SlotCount, pSlots);
+        stream.repeats = bNew ? NewRepeats : std::max(stream.repeats, ChangeRepeats);
+    } else if (stream.repeats > 0) {
+        --stream.repeats;
+    } else if (nNowMs < stream.dueMs) {
         return;
     }
-    std::copy_n(pLevels, sacn::SlotCount, stream.packet.Slots());
-    stream.dueMs = Transmit(stream.packet.Next(), iUniverse + 1) ? nNowMs + RepeatMs : nNowMs;
+    const bool bSent = Transmit(stream.packet.Next(), iUniverse + 1);
+    stream.dueMs = !bSent ? nNowMs + RetryMs : stream.repeats > 0 ? nNowMs : nNowMs + RepeatMs;
 }
 
-void SacnSender::End(int iUniverse) {
-    for (int i = 0; i < EndCount; ++i) {
-        Transmit(m_streams[static_cast<std::size_t>(iUniverse)].packet.Next(true), iUniverse + 1);
-    }
+void SacnSender::SendEnd(int iUniverse) {
+    Stream& stream = m_streams[static_cast<std::size_t>(iUniverse)];
+    Transmit(stream.packet.Next(true), iUniverse + 1);
+    m_ending[static_cast<std::size_t>(iUniverse)] = --stream.ends > 0;
 }
 
 void SacnSender::SendDiscovery(qint64 nNowMs) {
@@ -154,15 +128,28 @@ void SacnSender::SendDiscovery(qint64 nNowMs) {
 }
 
 bool SacnSender::Transmit(const QByteArray& packet, int nUniverse) {
-    const sockaddr_in to = SocketAddress(
-        m_options.to.isNull() ? sacn::GroupOf(nUniverse) : m_options.to.toIPv4Address(), sacn::Port);
-    if (sendto(m_nSocket, packet.constData(), static_cast<std::size_t>(packet.size()), 0,
-               reinterpret_cast<const sockaddr*>(&to), sizeof to) < 0) {
-        m_nFailure = m_nFailure == 0 ? errno : m_nFailure;
-        return false;
+    bool bSent = true;
+    for (const QHostAddress& to :
+         m_options.to.isEmpty() ? QList{QHostAddress(sacn::GroupOf(nUniverse))} : m_options.to) {
+        bSent = m_socket.Send(packet, to) && bSent;
     }
-    ++m_nSent;
-    return true;
+    m_bSent = m_bSent || bSent;
+    m_bFailed = m_bFailed || !bSent;
+    return bSent;
+}
+
+void SacnSender::TellBeginning() {
+    QStringList receivers{"239.255.0.1 to 239.255.0.32"};
+    if (!m_options.to.isEmpty()) {
+        receivers.clear();
+        for (const QHostAddress& to : m_options.to) {
+            receivers.append(to.toString());
+        }
+    }
+    m_log("sACN: \"" + QString::fromStdString(m_source.name) + "\" sends to " + receivers.join(", ") +
+          QString(" port %1 with priority %2").arg(sacn::Port).arg(m_options.priority) +
+          (m_options.interface.isEmpty() ? QString() : " by " + m_options.interface));
+    m_bBegun = true;
 }
 
 void SacnSender::TellUniverses(const UniverseSet& used) {
@@ -173,19 +160,4 @@ void SacnSender::TellUniverses(const UniverseSet& used) {
         }
     }
     m_log("sACN: sends universes " + (universes.isEmpty() ? QString("none") : universes.join(' ')));
-}
-
-void SacnSender::TellFailure(qint64 nNowMs) {
-    if (m_nFailure == 0 && m_nSent > 0 && m_bTold) {
-        m_log("sACN: works again");
-        m_bTold = false;
-    }
-    if (m_nFailure != 0 && (!m_nLastToldMs || nNowMs - *m_nLastToldMs >= TellMs)) {
-        const bool bNoRoute = m_nFailure == ENETUNREACH && m_options.interface.isNull();
-        m_log(QString("sACN: cannot send: %1%2; goes on trying")
-                  .arg(std::strerror(m_nFailure),
-                       bNoRoute ? " (--sacn-interface chooses a network without a route)" : ""));
-        m_bTold = true;
-        m_nLastToldMs = nNowMs;
-    }
 }

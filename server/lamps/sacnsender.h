@@ -1,72 +1,68 @@
 #pragma once
 
-#include "server/lamps/playback.h"
+#include "server/lamps/complaints.h"
+#include "server/lamps/patch.h"
 #include "server/lamps/sacnpacket.h"
+#include "server/lamps/sacnsocket.h"
 
 #include <QHostAddress>
+#include <QList>
 #include <QString>
 
-#include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
-/// Sends levels as streaming ACN: what changes at once, what stands still often enough that no receiver gives
-/// the source up. It has no clock; times are milliseconds of a monotonic clock of the caller's.
+/// Sends levels as streaming ACN: what changes at once and, as packets get lost, three times more; what
+/// stands still often enough that no receiver gives the source up. It has no clock; times are milliseconds of
+/// a monotonic clock of the caller's.
 class SacnSender {
 public:
     struct Options {
-        QHostAddress to;         ///< one receiver, who gets no discovery; null for each universe's group
-        QHostAddress interface;  ///< of this machine, by which packets leave; null for the system's choice
+        QList<QHostAddress> to;  ///< receivers, who get no discovery; empty for each universe's group
+        QString interface;       ///< name or address; see SacnSocket
         int priority = 100;      ///< 0 to 200
     };
-    using Log = std::function<void(const QString&)>;
 
-    /// The source is called "Corvane" and the serial. `log` gets a line when sending begins, fails
-    /// (once a minute at most) and works again.
-    SacnSender(const std::string& sSerial, const Options& options, Log log);
-    /// Tells receivers that all streams end.
-    ~SacnSender();
-    SacnSender(const SacnSender&) = delete;
-    SacnSender& operator=(const SacnSender&) = delete;
+    using Log = Complaints::Log;
 
-    /// Opens the socket. False when the system gives none or the interface is none of this machine's; see
-    /// ErrorText().
-    bool Open();
-    QString ErrorText() const { return m_sError; }
+    /// The source is called "Corvane" and the serial. `log` gets a line when sending begins, fails and works
+    /// again.
+    SacnSender(const std::string& sSerial, const Options& options, const Log& log);
 
-    /// One frame: sends each of the `used` universes that is new, has changed or was last sent a while ago,
-    /// and ends the streams of all others. What cannot be sent is due again with the next frame.
+    /// One frame: sends each of the `used` universes that is new, has changed or is to be repeated, and ends
+    /// the streams of all others, which takes three frames. What cannot be sent is due again soon.
     void Send(const Levels& levels, const UniverseSet& used, qint64 nNowMs);
     /// When something is to be sent though nothing has changed.
     qint64 DueMs() const;
+    /// Whether any stream has begun, and has not yet ended.
+    bool IsRunning() const { return (m_running | m_ending).any(); }
 
 private:
-    bool OpenSocket();
-    void CloseSocket();
-
     struct Stream {
         sacn::DataPacket packet;
         qint64 dueMs = 0;  ///< when the same levels are sent once more
+        int repeats = 0;   ///< how many of the next frames they are sent with
+        int ends = 0;      ///< how many more packets tell that it ends
     };
 
     void SendStream(int iUniverse, const unsigned char* pLevels, bool bNew, qint64 nNowMs);
-    void End(int iUniverse);
+    void SendEnd(int iUniverse);
     void SendDiscovery(qint64 nNowMs);
     bool Transmit(const QByteArray& packet, int nUniverse);
+    void TellBeginning();
     void TellUniverses(const UniverseSet& used);
-    void TellFailure(qint64 nNowMs);
 
     sacn::Source m_source;
     Options m_options;
     Log m_log;
+    Complaints m_complaints;
+    SacnSocket m_socket;
     std::vector<Stream> m_streams;  ///< one a universe
     UniverseSet m_running;
+    UniverseSet m_ending;
     qint64 m_nDiscoveryMs = 0;  ///< when the next one is due
-    int m_nSocket = -1;
-    QString m_sError;
-    int m_nSent = 0;       ///< packets of this frame that went
-    int m_nFailure = 0;    ///< the system's number for what went wrong in this frame; 0 nothing
-    bool m_bTold = false;  ///< the log says that it fails
-    std::optional<qint64> m_nLastToldMs;  ///< when it last said so
+    qint64 m_nRetryMs = 0;      ///< when opening is tried again; 0 while it is open
+    bool m_bBegun = false;
+    bool m_bSent = false;    ///< something of this frame was sent
+    bool m_bFailed = false;  ///< something of this frame could not be sent
 };

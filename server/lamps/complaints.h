@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QMap>
+#include <QString>
+#include <QtGlobal>
+
+#include <functional>
+
+/// Tells a log of what goes wrong over and over: each reason at once when it is new, and then once a minute
+/// at most; and when all is well again.
+class Complaints {
+public:
+    using Log = std::function<void(const QString&)>;
+
+    explicit Complaints(Log log) : m_log(std::move(log)) {}
+
+    void Fails(const QString& sReason, qint64 nNowMs) {
+        const auto told = m_told.constFind(sReason);
+        if (told == m_told.constEnd() || nNowMs - *told >= 60000) {
+            m_log("sACN: cannot send: " + sReason + "; goes on trying");
+            m_told[sReason] = nNowMs;
+            m_bTold = true;
+        }
+    }
+    void Works() {
+        if (m_bTold) {
+            m_log("sACN: works again");
+            m_bTold = false;
+        }
+    }
+
+private:
+    Log m_log;
+    QMap<QString, qint64> m_told;  ///< when each reason was told last
+    bool m_bTold = false;          ///< the log says that it fails
+};
