@@ -212,12 +212,14 @@ int Serve(const QCommandLineParser& parser) {
                  QString::number(show.programs.size()), options.address.toString(),
                  QString::number(options.port)));
     if (lamps) {
-        QObject::connect(&*termination, &TerminationSignals::asked, &*lamps, &LampOutput::Finish);
+        QObject::connect(&termination, &TerminationSignals::asked, &*lamps, &LampOutput::Finish);
         QObject::connect(&*lamps, &LampOutput::finished, &TerminationSignals::End);
         if (show.fixtures.empty()) {
             log("sACN: the show has no fixtures, so there is nothing to send but channels that are held");
         }
         lamps->Start();
+    } else {
+        QObject::connect(&termination, &TerminationSignals::asked, &TerminationSignals::End);
     }
     const int nStatus = QCoreApplication::exec();
     log("corvane-server " CORVANE_VERSION " ends");
