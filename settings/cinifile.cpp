@@ -1,9 +1,11 @@
 #include "settings/cinifile.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QStandardPaths>
 #include <QStringList>
 #include <QTextStream>
 
@@ -13,6 +15,22 @@
 namespace {
 
 constexpr qint64 MaxFile = qint64{1024} * 1024;
+
+/// Beside the program, or in the user's own folder, which is made for the user alone. What lies in /usr
+/// belongs to all: settings that root left there would be everyone's, and nobody's to change.
+QString SettingsPath() {
+    const QFileInfo beside(QCoreApplication::applicationDirPath() + "/Corvane.ini");
+    const bool bOwn = QFileInfo(beside.path()).isWritable() && !beside.path().startsWith("/usr/");
+    if (bOwn || beside.exists() || beside.isSymLink()) {
+        return beside.filePath();
+    }
+    const QString sFolder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/corvane";
+    const mode_t mask = ::umask(S_IRWXG | S_IRWXO);
+    QDir().mkpath(sFolder);
+    ::umask(mask);
+    return sFolder + "/Corvane.ini";
+}
 
 /// "1|0|1" for as many flags as there are; any other count leaves them alone.
 template <std::size_t N>
@@ -115,7 +133,7 @@ void Merge(QList<SceneParam>& records, int nId, const QString& sName, const QStr
 
 }  // namespace
 
-CIniFile::CIniFile() : path(QCoreApplication::applicationDirPath() + "/Corvane.ini") {}
+CIniFile::CIniFile() : path(SettingsPath()) {}
 
 void CIniFile::Read() {
     scenes.clear();

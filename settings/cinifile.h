@@ -7,7 +7,7 @@
 
 #include <array>
 
-/// Everything the user sets up, and the text file beside the program that keeps it between runs: lines of
+/// Everything the user sets up, and the text file that keeps it between runs: lines of
 /// key=value, read once at start and written once at exit. Failures are silent: a remote that cannot read or
 /// write its settings still works.
 ///
@@ -15,7 +15,8 @@
 /// of an id counts.
 class CIniFile {
 public:
-    /// The defaults, and a path beside the program. Does not touch the disk.
+    /// The defaults, and a path beside the program, where there is such a file or may be one; else in the
+    /// user's configuration folder. Reads no file.
     CIniFile();
 
     /// Loads the file. Without one the records are emptied and the rest stays as it is; a malformed line,
