@@ -4,15 +4,33 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QMenu>
+#include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QPushButton>
 #include <QStyleOptionMenuItem>
+#include <QToolTip>
 
 #include <algorithm>
 
 namespace {
 
-/// Fusion, with menus whose pictures are large enough to be told apart: many entries have nothing else.
+const QColor Rim(185, 192, 202);
+
+/// Flat, with round corners and a rim, which is blue where the keys go.
+void Panel(QPainter* painter, const QStyleOption* option, const QColor& ground) {
+    const bool bFocus = (option->state & QStyle::State_HasFocus) != 0;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(QPen(bFocus ? option->palette.color(QPalette::Highlight) : Rim, bFocus ? 2 : 1));
+    painter->setBrush(ground);
+    const qreal nInset = bFocus ? 1 : 0.5;
+    painter->drawRoundedRect(QRectF(option->rect).adjusted(nInset, nInset, -nInset, -nInset), 6, 6);
+    painter->restore();
+}
+
+/// Fusion with the forms of the painted controls, and with menus whose pictures are large enough to be told
+/// apart: many entries have nothing else.
 class LookStyle : public QProxyStyle {
 public:
     LookStyle() : QProxyStyle("fusion") {}
@@ -21,7 +39,81 @@ public:
         if (metric == PM_SmallIconSize && qobject_cast<const QMenu*>(widget) != nullptr) {
             return MenuIconSize;
         }
-        return QProxyStyle::pixelMetric(metric, option, widget);
+        return metric == PM_ScrollBarExtent ? ScrollBarWidth
+                                            : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        const QPalette& palette = option->palette;
+        const auto* pFrame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+        if (element == PE_PanelButtonCommand) {
+            const bool bDown = (option->state & (State_Sunken | State_On)) != 0;
+            Panel(painter, option, bDown ? Rim : palette.color(QPalette::Button));
+        } else if (element == PE_PanelLineEdit && pFrame != nullptr && pFrame->lineWidth > 0) {
+            Panel(painter, option, palette.color(QPalette::Base));
+        } else if (element != PE_FrameFocusRect || qobject_cast<const QPushButton*>(widget) == nullptr) {
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+        }
+    }
+
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override {
+        const auto* pList = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+        if (control == CC_ScrollBar) {
+            const QRectF slider = subControlRect(control, option, SC_ScrollBarSlider, widget);
+            painter->save();
+            painter->fillRect(option->rect, option->palette.window());
+            painter->setRenderHint(QPainter::Antialiasing);
+            painter->setPen(Qt::NoPen);
+            painter->setBrush((option->state & State_Sunken) != 0 ? option->palette.color(QPalette::Highlight)
+                                                                  : Rim);
+            painter->drawRoundedRect(slider.adjusted(2, 2, -2, -2), 3, 3);
+            painter->restore();
+        } else if (control == CC_ComboBox && pList != nullptr && !pList->editable) {
+            Panel(painter, option, option->palette.color(QPalette::Base));
+            QStyleOption arrow(*option);
+            arrow.rect = QStyle::alignedRect(option->direction, Qt::AlignCenter, QSize(8, 8),
+                                             subControlRect(control, option, SC_ComboBoxArrow, widget));
+            QProxyStyle::drawPrimitive(PE_IndicatorArrowDown, &arrow, painter, widget);
+        } else {
+            QProxyStyle::drawComplexControl(control, option, painter, widget);
+        }
+    }
+
+    /// A scroll bar is all groove: who wants a step has the wheel and the keys.
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                         const QWidget* widget) const override {
+        const auto* pBar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+        if (control != CC_ScrollBar || pBar == nullptr) {
+            return QProxyStyle::subControlRect(control, option, part, widget);
+        }
+        const bool bUpright = pBar->orientation == Qt::Vertical;
+        const int nLength = bUpright ? pBar->rect.height() : pBar->rect.width();
+        const qint64 nAll = qint64{pBar->maximum} - pBar->minimum + pBar->pageStep;
+        const int nSlider =
+            std::clamp(static_cast<int>(qint64{pBar->pageStep} * nLength / std::max<qint64>(nAll, 1)),
+                       std::min(24, nLength), nLength);
+        const int nBefore = sliderPositionFromValue(pBar->minimum, pBar->maximum, pBar->sliderPosition,
+                                                    nLength - nSlider, pBar->upsideDown);
+        const auto along = [&](int nFrom, int nTo) {
+            QRect rect = pBar->rect;
+            bUpright ? rect.setTop(pBar->rect.top() + nFrom) : rect.setLeft(pBar->rect.left() + nFrom);
+            bUpright ? rect.setHeight(nTo - nFrom) : rect.setWidth(nTo - nFrom);
+            return rect;
+        };
+        switch (part) {
+            case SC_ScrollBarSlider:
+                return along(nBefore, nBefore + nSlider);
+            case SC_ScrollBarSubPage:
+                return along(0, nBefore);
+            case SC_ScrollBarAddPage:
+                return along(nBefore + nSlider, nLength);
+            case SC_ScrollBarGroove:
+                return pBar->rect;
+            default:
+                return {};
+        }
     }
 
     /// The icons of standard buttons come from the desktop's theme. To search for them takes longer than all
@@ -45,12 +137,16 @@ public:
         const auto* pEntry = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
         if (type == CT_MenuItem && pEntry != nullptr && !pEntry->icon.isNull()) {
             contents.setHeight(std::max(contents.height(), MenuIconSize + 4));
+            if (pEntry->text.isEmpty() && pEntry->menuItemType == QStyleOptionMenuItem::Normal) {
+                contents.setWidth(MenuIconSize + 12);
+            }
         }
         return contents;
     }
 
 private:
     static constexpr int MenuIconSize = 32;
+    static constexpr int ScrollBarWidth = 10;
 };
 
 QPalette LightPalette() {
@@ -79,6 +175,7 @@ QPalette LightPalette() {
 void ApplyLook() {
     QApplication::setStyle(new LookStyle);  // the application owns it
     QApplication::setPalette(LightPalette());
+    QToolTip::setPalette(LightPalette());  // a dark desktop gives these one of their own
     // Where no font is called so, numbers take the family of the names beside them: the nearest that the
     // system would find may be much wider than the place they are drawn in.
     if (!QFontDatabase().hasFamily("Comic")) {

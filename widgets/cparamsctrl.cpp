@@ -153,6 +153,7 @@ QHBoxLayout* CParamsCtrl::StoreRow() {
                          void (CParamsCtrl::*slot)()) {
         auto* pButton = new QCommandLinkButton(sText);
         pButton->setFlat(true);
+        pButton->setCursor(Qt::PointingHandCursor);
         pButton->setFixedWidth(nWidth);
         connect(pButton, &QCommandLinkButton::pressed, this, slot);
         pRow->addWidget(PictureLabel(sPicture, tr("Application for your phone or tablet")));
