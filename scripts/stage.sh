@@ -17,11 +17,14 @@ scale=${scale:-1}
 patience=${patience:-1}
 read -rd "" -a wrap <<<"${under:-}" || true
 
+# pixels LENGTH: how many pixels of the display a length in the program's own measure takes.
+pixels() { awk -v length_="$1" -v scale="$scale" 'BEGIN { printf "%d", length_ * scale + 0.5 }'; }
+
 enter_stage() {
     if [ -z "${CORVANE_STAGE:-}" ]; then
         # Two that look for a free display at once may find the same one: each begins at a number of its own.
         CORVANE_STAGE=1 exec scripts/private-network xvfb-run -a -n $((100 + $$ % 50000)) \
-            -s "-noreset -screen 0 $((1024 * scale))x$((768 * scale))x24" "$0" "$@"
+            -s "-noreset -screen 0 $(pixels 1024)x$(pixels 768)x24" "$0" "$@"
     fi
     room=$(mktemp -d)
     started=()  # what is to end with the script, by its id
@@ -74,7 +77,7 @@ find_window() {
     for candidate in $(xdotool search --onlyvisible --class corvane 2>/dev/null); do
         window=$candidate
         width=$(xdotool getwindowgeometry --shell "$window" 2>/dev/null | sed -n 's/^WIDTH=//p')
-        [ "${width:-0}" -ge $(($1 * scale)) ] && [ "$width" -le $(($2 * scale)) ] && return 0
+        [ "${width:-0}" -ge "$(pixels "$1")" ] && [ "$width" -le "$(pixels "$2")" ] && return 0
     done
     return 1
 }
@@ -110,7 +113,7 @@ press() {
     sleep $((300 * patience))e-3
 }
 
-point() { xdotool mousemove --window "$window" $(($1 * scale)) $(($2 * scale)); }
+point() { xdotool mousemove --window "$window" "$(pixels "$1")" "$(pixels "$2")"; }
 
 open_menu() { press 64 507; }
 
@@ -127,5 +130,5 @@ picture() {
 
 # screen_picture FILE: the same with the menus that lie over the window.
 screen_picture() {
-    import -window root -crop "$((820 * scale))x$((600 * scale))+0+0" +repage "$1"
+    import -window root -crop "$(pixels 820)x$(pixels 600)+0+0" +repage "$1"
 }
