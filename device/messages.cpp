@@ -91,4 +91,11 @@ std::string UniverseColor(int nUniverse, int nChannel, int nNumber, const ::Colo
     return End(writer);
 }
 
+std::string Record(const Recording& recording) {
+    JSONWriter writer = Begin(MessageType::Record);
+    writer.Member("n", recording.name).Member("a", recording.area);
+    writer.Member("fade", recording.fadeMs).Member("only", recording.only);
+    return End(writer);
+}
+
 }  // namespace messages

@@ -3,6 +3,7 @@
 #include "device/color.h"
 #include "device/command.h"
 #include "device/dmxchan.h"
+#include "device/recording.h"
 
 #include <string>
 
@@ -29,6 +30,8 @@ enum class MessageType {
     SceneStates = 18,    ///< from the server: what runs
     CommandPoll = 19,    ///< to the server
     ChannelPoll = 20,    ///< to the server
+    Record = 21,         ///< to the server, from its own computer: the lamps become a scene
+    Recorded = 22,       ///< from the server: what came of that
 };
 
 /// The texts that a remote sends, built from values. They know no socket and no window.
@@ -51,6 +54,9 @@ std::string Channel(const DmxChan& channel);
 std::string Universe(int nUniverse, unsigned char ucLevel, bool bState);
 /// A colour on `nNumber` fixtures side by side in a universe, from channel `nChannel` on.
 std::string UniverseColor(int nUniverse, int nChannel, int nNumber, const ::Color& color);
+
+/// What the lamps show becomes a scene. No remote sends it.
+std::string Record(const Recording& recording);
 
 /// The members of a colour's or a command's content, for whoever builds a larger message around them.
 void WriteContent(JSONWriter& writer, const ::Color& color);

@@ -86,6 +86,20 @@ void readInto(const JSONNode& node, DmxChan& channel) {
     });
 }
 
+void readInto(const JSONNode& node, Recording& recording) {
+    node.ForEachMember([&recording](std::string_view sName, const JSONNode& value) {
+        if (Is(sName, "n")) {
+            recording.name = value.AsText();
+        } else if (Is(sName, "a")) {
+            recording.area = value.AsInt();
+        } else if (Is(sName, "fade")) {
+            recording.fadeMs = value.AsInt();
+        } else if (Is(sName, "only")) {
+            recording.only = value.AsText();
+        }
+    });
+}
+
 namespace {
 
 /// Into the tables of one universe. By pointer: the index is checked once, here, for two writes.

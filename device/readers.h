@@ -4,6 +4,7 @@
 #include "device/command.h"
 #include "device/dmxchan.h"
 #include "device/jsonnode.h"
+#include "device/recording.h"
 #include "device/scene.h"
 #include "device/universes.h"
 
@@ -14,6 +15,7 @@ void readInto(const JSONNode& node, Scene& scene);
 void readInto(const JSONNode& node, Color& color);
 void readInto(const JSONNode& node, Command& command);
 void readInto(const JSONNode& node, DmxChan& channel);
+void readInto(const JSONNode& node, Recording& recording);
 
 /// Levels and hold flags of one universe. The universe's number must stand before its channels, a channel's
 /// index before its level and flag. Whatever is out of range is dropped. Returns the universe that the

@@ -1,7 +1,9 @@
 #include "device/logging.h"
+#include "device/messages.h"
 #include "server/lamps/lampoutput.h"
 #include "server/lamps/playback.h"
 #include "server/log.h"
+#include "server/record.h"
 #include "server/remotes/server.h"
 #include "server/show/patchsheet.h"
 #include "server/state.h"
@@ -9,15 +11,25 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkDatagram>
 #include <QNetworkInterface>
 #include <QRegularExpression>
+#include <QUdpSocket>
 
+#include <cmath>
 #include <cstdio>
 #include <exception>
+#include <limits>
 #include <optional>
 #include <stdexcept>
 
 namespace {
+
+/// How long a recording may take to be answered, and a fade.
+constexpr int AnswerMs = 5000;
+constexpr int MostSeconds = 86400;
 
 /// A whole number within bounds; throws std::runtime_error with one line for anything else.
 int Number(const QCommandLineParser& parser, const QString& sOption, int nLeast, int nMost) {
@@ -43,6 +55,11 @@ void AddOptions(QCommandLineParser& parser) {
     parser.addVersionOption();
     parser.addOptions({
         {"show", "Play the scenes and programs of this JSON file instead of the built-in show.", "file"},
+        {"no-watch", "Do not follow when that file is saved anew."},
+        {"record", "Have the server on this computer record what is lit as a scene, and end.", "name"},
+        {"area", "The area of a scene that is recorded (default: none).", "number", "-1"},
+        {"fade", "The time that a scene that is recorded fades in (default: 0).", "seconds", "0"},
+        {"only", "Record these fixtures alone, such as \"Par,Head 1\" (default: all).", "names"},
         {"check", "Say whether this show is good, print its patch sheet, and end.", "file"},
         {"print-show", "Print the file of the built-in show, and end."},
         {"serial", "Go by this serial instead of the show's.", "text"},
@@ -181,12 +198,43 @@ void Check(const QString& sPath) {
     }
 }
 
+/// Has the server on this computer record what is lit, prints its line, and returns the status.
+int AskToRecord(const QCommandLineParser& parser) {
+    const Server::Options server = ReadOptions(parser);
+    bool bOk = false;
+    const double fade = parser.value("fade").toDouble(&bOk);
+    if (!bOk || !(fade >= 0 && fade <= MostSeconds)) {
+        throw std::runtime_error("--fade takes a number of seconds from 0 to 86400, not \"" +
+                                 parser.value("fade").toStdString() + '"');
+    }
+    const Recording wanted{parser.value("record").toStdString(),
+                           Number(parser, "area", -1, std::numeric_limits<int>::max()),
+                           static_cast<int>(std::lround(fade * 1000)), parser.value("only").toStdString()};
+    QUdpSocket socket;
+    socket.writeDatagram(QByteArray::fromStdString(messages::Record(wanted)),
+                         server.address == QHostAddress::AnyIPv4 ? QHostAddress::LocalHost : server.address,
+                         server.port);
+    if (!socket.waitForReadyRead(AnswerMs)) {
+        WriteLine(stderr,
+                  QString("corvane-server: no server answers on port %1 of this computer").arg(server.port));
+        return 1;
+    }
+    const QJsonObject answer = QJsonDocument::fromJson(socket.receiveDatagram().data())["content"].toObject();
+    const bool bDone = answer["s"].toBool();
+    WriteLine(bDone ? stdout : stderr, (bDone ? "" : "corvane-server: ") + answer["text"].toString());
+    return bDone ? 0 : 1;
+}
+
 /// Plays until the program is told to end, and returns its status. Complains of options and of the show by a
 /// std::runtime_error.
 int Serve(const QCommandLineParser& parser) {
     const Server::Options options = ReadOptions(parser);
     const SacnSender::Options sacnOptions = ReadSacnOptions(parser);
-    Show show = parser.isSet("show") ? Show::Load(parser.value("show")) : Show::BuiltIn();
+    std::optional<ShowFile> file;
+    if (parser.isSet("show")) {
+        file.emplace(parser.value("show"));
+    }
+    Show show = file ? file->Load() : Show::BuiltIn();
     if (parser.isSet("serial")) {
         show.serial = parser.value("serial").toStdString();
     }
@@ -199,6 +247,24 @@ int Serve(const QCommandLineParser& parser) {
     std::optional<LampOutput> lamps;
     if (parser.isSet("sacn")) {
         lamps.emplace(state, sacnOptions, log);
+    }
+    server.SetRecorder([&](const Recording& wanted) {
+        if (!lamps || !file) {
+            throw std::runtime_error(lamps ? "the built-in show has no file to record into"
+                                           : "the server lights no lamps: it was started without --sacn");
+        }
+        return Record(state, lamps->OpenLevels(), *file, wanted);
+    });
+    if (file && !parser.isSet("no-watch")) {
+        QObject::connect(&*file, &ShowFile::edited, [&] {
+            try {
+                state.Replace(file->Load(), state.Runs(), state.CurrentColor(), state.Held());
+                log("plays " + file->Path() + " as it was saved");
+            } catch (const std::runtime_error& error) {
+                log(error.what());
+            }
+        });
+        file->Watch();
     }
     if (!server.Listen()) {
         WriteLine(stderr, QString("corvane-server: cannot listen on %1 port %2: %3")
@@ -257,7 +323,7 @@ int main(int argc, char* argv[]) {
             std::fputs(Show::BuiltInText().constData(), stdout);
             return 0;
         }
-        return Serve(parser);
+        return parser.isSet("record") ? AskToRecord(parser) : Serve(parser);
     } catch (const std::exception& error) {
         WriteLine(stderr, QString("corvane-server: ") + error.what());
         return 2;

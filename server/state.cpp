@@ -52,30 +52,55 @@ const Scene* State::FindProgram(int nId) const {
     return Find(m_show.programs, nId);
 }
 
-bool State::SwitchScene(int nId, bool bOn) {
-    Scene* pScene = Find(m_show.scenes, nId);
-    if (pScene == nullptr) {
-        return false;
-    }
-    for (Scene& other : m_show.scenes) {
-        if (bOn && other.state && other.area == pScene->area) {
-            SetRunning(other, false, false);
+void State::Replace(Show show, std::vector<Running> runs, const Color& color, const Universes& held) {
+    emit showLeaves();
+    show.serial = m_show.serial;
+    m_show = std::move(show);
+    for (std::vector<Scene>* pEntries : {&m_show.scenes, &m_show.programs}) {
+        for (Scene& entry : *pEntries) {
+            entry.state = false;
         }
     }
-    SetRunning(*pScene, false, bOn);
+    m_runs.clear();
+    for (const Running& running : runs) {
+        Run(running, true);
+    }
+    m_color = color;
+    m_color.rgbw = HasWhite(m_show);
+    m_held = held;
+    emit showReplaced();
+    emit changed();
+}
+
+bool State::SwitchScene(int nId, bool bOn) {
+    if (!Run({false, nId}, bOn)) {
+        return false;
+    }
     emit sceneSwitched(nId, bOn, ReleaseColor(bOn));
     emit changed();
     return true;
 }
 
 bool State::SwitchProgram(int nId, bool bOn) {
-    Scene* pProgram = Find(m_show.programs, nId);
-    if (pProgram == nullptr) {
+    if (!Run({true, nId}, bOn)) {
         return false;
     }
-    SetRunning(*pProgram, true, bOn);
     emit programSwitched(nId, bOn, ReleaseColor(bOn));
     emit changed();
+    return true;
+}
+
+bool State::Run(const Running& running, bool bOn) {
+    Scene* const pEntry = Find(running.program ? m_show.programs : m_show.scenes, running.id);
+    if (pEntry == nullptr) {
+        return false;
+    }
+    for (Scene& other : m_show.scenes) {
+        if (bOn && !running.program && other.state && other.area == pEntry->area) {
+            SetRunning(other, false, false);
+        }
+    }
+    SetRunning(*pEntry, running.program, bOn);
     return true;
 }
 

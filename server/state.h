@@ -43,6 +43,10 @@ public:
     const Scene* FindScene(int nId) const;
     const Scene* FindProgram(int nId) const;
 
+    /// Plays another show from now on. Of what is to run, what it has not is left out, and of scenes of one
+    /// area all but the last; nothing else begins. Commands and the serial stay.
+    void Replace(Show show, std::vector<Running> runs, const Color& color, const Universes& held);
+
     /// Starts (true) or stops. A scene that starts stops the others of its area; whatever starts, also what
     /// runs already, releases the colour, but no command. False if the show has none such.
     bool SwitchScene(int nId, bool bOn);
@@ -58,6 +62,9 @@ public:
     void HoldRun(int nUniverse, int nStart, int nCount, const Color& color);
 
 signals:
+    /// Replace() is about to begin, and is done.
+    void showLeaves();
+    void showReplaced();
     /// `bReleasesColor`: by this start the colour, which was on, went off.
     void sceneSwitched(int nId, bool bOn, bool bReleasesColor);
     void programSwitched(int nId, bool bOn, bool bReleasesColor);
@@ -69,6 +76,8 @@ signals:
     void changed();
 
 private:
+    /// False if the show has none such.
+    bool Run(const Running& running, bool bOn);
     void SetRunning(Scene& entry, bool bProgram, bool bOn);
     bool ReleaseColor(bool bStarts);
 

@@ -322,8 +322,9 @@ private slots:
             {"universe color", messages::UniverseColor(0, 0, 100, {50, 100, 200, 0, false, false})},
             {"scene poll", messages::Bare(MessageType::ScenePoll)},
             {"command poll", messages::Bare(MessageType::CommandPoll)},
-            {"channel poll", messages::Bare(MessageType::ChannelPoll)}};
-        QCOMPARE(m_examples.size(), built.size() + 7);  // what only a server sends is met in the conversation
+            {"channel poll", messages::Bare(MessageType::ChannelPoll)},
+            {"record", messages::Record({"Evening", 0, 3000, "Par,Head 1"})}};
+        QCOMPARE(m_examples.size(), built.size() + 8);  // what only a server sends is met in the conversation
         for (auto it = built.begin(); it != built.end(); ++it) {
             QCOMPARE(it.key() + ": " + QString::fromStdString(*it), it.key() + ": " + m_examples[it.key()]);
         }
@@ -339,6 +340,9 @@ private slots:
             State state(show);
             Server server(state, {QHostAddress::LocalHost, 8093, nClients, nFragment, false, {}},
                           [](const QString&) {});
+            server.SetRecorder([](const Recording&) -> QString {
+                throw std::runtime_error("the built-in show has no file to record into");
+            });
             QVERIFY(server.Listen());
             Stranger remote(1, 8094);
             for (const QString& sTurn : turns) {
@@ -355,7 +359,7 @@ private slots:
         talk(8, 1400,
              {"discovery,serial", "state request,state", "alive,alive", "scene", "program",
               "scene poll,scene states", "color", "next", "command poll,color,commands", "channel,channel",
-              "channel poll,held channels", "goodbye"});
+              "channel poll,held channels", "record,recorded", "goodbye"});
         talk(8, 36, {"discovery,fragment 1,fragment 2"});
         talk(0, 1400, {"state request,too many"});
     }

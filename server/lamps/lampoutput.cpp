@@ -1,6 +1,7 @@
 #include "server/lamps/lampoutput.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -29,8 +30,10 @@ QElapsedTimer Started() {
 LampOutput::LampOutput(const State& state, const SacnSender::Options& options, const SacnSender::Log& log)
     : m_state(state),
       m_clock(Started()),
-      m_playback(state, [this] { return m_clock.elapsed(); }),
+      m_pPlayback(std::make_unique<Playback>(state, [this] { return m_clock.elapsed(); })),
       m_sender(state.CurrentShow().serial, options, log) {
+    connect(&state, &State::showLeaves, this, [this] { m_open = OpenLevels(); });
+    connect(&state, &State::showReplaced, this, &LampOutput::PlayNewShow);
     connect(&state, &State::changed, this, &LampOutput::SendSoon);
     connect(&m_timer, &QTimer::timeout, this, &LampOutput::SendFrame);
 }
@@ -46,6 +49,12 @@ void LampOutput::Finish() {
     SendFrame();
 }
 
+void LampOutput::PlayNewShow() {
+    auto pPlayback = std::make_unique<Playback>(m_state, [this] { return m_clock.elapsed(); });
+    pPlayback->TakeOver(*m_pPlayback, m_open, m_clock.elapsed());
+    m_pPlayback = std::move(pPlayback);
+}
+
 /// At once, unless the last frame has only just left.
 void LampOutput::SendSoon() {
     if (!m_bChanged) {
@@ -56,9 +65,9 @@ void LampOutput::SendSoon() {
 
 void LampOutput::SendFrame() {
     const qint64 nNowMs = m_clock.elapsed();
-    if (m_nLastFrames < 0 && (m_bChanged || m_playback.IsMoving(m_nFrameMs))) {
-        m_playback.Render(nNowMs, m_levels);
-        m_used = m_playback.Patched() | WithHeldChannels(m_state.Held());
+    if (m_nLastFrames < 0 && (m_bChanged || m_pPlayback->IsMoving(m_nFrameMs))) {
+        m_pPlayback->Render(nNowMs, m_levels);
+        m_used = m_pPlayback->Patched() | WithHeldChannels(m_state.Held());
         m_bChanged = false;
     }
     m_sender.Send(m_levels, m_used, nNowMs);
@@ -69,7 +78,7 @@ void LampOutput::SendFrame() {
     }
     const bool bLate = nNowMs - m_nFrameMs > m_timer.interval() + 1;
     m_nFrameMs = nNowMs;
-    const qint64 nWaitMs = m_playback.IsMoving(nNowMs) ? FrameMs : m_sender.DueMs() - nNowMs;
+    const qint64 nWaitMs = m_pPlayback->IsMoving(nNowMs) ? FrameMs : m_sender.DueMs() - nNowMs;
     const int nNextMs = static_cast<int>(std::clamp<qint64>(nWaitMs, FrameMs, StillMs));
     // The timer makes up for what was late by the next one, which receivers would not follow.
     if (bLate || nNextMs != m_timer.interval()) {

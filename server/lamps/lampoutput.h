@@ -7,6 +7,8 @@
 #include <QObject>
 #include <QTimer>
 
+#include <memory>
+
 /// Sends the levels of what is played: 40 frames a second while something moves, a frame at once when
 /// something changes that stood still.
 class LampOutput : public QObject {
@@ -21,17 +23,22 @@ public:
     /// Ends all streams, which takes a few frames.
     void Finish();
 
+    /// See Playback::OpenLevels.
+    Levels OpenLevels() const { return m_pPlayback->OpenLevels(m_clock.elapsed()); }
+
 signals:
     /// All streams have ended.
     void finished();
 
 private:
+    void PlayNewShow();
     void SendSoon();
     void SendFrame();
 
     const State& m_state;
     QElapsedTimer m_clock;
-    Playback m_playback;
+    std::unique_ptr<Playback> m_pPlayback;
+    Levels m_open{};  ///< of a show that is being replaced
     SacnSender m_sender;
     QTimer m_timer;
     Levels m_levels{};

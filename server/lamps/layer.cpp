@@ -135,6 +135,21 @@ void Layer::KeepWhatShows(qint64 nNowMs) {
     m_start = m_clock;
 }
 
+void Layer::Stand() {
+    m_start -= IsOn() ? TimingOf(m_iCue).fade : 0;
+}
+
+void Layer::GoOnFrom(const Layer& other) {
+    m_iCue = m_bFollows ? std::min(other.m_iCue, CueCount() - 1) : m_iCue;
+    m_start = other.m_start;
+    m_kept = other.m_kept;
+    m_bPaused = other.m_bPaused;
+    m_bWaits = other.m_bWaits;
+    m_rate = other.m_rate;
+    m_clock = other.m_clock;
+    m_nClockSet = other.m_nClockSet;
+}
+
 void Layer::Pause(bool bPause, qint64 nNowMs) {
     SetClock(nNowMs);
     m_bPaused = bPause;

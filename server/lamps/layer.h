@@ -55,6 +55,11 @@ public:
     /// How fast time goes by for it; 1 as written.
     void SetRate(double rate, qint64 nNowMs);
 
+    /// Stands at once in the cue that it was sent to.
+    void Stand();
+    /// Goes on where another one is: in a cue like this one's, with what it shows, and by its clock.
+    void GoOnFrom(const Layer& other);
+
     bool IsOn() const { return m_iCue >= 0; }
     /// Where it was sent last; -1 to nothing.
     int Sent() const { return m_iCue; }

@@ -2,15 +2,30 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <utility>
 
 namespace {
 
 constexpr double Second = 1000;
+constexpr int FullDimmer = 100;
 /// A speed of so many percent is as written, and so many more or less double or halve it.
 constexpr double WrittenSpeed = 50;
 constexpr double SpeedStep = 25;
 
+constexpr float Full = 255;
+constexpr std::size_t NoPlace = std::numeric_limits<std::size_t>::max();
+
 const Slots NoLevels;
+
+/// Whether a layer is anywhere brighter than these levels.
+bool ShowsMore(const Layer& layer, const Levels& levels, qint64 nNowMs) {
+    FineLevels shown{};
+    layer.MergeInto(shown, layer.At(nNowMs));
+    return !std::equal(shown.begin(), shown.end(), levels.begin(), [](float level, unsigned char ucMost) {
+        return level < static_cast<float>(ucMost) + 1;
+    });
+}
 
 }  // namespace
 
@@ -178,7 +193,8 @@ void Playback::StepPrograms(int nSteps, qint64 nNowMs) {
 }
 
 bool Playback::IsMoving(qint64 nNowMs) const {
-    return std::any_of(m_layers.begin(), m_layers.end(),
+    return (!m_left.empty() && LeftOver(nNowMs) > 0) ||
+           std::any_of(m_layers.begin(), m_layers.end(),
                        [nNowMs](const Layer& layer) { return layer.IsMoving(nNowMs); }) ||
            std::any_of(m_latest.begin(), m_latest.end(), [nNowMs](const Latest& channel) {
                return channel.bInherited && channel.iOwner >= 0 && InheritedProgress(channel, nNowMs) < 1;
@@ -210,14 +226,120 @@ float Playback::LevelOf(const Latest& channel, const Positions& positions, qint6
     return progress < 1 ? channel.from + (level - channel.from) * progress : level;
 }
 
-void Playback::Render(qint64 nNowMs, Levels& levels) const {
+Levels Playback::OpenLevels(qint64 nNowMs) const {
+    Command open = m_state.CurrentCommand();
+    open.bo = false;
+    open.dim = FullDimmer;
+    Levels levels;
+    Render(nNowMs, open, levels);
+    return levels;
+}
+
+void Playback::TakeOver(const Playback& last, const Levels& open, qint64 nNowMs) {
+    TakeOverLatest(last, open, TakeOverLayers(last, open, nNowMs), nNowMs);
+    const Levels now = OpenLevels(nNowMs);
+    for (std::size_t at = 0; at < now.size(); ++at) {
+        if (m_patch.IsLit(at) && now[at] != open[at]) {
+            m_left.emplace_back(at, static_cast<float>(open[at]) - static_cast<float>(now[at]));
+        }
+    }
+    m_nTookOver = nNowMs;
+}
+
+std::vector<std::size_t> Playback::TakeOverLayers(const Playback& last, const Levels& open, qint64 nNowMs) {
+    for (Layer& layer : m_layers) {
+        layer.Stand();
+    }
+    std::vector<std::size_t> places(last.m_layers.size(), NoPlace);
+    const auto goOn = [&](std::size_t from, std::size_t to) {
+        m_layers[to].GoOnFrom(last.m_layers[from]);
+        places[from] = to;
+    };
+    for (const auto& [nId, from] : last.m_scenes) {
+        const auto to = m_scenes.find(nId);
+        if (last.m_layers[from.layer].Sent() == from.cue && to != m_scenes.end() &&
+            m_layers[to->second.layer].Sent() == to->second.cue) {
+            goOn(from.layer, to->second.layer);
+        }
+    }
+    for (const auto& [nId, from] : last.m_programs) {
+        const auto to = m_programs.find(nId);
+        if (last.m_layers[from].IsOn() && to != m_programs.end() && m_layers[to->second].IsOn()) {
+            goOn(from, to->second);
+        }
+    }
+    for (std::size_t from = 0; from < places.size(); ++from) {
+        Layer ending = last.m_layers[from];
+        if (places[from] != NoPlace) {
+            continue;
+        }
+        if (ending.IsOn()) {
+            ending.Stop(nNowMs);
+        }
+        if (ending.IsMoving(nNowMs) && !ShowsMore(ending, open, nNowMs)) {
+            m_layers.push_back(std::move(ending));
+        }
+    }
+    return places;
+}
+
+void Playback::TakeOverLatest(const Playback& last, const Levels& open,
+                              const std::vector<std::size_t>& places, qint64 nNowMs) {
+    std::map<std::size_t, const Latest*> known;
+    for (const Latest& channel : last.m_latest) {
+        known[channel.at] = &channel;
+    }
+    Levels now{};
+    const Positions positions = PositionsAt(nNowMs);
+    const auto goesOn = [&places](const Latest& from, const Latest& to) {
+        return from.iOwner >= 0 && to.iOwner >= 0 &&
+               places[from.users[static_cast<std::size_t>(from.iOwner)].layer] ==
+                   to.users[static_cast<std::size_t>(to.iOwner)].layer;
+    };
+    const auto openLevel = [&](std::size_t at) {
+        return static_cast<float>(open[at]) +
+               (m_patch.HasFine(at) ? static_cast<float>(open[at + 1]) / 256 : 0);
+    };
+    for (Latest& channel : m_latest) {
+        const auto was = known.find(channel.at);
+        if (was != known.end() && goesOn(*was->second, channel)) {
+            channel.from = was->second->from;
+            channel.bInherited = was->second->bInherited;
+            channel.start = was->second->start;
+            channel.fade = was->second->fade;
+        }
+        m_patch.Put(channel.at, LevelOf(channel, positions, nNowMs), now);
+        const std::size_t fine = channel.at + (m_patch.HasFine(channel.at) ? 1 : 0);
+        if (now[channel.at] != open[channel.at] || now[fine] != open[fine]) {
+            channel.from = openLevel(channel.at);
+            channel.bInherited = true;
+            channel.start = nNowMs;
+            channel.fade = Second;
+        }
+        known.erase(channel.at);
+    }
+    for (const auto& [at, pLast] : known) {
+        if (m_patch.IsOther(at)) {  // which nobody names any more: it stays
+            m_latest.push_back({at, {}, -1, openLevel(at)});
+        }
+    }
+}
+
+float Playback::LeftOver(qint64 nNowMs) const {
+    return std::max(0.0F, 1 - static_cast<float>(nNowMs - m_nTookOver) / static_cast<float>(Second));
+}
+
+void Playback::Render(qint64 nNowMs, const Command& command, Levels& levels) const {
     const Universes& held = m_state.Held();
     const Positions positions = PositionsAt(nNowMs);
     FineLevels merged{};
     for (std::size_t layer = 0; layer < m_layers.size(); ++layer) {
         m_layers[layer].MergeInto(merged, positions[layer]);
     }
-    m_patch.Grade(merged, m_state.CurrentColor(), m_state.CurrentCommand(), levels);
+    for (const auto& [at, difference] : m_left) {
+        merged[at] = std::clamp(merged[at] + difference * LeftOver(nNowMs), 0.0F, Full);
+    }
+    m_patch.Grade(merged, m_state.CurrentColor(), command, levels);
     for (const Latest& channel : m_latest) {
         m_patch.Put(channel.at, LevelOf(channel, positions, nNowMs), levels);
     }

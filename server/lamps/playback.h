@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <utility>
 #include <vector>
 
 /// Plays a show: from what runs and from the time it says what every channel is at. It follows a state and
@@ -33,7 +34,14 @@ public:
     /// The universes that have a fixture.
     const UniverseSet& Patched() const { return m_patch.Used(); }
     /// Fills in all levels as they are at `nNowMs`; what is held comes last, over everything.
-    void Render(qint64 nNowMs, Levels& levels) const;
+    void Render(qint64 nNowMs, Levels& levels) const { Render(nNowMs, m_state.CurrentCommand(), levels); }
+    /// The same as if the dimmer were full and Black off.
+    Levels OpenLevels(qint64 nNowMs) const;
+
+    /// Goes on from the playback of another show, whose open levels these were: what runs in both goes on,
+    /// what has ended fades out in its own time, all else stands at once. Levels that differ all the same are
+    /// reached in one second.
+    void TakeOver(const Playback& last, const Levels& open, qint64 nNowMs);
 
 private:
     struct Place {
@@ -62,6 +70,14 @@ private:
     };
     using Positions = std::vector<Layer::Position>;
 
+    void Render(qint64 nNowMs, const Command& command, Levels& levels) const;
+    /// Returns for each layer of the last one the layer here that goes on from it, or NoPlace. What ended
+    /// goes on only if it gives no more than was seen: the operator's colour may have been over it.
+    std::vector<std::size_t> TakeOverLayers(const Playback& last, const Levels& open, qint64 nNowMs);
+    void TakeOverLatest(const Playback& last, const Levels& open, const std::vector<std::size_t>& places,
+                        qint64 nNowMs);
+    /// How much is left of the difference to a last show: 1 at first, 0 a second later.
+    float LeftOver(qint64 nNowMs) const;
     void AddScenes(const Show& show);
     void AddPrograms(const Show& show);
     void FindLatest();
@@ -82,11 +98,14 @@ private:
 
     const State& m_state;
     Patch m_patch;
-    std::vector<Layer> m_layers;     ///< of the areas, then of the programs
+    std::vector<Layer> m_layers;     ///< of the areas, of the programs, then what has ended with another show
     std::vector<quint64> m_started;  ///< for each layer the number of its last start
     std::vector<Latest> m_latest;
     std::vector<std::vector<Use>> m_uses;   ///< for each layer those of its Others()
     std::map<int, Place> m_scenes;          ///< by id
     std::map<int, std::size_t> m_programs;  ///< the layer, by id
     quint64 m_nStarts = 0;
+    std::vector<std::pair<std::size_t, float>>
+        m_left;              ///< by how much levels differed from those of a last show
+    qint64 m_nTookOver = 0;  ///< when
 };

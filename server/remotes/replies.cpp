@@ -79,6 +79,12 @@ std::string Universe(const Universes& universes, int nUniverse) {
     return writer.EndArray().EndObject().EndObject().Take();
 }
 
+std::string Recorded(bool bDone, const std::string& sLine) {
+    JSONWriter writer;
+    writer.BeginObject().Member("typ", static_cast<int>(MessageType::Recorded)).BeginObject("content");
+    return writer.Member("s", bDone).Member("text", sLine).EndObject().EndObject().Take();
+}
+
 std::vector<std::string> Split(const std::string& sText, std::size_t nSize) {
     std::vector<std::string> pieces;
     for (std::size_t nAt = 0; nAt < sText.size(); nAt += nSize) {

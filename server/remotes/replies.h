@@ -22,6 +22,9 @@ std::string SceneStates(const Show& show);
 /// The held channels of one universe, all others being released; none for a universe that is none.
 std::string Universe(const Universes& universes, int nUniverse);
 
+/// What came of a recording, in a line for people.
+std::string Recorded(bool bDone, const std::string& sLine);
+
 /// Splits a text into pieces of `nSize` bytes, each with the marker of a fragment at its end.
 std::vector<std::string> Split(const std::string& sText, std::size_t nSize);
 

@@ -2,6 +2,7 @@
 
 #include "device/logging.h"
 #include "device/messages.h"
+#include "device/readers.h"
 #include "server/change.h"
 #include "server/remotes/replies.h"
 
@@ -20,6 +21,14 @@ constexpr int MaxDatagram = 65536;
 constexpr int NoiseMs = 1000;
 /// Among the long answers those about a universe come behind the types of all questions.
 constexpr int UniverseAnswer = 1000;
+/// The state and what is held, of a show that nobody asked for.
+constexpr int NewShow = 999;
+
+/// A remote's address can be made up, but not as one of this computer: the kernel takes no such datagram from
+/// a network.
+bool IsOfThisComputer(const QHostAddress& address) {
+    return address.isLoopback() || QNetworkInterface::allAddresses().contains(address);
+}
 
 }  // namespace
 
@@ -38,6 +47,11 @@ Server::Server(State& state, const Options& options, Log log)
         connect(pSocket, &QUdpSocket::readyRead, this, [this, pSocket] { ReadPackets(*pSocket); });
     }
     connect(&m_clients, &Clients::due, this, &Server::GiveLongAnswer);
+    connect(&m_state, &State::showReplaced, this, [this] {
+        for (const Client& client : std::vector<Client>(m_clients.All())) {
+            m_clients.Owe(client, NewShow);
+        }
+    });
     m_noiseTimer.setSingleShot(true);
     connect(&m_noiseTimer, &QTimer::timeout, this, [this] {
         if (const int nMissed = std::exchange(m_nNoise, 0); nMissed > 0) {
@@ -141,6 +155,9 @@ void Server::Answer(int nType, const JSONNode& content, const Client& sender) {
                 LogNoise(sender.Name() + " polls and, a stranger, gets no answer");
             }
             break;
+        case MessageType::Record:
+            TakeRecord(content, sender);
+            break;
         default:
             if (!TakeChange(nType, content, sender)) {
                 LogNoise(sender.Name() + " sent type " + QString::number(nType) + ", which changes nothing");
@@ -163,8 +180,11 @@ void Server::GiveLongAnswer(const Client& client, int nAnswer) {
     switch (nAnswer) {
         case static_cast<int>(MessageType::StateRequest):
             m_log(client.Name() + " asks for the state");
-            Send(client,
-                 replies::State(m_state.CurrentShow(), m_state.CurrentColor(), m_state.CurrentCommand()));
+            SendState(client);
+            break;
+        case NewShow:
+            SendState(client);
+            SendHeldUniverses(client);
             break;
         case static_cast<int>(MessageType::ScenePoll):
             LogRoutine(client.Name() + " polls the scenes");
@@ -177,16 +197,43 @@ void Server::GiveLongAnswer(const Client& client, int nAnswer) {
             break;
         case static_cast<int>(MessageType::ChannelPoll):
             LogRoutine(client.Name() + " polls the channels");
-            for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
-                if (m_state.Held().IsHeld(nUniverse)) {
-                    Send(client, replies::Universe(m_state.Held(), nUniverse));
-                }
-            }
+            SendHeldUniverses(client);
             break;
         default:
             Send(client, replies::Universe(m_state.Held(), nAnswer - UniverseAnswer));
             break;
     }
+}
+
+void Server::SendState(const Client& to) {
+    Send(to, replies::State(m_state.CurrentShow(), m_state.CurrentColor(), m_state.CurrentCommand()));
+}
+
+void Server::SendHeldUniverses(const Client& to) {
+    for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
+        if (m_state.Held().IsHeld(nUniverse)) {
+            Send(to, replies::Universe(m_state.Held(), nUniverse));
+        }
+    }
+}
+
+void Server::TakeRecord(const JSONNode& content, const Client& sender) {
+    if (!m_recorder || !IsOfThisComputer(sender.address)) {
+        LogNoise(sender.Name() + " wants to record, which another computer may not");
+        return;
+    }
+    Recording wanted;
+    readInto(content, wanted);
+    bool bDone = false;
+    QString sLine;
+    try {
+        sLine = m_recorder(wanted);
+        bDone = true;
+    } catch (const std::runtime_error& error) {
+        sLine = error.what();
+    }
+    m_log(sender.Name() + (bDone ? " records " : " records nothing: ") + sLine);
+    Send(sender, replies::Recorded(bDone, sLine.toStdString()));
 }
 
 bool Server::TakeChange(int nType, const JSONNode& content, const Client& sender) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "device/jsonnode.h"
+#include "device/recording.h"
 #include "server/remotes/badnetwork.h"
 #include "server/remotes/clients.h"
 #include "server/state.h"
@@ -46,6 +47,9 @@ public:
     bool Listen();
     QString ErrorText() const;
 
+    /// Records what the lamps show, as Record() does. Whoever asks for it on this computer is obeyed.
+    void SetRecorder(std::function<QString(const Recording&)> recorder) { m_recorder = std::move(recorder); }
+
     /// Takes one datagram, which may hold anything, and answers its sender.
     void ReadMessage(const QByteArray& datagram, const QHostAddress& address, quint16 port);
 
@@ -57,6 +61,9 @@ private:
     /// Gives a client a long answer; `nAnswer` is the type of its question or, from UniverseAnswer on, a
     /// universe.
     void GiveLongAnswer(const Client& client, int nAnswer);
+    void SendState(const Client& to);
+    void SendHeldUniverses(const Client& to);
+    void TakeRecord(const JSONNode& content, const Client& sender);
     /// False for a type that changes nothing.
     bool TakeChange(int nType, const JSONNode& content, const Client& sender);
     void TellOthers(const Client& from, const std::string& sText);
@@ -69,6 +76,7 @@ private:
     State& m_state;
     Options m_options;
     Log m_log;
+    std::function<QString(const Recording&)> m_recorder;
     QUdpSocket* m_pSocket;
     QUdpSocket* m_pBroadcasts;  ///< hears what is sent to everyone when m_pSocket has an address of its own
     QByteArray m_datagram;      ///< room for the longest

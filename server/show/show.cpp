@@ -7,12 +7,6 @@
 
 #include <stdexcept>
 
-namespace {
-
-constexpr qint64 MaxFile = qint64{16} * 1024 * 1024;
-
-}  // namespace
-
 QByteArray Show::BuiltInText() {
     Q_INIT_RESOURCE(shows);
     QFile file(":/shows/house.json");
@@ -24,13 +18,17 @@ Show Show::BuiltIn() {
 }
 
 Show Show::Load(const QString& sPath) {
+    return ReadShow(sPath, ReadFile(sPath));
+}
+
+QByteArray Show::ReadFile(const QString& sPath) {
     const QFileInfo info(sPath);
-    if (info.exists() && (!info.isFile() || info.size() >= MaxFile)) {
+    if (info.exists() && (!info.isFile() || info.size() > MostBytes)) {
         throw std::runtime_error(sPath.toStdString() + ": not a regular file below 16 MB");
     }
     QFile file(sPath);
     if (!file.open(QIODevice::ReadOnly)) {
         throw std::runtime_error(sPath.toStdString() + ": " + file.errorString().toStdString());
     }
-    return ReadShow(sPath, file.read(MaxFile));
+    return file.read(MostBytes);
 }

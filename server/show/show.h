@@ -78,4 +78,8 @@ struct Show {
     /// key, a key twice, a value of the wrong kind, an id that is missing or stands twice, two scenes of an
     /// area that both run, more levels than can be played.
     static Show Load(const QString& sPath);
+
+    /// The text of a file that may be one, for ReadShow. Throws as Load does.
+    static QByteArray ReadFile(const QString& sPath);
+    static constexpr qint64 MostBytes = qint64{16} * 1024 * 1024 - 1;
 };

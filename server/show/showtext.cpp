@@ -4,7 +4,6 @@
 #include <QJsonDocument>
 
 #include <algorithm>
-#include <map>
 #include <string_view>
 
 namespace {
@@ -28,7 +27,7 @@ std::size_t EndOf(std::string_view text, std::size_t at) {
     for (int nDepth = 0;; ++at) {
         if (text[at] == '"') {
             for (++at; text[at] != '"'; ++at) {
-                at += text[at] == '\\' ? 1 : 0;
+                at += text[at] == '\\' ? 1U : 0U;
             }
         } else if (text[at] == '{' || text[at] == '[') {
             ++nDepth;
@@ -95,7 +94,7 @@ std::string TextOf(const showtext::NamedLevels& levels, const std::string& sGap)
     return sText + " }";
 }
 
-/// How the author sets out a scene: what stands between its parts.
+/// How the author sets out a scene: what stands before it, and between its parts.
 struct Style {
     std::string before = " ", open = " ", next = " ", levels = " ", close = " ";
 };
@@ -103,69 +102,62 @@ struct Style {
 Style StyleOf(std::string_view text, const Part& scene) {
     const std::vector<Part> parts = PartsOf(text, scene.value);
     const Part* const pLevels = Find(parts, "\"levels\"");
-    Style style;
-    style.before = GapBefore(text, scene.begin);
-    style.open = GapBefore(text, parts.front().begin);
-    style.close = GapBefore(text, scene.end - 1);
-    style.next = parts.size() > 1 ? GapBefore(text, parts[1].begin) : style.open;
-    const bool bOneLine = style.next.find('\n') == std::string::npos;
-    const bool bLines = style.before.find('\n') != std::string::npos;
-    style.levels = pLevels != nullptr   ? GapBefore(text, pLevels->begin)
-                   : bOneLine && bLines ? style.before + (style.before.back() == '\t' ? "\t" : "  ")
-                                        : style.next;
+    Style style{GapBefore(text, scene.begin),
+                GapBefore(text, parts[0].begin),
+                GapBefore(text, parts[1].begin),
+                {},
+                GapBefore(text, scene.end - 1)};
+    const auto breaks = [](const std::string& sGap) { return sGap.find('\n') != std::string::npos; };
+    style.levels = pLevels != nullptr ? GapBefore(text, pLevels->begin) : style.next;
+    if (!breaks(style.levels) && breaks(style.before)) {
+        style.levels = style.before + (style.before.back() == '\t' ? "\t" : "  ");
+    }
     return style;
 }
 
-QByteArray Replaced(const QByteArray& text, std::size_t begin, std::size_t end, const std::string& sNew) {
-    return QByteArray(text).replace(static_cast<int>(begin), static_cast<int>(end - begin),
-                                    QByteArray::fromStdString(sNew));
+QByteArray Replaced(QByteArray text, std::size_t begin, std::size_t end, const std::string& sNew) {
+    return text.replace(static_cast<int>(begin), static_cast<int>(end - begin),
+                        QByteArray::fromStdString(sNew));
+}
+
+std::string_view View(const QByteArray& text) {
+    return {text.constData(), static_cast<std::size_t>(text.size())};
+}
+
+std::vector<Part> RootOf(std::string_view text) {
+    return PartsOf(text, text.find('{'));
 }
 
 }  // namespace
 
 namespace showtext {
 
-void AddNamed(NamedLevels& named, const Units& units) {
-    const auto nUnits = static_cast<std::size_t>(units.pFixture->count);
-    std::map<std::vector<int>, int> alike;
-    for (const std::vector<int>& levels : units.levels) {
-        ++alike[levels];
+void AddNamed(NamedLevels& named, const Fixture& fixture, const std::vector<std::vector<int>>& units) {
+    const auto alike = [&units](const auto& unit) { return std::count(units.begin(), units.end(), unit); };
+    const auto most = std::max_element(units.begin(), units.end(),
+                                       [&](const auto& a, const auto& b) { return alike(a) < alike(b); });
+    const bool bOneName = alike(std::vector<int>()) == 0 && (alike(*most) > 1 || units.size() == 1);
+    if (bOneName) {
+        named.emplace_back(fixture.name, *most);
     }
-    const auto most = std::max_element(alike.begin(), alike.end(),
-                                       [](const auto& a, const auto& b) { return a.second < b.second; });
-    const bool bAll = units.units.size() == nUnits;
-    const bool bName = bAll && (most->second > 1 || nUnits == 1);
-    if (bName) {
-        named.emplace_back(units.pFixture->name, most->first);
-    } else if (bAll) {
-        std::vector<int>& list = named.emplace_back(units.pFixture->name, std::vector<int>{}).second;
-        for (const std::vector<int>& levels : units.levels) {
-            list.insert(list.end(), levels.begin(), levels.end());
-        }
-        return;
-    }
-    for (std::size_t i = 0; i < units.units.size(); ++i) {
-        if (!bName || units.levels[i] != most->first) {
-            named.emplace_back(units.pFixture->name + ' ' + std::to_string(units.units[i] + 1),
-                               units.levels[i]);
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        if (!units[i].empty() && !(bOneName && units[i] == *most)) {
+            named.emplace_back(fixture.name + ' ' + std::to_string(i + 1), units[i]);
         }
     }
 }
 
 QByteArray WithScene(const QByteArray& text, const Scene& scene, double fade, const NamedLevels& levels) {
-    const std::string_view view(text.constData(), static_cast<std::size_t>(text.size()));
-    const std::vector<Part> root = PartsOf(view, view.find('{'));
+    const std::string_view view = View(text);
+    const std::vector<Part> root = RootOf(view);
     const Part* const pScenes = Find(root, "\"scenes\"");
     const std::vector<Part> scenes = pScenes != nullptr ? PartsOf(view, pScenes->value) : std::vector<Part>();
     const Style style = scenes.empty() ? Style() : StyleOf(view, scenes.back());
-    std::string sScene = '{' + style.open + "\"id\": " + std::to_string(scene.id) + ',' + style.next +
-                         "\"name\": " + Quoted(scene.name);
-    if (scene.area >= 0) {
-        sScene += ',' + style.next + "\"area\": " + std::to_string(scene.area);
-    }
-    if (fade > 0) {
-        sScene += ',' + style.next + "\"fade\": " + QByteArray::number(fade, 'g', 8).toStdString();
-    }
+    std::string sScene = '{' + style.open + "\"id\": " + std::to_string(scene.id);
+    sScene += ',' + style.next + "\"name\": " + Quoted(scene.name);
+    sScene += scene.area < 0 ? "" : ',' + style.next + "\"area\": " + std::to_string(scene.area);
+    sScene +=
+        fade <= 0 ? "" : ',' + style.next + "\"fade\": " + QByteArray::number(fade, 'g', 8).toStdString();
     sScene += ',' + style.levels + TextOf(levels, style.levels) + style.close + '}';
     if (!scenes.empty()) {
         return Replaced(text, scenes.back().end, scenes.back().end, ',' + style.before + sScene);
@@ -179,16 +171,15 @@ QByteArray WithScene(const QByteArray& text, const Scene& scene, double fade, co
 }
 
 QByteArray WithLevels(const QByteArray& text, std::size_t iScene, const NamedLevels& levels) {
-    const std::string_view view(text.constData(), static_cast<std::size_t>(text.size()));
-    const std::vector<Part> root = PartsOf(view, view.find('{'));
-    const Part scene = PartsOf(view, Find(root, "\"scenes\"")->value)[iScene];
+    const std::string_view view = View(text);
+    const Part scene = PartsOf(view, Find(RootOf(view), "\"scenes\"")->value)[iScene];
     const Style style = StyleOf(view, scene);
     const std::vector<Part> parts = PartsOf(view, scene.value);
+    const Part* const pLevels = Find(parts, "\"levels\"");
     const std::string sLevels = TextOf(levels, style.levels);
-    if (const Part* const pLevels = Find(parts, "\"levels\"")) {
-        return Replaced(text, pLevels->begin, pLevels->end, sLevels);
-    }
-    return Replaced(text, parts.back().end, parts.back().end, ',' + style.levels + sLevels);
+    return pLevels != nullptr
+               ? Replaced(text, pLevels->begin, pLevels->end, sLevels)
+               : Replaced(text, parts.back().end, parts.back().end, ',' + style.levels + sLevels);
 }
 
 }  // namespace showtext

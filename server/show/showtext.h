@@ -15,17 +15,11 @@ namespace showtext {
 /// Levels as a scene gives them: by the name of a fixture or of one of its units.
 using NamedLevels = std::vector<std::pair<std::string, std::vector<int>>>;
 
-/// Some units of a fixture, by index, with the levels of all its channels.
-struct Units {
-    const Fixture* pFixture = nullptr;
-    std::vector<int> units;
-    std::vector<std::vector<int>> levels;  ///< for each of them
-};
+/// Names the levels of a fixture's units, which are empty for a unit without: one name for those that are
+/// alike, where that says it shorter.
+void AddNamed(NamedLevels& named, const Fixture& fixture, const std::vector<std::vector<int>>& units);
 
-/// One name for units that are alike, where that says it shorter.
-void AddNamed(NamedLevels& named, const Units& units);
-
-/// The text with a scene more, at the end of its scenes. What a scene has by default is left out.
+/// The text with a scene more, at the end of its scenes. An area or a fade that it has not is left out.
 QByteArray WithScene(const QByteArray& text, const Scene& scene, double fade, const NamedLevels& levels);
 
 /// The text with other levels in the scene at a place in Show::scenes, whose other keys stay.
