@@ -214,8 +214,10 @@ private slots:
                 send(R"({"typ":9,"content":{"id":99}})");
                 QThread::usleep(50);
             }
-            send(R"({"typ":12,"content":{"chan":0,"univ":0,"level":77,"s":true}})");
-            QVERIFY(QTest::qWaitFor([this] { return Heard().contains("1:77"); }));
+            QVERIFY(QTest::qWaitFor([&] {  // it may be lost among the others
+                send(R"({"typ":12,"content":{"chan":0,"univ":0,"level":77,"s":true}})");
+                return Heard().contains("1:77");
+            }));
             if (sReader != "true") {
                 QVERIFY(reader.waitForReadyRead());
                 QTest::qWait(200);
@@ -224,7 +226,7 @@ private slots:
             kill(static_cast<pid_t>(program.processId()), SIGTERM);
             QVERIFY(program.waitForFinished() && program.exitStatus() == QProcess::NormalExit);
             QVERIFY(Heard().contains("!1:77"));
-            QVERIFY(reader.waitForFinished());
+            QVERIFY(reader.state() == QProcess::NotRunning || reader.waitForFinished());
             QCOMPARE(reader.readAll().contains(" lines lost\n"), sReader != "true");
         }
     }
