@@ -1,9 +1,16 @@
 #include "app/cgetnidlg.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QVBoxLayout>
+
+namespace {
+
+constexpr qreal MinPoints = 5.0;
+
+}  // namespace
 
 CGetNiDlg::CGetNiDlg(QWidget* parent) : CGetNiDlg(LightingAddresses(), parent) {}
 
@@ -35,12 +42,32 @@ CGetNiDlg::CGetNiDlg(const QList<InterfaceAddress>& addresses, QWidget* parent)
 
     auto* pLayout = new QVBoxLayout(this);
     pLayout->setContentsMargins(10, 10, 10, 10);
+    pLayout->setSpacing(3);
     pLayout->addWidget(pLabel);
     pLayout->addWidget(m_pInterfaces);
     pLayout->addStretch();
     pLayout->addWidget(pButtons);
-    // Larger fonts, longer languages and long names of interfaces take more.
-    setFixedSize(QSize(200, 100).expandedTo(sizeHint()));
+    ShortenEntries();
+    constexpr QSize size(200, 100);
+    setFixedSize(size);
+    // The desktop's font, or the largest that fits.
+    QFont smaller = font();
+    for (qreal points = QFontInfo(smaller).pointSizeF();
+         pLayout->totalMinimumSize().expandedTo(size) != size && points > MinPoints; points -= 0.5) {
+        smaller.setPointSizeF(points);
+        setFont(smaller);
+        pLayout->invalidate();
+    }
+}
+
+/// A name that does not fit is whole in the open list and in the tool tip.
+void CGetNiDlg::ShortenEntries() {
+    m_pInterfaces->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_pInterfaces->setMinimumContentsLength(8);
+    m_pInterfaces->view()->setMinimumWidth(m_pInterfaces->view()->sizeHintForColumn(0) +
+                                           2 * m_pInterfaces->view()->frameWidth());
+    m_pInterfaces->setToolTip(m_pInterfaces->currentText());
+    connect(m_pInterfaces, &QComboBox::currentTextChanged, m_pInterfaces, &QComboBox::setToolTip);
 }
 
 QString CGetNiDlg::GetIp() const {

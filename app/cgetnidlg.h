@@ -24,6 +24,8 @@ public:
     QString GetBroadcast() const;
 
 private:
+    void ShortenEntries();
+
     QComboBox* m_pInterfaces;
     QStringList m_addresses;
     QStringList m_broadcasts;

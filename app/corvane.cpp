@@ -22,6 +22,8 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPushButton>
+#include <QTimer>
 #include <QWindow>
 
 namespace {
@@ -46,11 +48,13 @@ bool OnWayland() {
 
 }  // namespace
 
-Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
+Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags, const QString& sNetwork)
     : PaintedWidget(parent, flags),
+      m_sNetwork(sNetwork),
       m_pLayout(new QHBoxLayout),
       m_background(artwork::Picture(BackgroundPath)) {
     setAccessibleName(QApplication::applicationDisplayName());
+    setLayoutDirection(Qt::LeftToRight);  // of addresses and levels, in every language
     m_settings.Read();
 
     const QSize size = artwork::LogicalSize(m_background);
@@ -70,7 +74,15 @@ Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags)
     setLayout(m_pLayout);
     GoToPage(IsOffered(ColorPage) ? ColorPage : FirstOffered());
     ShowPopupTab();
+    // As long as no key has asked for a control, none has the keys.
+    setFocus();
+    qApp->installEventFilter(this);
     Refresh();
+    if (!m_sNetwork.isEmpty()) {
+        auto* pTimer = new QTimer(this);
+        connect(pTimer, &QTimer::timeout, this, &Corvane::KeepLooking);
+        pTimer->start(10000);
+    }
 }
 
 void Corvane::CreatePages() {
@@ -160,7 +172,7 @@ QRect Corvane::PartRect(int iPart) const {
     if (iPart == CloseButton) {
         return {QPoint(width() - 55, 20), QPoint(width() - 24, 51)};
     }
-    return m_bConnectionLost ? QRect(QPoint(width() / 2 - 25, 4), QPoint(width() / 2 + 24, 53)) : QRect();
+    return IsSignShown() ? QRect(QPoint(width() / 2 - 25, 4), QPoint(width() / 2 + 24, 53)) : QRect();
 }
 
 void Corvane::paintEvent(QPaintEvent* event) {
@@ -181,11 +193,59 @@ void Corvane::paintEvent(QPaintEvent* event) {
 }
 
 void Corvane::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape && !event->isAutoRepeat()) {
-        Close();
+    const int nKey = event->key();
+    const int iPage = nKey - Qt::Key_1;
+    auto* pButton = qobject_cast<QPushButton*>(focusWidget());
+    event->accept();
+    if (nKey == Qt::Key_Escape) {
+        event->isAutoRepeat() ? event->ignore() : Escape();
+    } else if ((event->modifiers() & Qt::ControlModifier) != 0 && iPage >= 0 && iPage < Pages) {
+        iPage != m_iCurrentPage&& IsOffered(iPage) ? GoToPage(iPage) : event->ignore();
+    } else if (pButton != nullptr && (nKey == Qt::Key_Return || nKey == Qt::Key_Enter)) {
+        pButton->click();
+    } else if (hasFocus() && !HasRing() && nKey >= Qt::Key_Left && nKey <= Qt::Key_Down) {
+        setAttribute(Qt::WA_KeyboardFocusChange);
+        focusNextPrevChild(nKey == Qt::Key_Right || nKey == Qt::Key_Down);
     } else {
-        event->ignore();
+        PaintedWidget::keyPressEvent(event);
     }
+}
+
+/// What is open goes first.
+void Corvane::Escape() {
+    if (m_pMenu->isVisible()) {
+        ShowPopupTab();
+    } else if (!m_pGrid->LeaveEditor()) {
+        Close();
+    }
+}
+
+/// A click ends what the keys have shown, wherever it falls.
+bool Corvane::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonPress && event->spontaneous() &&
+        testAttribute(Qt::WA_KeyboardFocusChange)) {
+        setAttribute(Qt::WA_KeyboardFocusChange, false);
+        if (auto* pPainted = qobject_cast<PaintedWidget*>(focusWidget())) {
+            pPainted->HideRing();
+        } else if (focusWidget() != nullptr) {
+            focusWidget()->update();
+        }
+    }
+    return PaintedWidget::eventFilter(watched, event);
+}
+
+/// The open menu keeps Tab. What is hidden passes the keys on by this, too: it leaves them to no control.
+bool Corvane::focusNextPrevChild(bool bNext) {
+    const QWidget* pFocus = focusWidget();
+    if (pFocus != nullptr && !pFocus->isVisible()) {
+        setFocus();
+        return true;
+    }
+    if (m_pMenu->isVisible()) {
+        m_pMenu->setFocus(bNext ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+        return true;
+    }
+    return PaintedWidget::focusNextPrevChild(bNext);
 }
 
 void Corvane::mousePressEvent(QMouseEvent* event) {

@@ -43,8 +43,8 @@ class Corvane : public PaintedWidget {
     // Construction, frame, closing: corvane.cpp
 public:
     /// Reads the settings, builds the pages and starts looking for a server, which may first ask for the
-    /// network to look on.
-    explicit Corvane(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
+    /// network to look on. If it is given one (IsNetwork), it asks nothing and keeps looking there.
+    explicit Corvane(QWidget* parent = nullptr, Qt::WindowFlags flags = {}, const QString& sNetwork = {});
     /// Writes the settings and leaves the network.
     ~Corvane() override;
 
@@ -52,7 +52,8 @@ public:
     /// still is one; nothing waits for it. Returns whether the window closed.
     bool Close();
 
-    /// The close button and the sign that the connection is lost.
+    enum FramePart { CloseButton, LostSign };
+
     int PartCount() const override { return 2; }
     PaintedPart Part(int iPart) const override;
     QRect PartRect(int iPart) const override;
@@ -60,6 +61,8 @@ public:
 
 protected:
     void LetGo() override { m_bDragging = false; }
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool focusNextPrevChild(bool bNext) override;
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -68,13 +71,12 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
-    enum FramePart { CloseButton, LostSign };
-
     /// The frame round the page, which is also where the window can be dragged.
     static constexpr int Border = 58;
 
     void CreatePages();
     void CreateConnections();
+    void Escape();
 
     // Connection: corvane_transport.cpp
 public:
@@ -109,6 +111,10 @@ private:
     void Write(const std::string& sText);
     void Defer(const std::string& sText, Cause cause);
     void SetServer(const QString& sAddress);
+    bool ChooseNetwork();
+    void KeepLooking();
+    /// Whether the sign of the lost connection is shown.
+    bool IsSignShown() const { return m_bConnectionLost || (m_bSignStands && !m_bAnswered); }
     void PollCurrentPage();
 
     // Messages to the server: corvane_send.cpp. None looks at the connected flag, their callers do.
@@ -184,6 +190,8 @@ private:
     void GoToPage(int iPage);
     int FirstOffered() const;
     void LeaveParams();
+    bool HasKeys(const QWidget* pHost) const;
+    void GiveKeys(QWidget* pHost);
     bool IsOffered(int iPage) const;
     /// Null for what is no page.
     QWidget* PageWidget(int iPage) const;
@@ -264,6 +272,8 @@ private:
     bool m_bAnswered = false;             ///< the server sent its state since the last Connect()
     bool m_bStateChangeInFlight = false;  ///< the next scene states may be older than the user's last switch
     bool m_bWarningUsers = false;         ///< the warning of too many users is up or about to be
+    bool m_bSignStands = false;           ///< no server has answered: the sign outlives a new beginning
+    QString m_sNetwork;                   ///< given at the start, with no one there to be asked
     QString m_sInterface;                 ///< address to bind, or "Auto"
     QString m_sBroadcast = "192.168.0.255";
     QString m_sServerAddress = "192.168.0.255";

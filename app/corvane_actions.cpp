@@ -149,5 +149,6 @@ void Corvane::OnEnableParam(int iParam, bool bEnable) {
         return;
     }
     m_settings.sceneParams.at(static_cast<std::size_t>(iParam)) = bEnable;
+    m_warningClosed.invalidate();  // what the user asks for is answered
     IfConnected([this] { SendState(); });
 }

@@ -19,18 +19,26 @@ CSceneList* Corvane::ProgramList() const {
 }
 
 void Corvane::ShowPopupTab() {
+    const bool bKeys = HasKeys(m_pMenu);
     m_pMenu->hide();
     if (!m_pTab->isVisible()) {
         m_pTab->setGeometry(Border, height() - 118, 14, 50);
         m_pTab->show();
     }
+    if (bKeys) {
+        GiveKeys(m_pTab);
+    }
 }
 
 void Corvane::ShowPopupMenu() {
+    const bool bKeys = HasKeys(m_pTab);
     m_pTab->hide();
     if (!m_pMenu->isVisible()) {
         m_pMenu->setGeometry(Border, Border, CPopupMenu::Width, height() - 2 * Border);
         m_pMenu->show();
+    }
+    if (bKeys) {
+        GiveKeys(m_pMenu);
     }
 }
 
@@ -47,8 +55,13 @@ void Corvane::OnMenuChanged(int iMenu) {
         Refresh();
         return;
     }
+    bool bKeys = HasKeys(m_pMenu);
     if (QWidget* pLeft = PageWidget(std::exchange(m_iCurrentPage, iMenu))) {
+        bKeys = bKeys || HasKeys(pLeft);
         m_pLayout->removeWidget(pLeft);
+        if (pLeft->isAncestorOf(focusWidget())) {
+            setFocus();  // what is hidden must not go on taking keys
+        }
         pLeft->hide();
     }
     QWidget* pPage = PageWidget(iMenu);
@@ -61,6 +74,22 @@ void Corvane::OnMenuChanged(int iMenu) {
     m_pLayout->addWidget(pPage);
     pPage->show();
     ShowPopupTab();
+    if (bKeys) {
+        GiveKeys(pPage);
+    }
+}
+
+/// Whether the keys are working something there.
+bool Corvane::HasKeys(const QWidget* pHost) const {
+    return testAttribute(Qt::WA_KeyboardFocusChange) && pHost->isAncestorOf(focusWidget());
+}
+
+/// To its first control.
+void Corvane::GiveKeys(QWidget* pHost) {
+    pHost->setFocus((pHost->focusPolicy() & Qt::TabFocus) != 0 ? Qt::TabFocusReason : Qt::OtherFocusReason);
+    if (pHost->focusPolicy() == Qt::NoFocus) {
+        focusNextPrevChild(true);
+    }
 }
 
 /// Takes over the password as it was left and locks the page behind the user.

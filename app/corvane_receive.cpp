@@ -12,6 +12,7 @@
 #include <QSignalBlocker>
 
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -152,6 +153,9 @@ void Corvane::readState(const JSONNode& content) {
                        << m_programs.size() << "programs";
     }
     m_bAnswered = true;
+    if (std::exchange(m_bSignStands, false)) {
+        ShowParts();
+    }
 }
 
 /// An answer that was under way when the user switched something would undo that on screen: it is passed

@@ -39,18 +39,10 @@ constexpr int ReceiveBufferSize = 4 * 1024 * 1024;
 }  // namespace
 
 bool Corvane::Connect() {
+    if (!ChooseNetwork()) {
+        return false;
+    }
     if (m_pSocket == nullptr) {
-        CGetNiDlg dialog(nullptr);
-        if (dialog.exec() != QDialog::Accepted) {
-            qCInfo(logNet) << "no network chosen";
-            return false;
-        }
-        m_sInterface = dialog.GetIp();
-        m_sBroadcast = dialog.GetBroadcast();
-        if (m_sInterface.isEmpty()) {
-            return false;
-        }
-        qCInfo(logNet) << "network" << m_sInterface << "broadcast" << m_sBroadcast;
         m_pSocket = new QUdpSocket(this);
         connect(m_pSocket, &QUdpSocket::readyRead, this, &Corvane::ReadPacket);
     }
@@ -60,8 +52,10 @@ bool Corvane::Connect() {
     if (!m_pSocket->bind(address, static_cast<quint16>(m_nLocalPort), QAbstractSocket::ReuseAddressHint)) {
         qCInfo(logNet) << "cannot listen on" << address.toString() << "port" << m_nLocalPort
                        << m_pSocket->errorString();
-        QMessageBox::warning(this, tr("Error"), tr("Cannot connect to the Network Interface"),
-                             QMessageBox::Ok);
+        if (m_sNetwork.isEmpty()) {
+            QMessageBox::warning(this, tr("Error"), tr("Cannot connect to the Network Interface"),
+                                 QMessageBox::Ok);
+        }
         return false;
     }
     qCInfo(logNet) << "listening on" << address.toString() << "port" << m_nLocalPort;
@@ -80,6 +74,40 @@ bool Corvane::Connect() {
     }
     ShowParts();
     return true;
+}
+
+/// Asks the user, the first time; or looks whether the network that was given is there, each time.
+bool Corvane::ChooseNetwork() {
+    if (!m_sNetwork.isEmpty()) {
+        const auto found = FindNetwork(m_sNetwork);
+        if (!found) {
+            qCInfo(logNet) << "no network" << m_sNetwork << "yet";
+            return false;
+        }
+        m_sInterface = found->address;
+        m_sBroadcast = found->broadcast;
+    } else if (m_pSocket == nullptr) {
+        CGetNiDlg dialog(nullptr);
+        if (dialog.exec() != QDialog::Accepted) {
+            qCInfo(logNet) << "no network chosen";
+            return false;
+        }
+        m_sInterface = dialog.GetIp();
+        m_sBroadcast = dialog.GetBroadcast();
+    }
+    qCInfo(logNet) << "network" << m_sInterface << "broadcast" << m_sBroadcast;
+    return !m_sInterface.isEmpty();
+}
+
+/// With no one there to ask for it, the search begins again by itself. Until it has found a server the sign
+/// stands, and warnings that were closed stay closed.
+void Corvane::KeepLooking() {
+    if (m_bConnected && m_bAnswered && !m_bConnectionLost) {
+        return;
+    }
+    m_bSignStands = true;
+    InitConnection(FirstPorts[0], FirstPorts[1]);
+    ShowParts();
 }
 
 void Corvane::InitConnection(int nLocalPort, int nRemotePort) {

@@ -36,6 +36,7 @@ public:
     PaintedPart Whole() const override { return {{}, QAccessible::PageTabList}; }
 
 protected:
+    int EntryPart(bool) const override { return m_iSelected; }
     void LetGo() override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

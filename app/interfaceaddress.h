@@ -3,6 +3,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 /// One IPv4 address of one network interface of this machine.
 struct InterfaceAddress {
     QString name;       ///< the interface, as a user knows it
@@ -14,5 +16,12 @@ struct InterfaceAddress {
 /// 10 or 2. Any other text, IPv6 included, is refused.
 bool IsLightingAddress(const QString& sAddress);
 
-/// The addresses of this machine that pass, in the system's order, whether their interface is up or not.
+/// Whether a text names a network: "auto", an address a.b.c.d, or what an interface may be called.
+bool IsNetwork(const QString& sNetwork);
+
+/// The network of that name as it is now, if it is there: "Auto" for any.
+std::optional<InterfaceAddress> FindNetwork(const QString& sNetwork);
+
+/// The addresses of this machine that pass, in the system's order, whether their interface is up or
+/// not.
 QList<InterfaceAddress> LightingAddresses();

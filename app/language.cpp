@@ -8,9 +8,19 @@
 #include <QTranslator>
 
 void ApplyLanguage() {
+    // In the C locale no language is wanted, whatever LANGUAGE says.
+    for (const char* pVariable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const QString sLocale = qEnvironmentVariable(pVariable).section('.', 0, 0);
+        if (sLocale == "C" || sLocale == "POSIX") {
+            return;
+        }
+        if (!sLocale.isEmpty()) {
+            break;
+        }
+    }
     const QLocale desktop = QLocale::system();
     if (desktop.language() == QLocale::C) {
-        return;  // whatever LANGUAGE says
+        return;
     }
     const QString sPath = TranslationFor(desktop.uiLanguages());
     auto* pTranslator = new QTranslator(qApp);

@@ -1,5 +1,6 @@
 #include "device/logging.h"
 #include "device/messages.h"
+#include "device/terminationsignals.h"
 #include "server/lamps/lampoutput.h"
 #include "server/lamps/playback.h"
 #include "server/log.h"
@@ -7,7 +8,6 @@
 #include "server/remotes/server.h"
 #include "server/show/patchsheet.h"
 #include "server/state.h"
-#include "server/terminationsignals.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

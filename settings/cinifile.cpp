@@ -14,7 +14,8 @@
 
 namespace {
 
-constexpr qint64 MaxFile = qint64{1024} * 1024;
+constexpr int MaxLinks = 40;
+constexpr qint64 MaxFile = qint64{16} * 1024 * 1024;
 
 /// Beside the program, or in the user's own folder, which is made for the user alone. What lies in /usr
 /// belongs to all: settings that root left there would be everyone's, and nobody's to change.
@@ -140,7 +141,9 @@ void CIniFile::Read() {
     programs.clear();
     const QFileInfo info(path);
     QFile file(path);
-    if (!info.isFile() || info.size() > MaxFile || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    m_bRefused = info.exists() && (!info.isFile() || info.size() > MaxFile ||
+                                   !file.open(QIODevice::ReadOnly | QIODevice::Text));
+    if (m_bRefused || !info.exists()) {
         return;
     }
     QTextStream stream(file.read(MaxFile));
@@ -169,11 +172,13 @@ void CIniFile::Read() {
 }
 
 void CIniFile::Write() const {
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile()) {
+    QFileInfo target(path);
+    for (int nLinks = 0; target.isSymLink() && nLinks < MaxLinks; ++nLinks) {
+        target.setFile(target.symLinkTarget());  // which need not be there yet
+    }
+    if (m_bRefused || target.isSymLink() || (target.exists() && !target.isFile())) {
         return;
     }
-    const QFileInfo target(info.exists() ? info.canonicalFilePath() : path);
     if (!QFileInfo(target.path()).isWritable() || !Replace(target.filePath(), Text())) {
         Overwrite(target.filePath(), Text());
     }
@@ -201,6 +206,11 @@ QString CIniFile::OneLine(QString sText) {
         return c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
                c.category() == QChar::Separator_Paragraph;
     };
+    while (!sText.isEmpty() && breaks(sText.back())) {
+        sText.chop(1);
+    }
+    const auto first = std::find_if_not(sText.begin(), sText.end(), breaks);
+    sText.remove(0, static_cast<int>(first - sText.begin()));
     std::replace_if(sText.begin(), sText.end(), breaks, QChar(' '));
     return sText;
 }

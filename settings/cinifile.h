@@ -20,7 +20,8 @@ public:
     CIniFile();
 
     /// Loads the file. Without one the records are emptied and the rest stays as it is; a malformed line,
-    /// flag list or record costs itself only. What is no regular file, or larger than 1 MB, is not opened.
+    /// flag list or record costs itself only. What is no regular file, or larger than 16 MB, is not opened.
+    /// What could not be read is never written over.
     void Read();
 
     /// Replaces the file, or the one it links to, as a whole, so that a crash or a full disk leaves the old
@@ -31,7 +32,8 @@ public:
     /// come back, and one with '%' and a digit may come back changed.
     void Write() const;
 
-    /// A text on one line: with a blank for each control character or line separator.
+    /// A text on one line: with a blank for each control character or line separator, but for those at its
+    /// ends.
     static QString OneLine(QString sText);
 
     /// Overlay what the user made of a scene or program onto its name, icon and colour, each only if the user
@@ -53,6 +55,8 @@ public:
     QList<SceneParam> programs;
 
 private:
+    bool m_bRefused = false;  ///< there is a file that could not be read
+
     QByteArray Text() const;
     void Overlay(const QList<SceneParam>& records, int nId, QString& sName, QString& sIcon,
                  QColor& color) const;

@@ -19,6 +19,9 @@ public:
     /// The latest of a type.
     QByteArray Last(int nType) const { return m_texts.value(nType); }
 
+    /// All that it was sent, in order.
+    const QList<QByteArray>& All() const { return m_all; }
+
     /// Sends to whoever sent last.
     void Send(const QByteArray& text) { m_socket.writeDatagram(text, m_sender, m_nSenderPort); }
 
@@ -37,6 +40,7 @@ private:
             const JSONDocument document(datagram.data());
             document.Root().ForEachMember("typ", [&nType](const JSONNode& value) { nType = value.AsInt(); });
             m_texts.insert(nType, datagram.data());
+            m_all += datagram.data();
             if (nType == 14 && answersSerial) {
                 Send(R"({"typ":15,"content":{"serial":"0042"}})");
             } else if (nType == 6 && answersState) {
@@ -49,6 +53,7 @@ private:
 
     QUdpSocket m_socket;
     QMultiMap<int, QByteArray> m_texts;  ///< by type
+    QList<QByteArray> m_all;
     QHostAddress m_sender;
     quint16 m_nSenderPort = 0;
 };

@@ -196,7 +196,7 @@ private slots:
     /// No text, wherever it comes from, begins a line of its own.
     void lineBreaks() {
         CIniFile settings = Load("");
-        settings.pwdValue = "x\nPwdState=1";
+        settings.pwdValue = "\nx\nPwdState=1\r\n";
         settings.SaveProgramParams(1, "Fog\r\n\tMenuVisible=0|0|0|0\x1b\u0085\u2028;e", "", {});
         const QByteArray saved = Saved(settings);
         QVERIFY2(saved.startsWith("PwdState=0\nPwdValue=x PwdState=1\nMenuVisible=1|1|1|1\n"), saved);
@@ -205,8 +205,9 @@ private slots:
 
     /// What is no settings file is neither read nor written; a new one is its owner's alone.
     void oddFiles() {
-        const QByteArray large = "PwdState=1\n" + QByteArray(1024 * 1024 - 11, '\n');
+        const QByteArray large = "PwdState=1\n" + QByteArray(16 * 1024 * 1024 - 11, '\n');
         QVERIFY(Load(large).pwdState && !Load(large + '\n').pwdState);
+        QCOMPARE(Saved(Load(large + '\n')).size(), large.size() + 1);  // nor lost
         const auto rights = [](const QString& sPath) {
             struct stat status {};
             return ::stat(qPrintable(sPath), &status) == 0 ? status.st_mode : 0;
@@ -230,6 +231,10 @@ private slots:
         QVERIFY(QFile::remove(settings.path));
         settings.Read();
         QVERIFY(settings.pwdState && settings.scenes.isEmpty());
+        const QString sTarget = m_folder.filePath("target.ini");
+        QVERIFY(QFile::link(sTarget, settings.path));
+        settings.Write();
+        QVERIFY(QFileInfo(settings.path).isSymLink() && TextOf(sTarget).startsWith("PwdState=1"));
         settings.path = m_folder.filePath("no/such/folder/Corvane.ini");
         settings.Write();
     }

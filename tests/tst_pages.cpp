@@ -423,7 +423,7 @@ private slots:
         QCOMPARE(m_pList->Part(0).value + m_pList->Part(1).value, QString("#2147483648.7#8"));
         QSignalSpy names(m_pList.get(), &CSceneList::nameChanged);
         OnNext<QInputDialog>([](QInputDialog* pDialog) {
-            QCOMPARE(pDialog->textValue(), QString("Fog PwdState=1 2 "));
+            QCOMPARE(pDialog->textValue(), QString("Fog PwdState=1 2"));
             pDialog->setTextValue("a\r\nb");
             pDialog->accept();
         });

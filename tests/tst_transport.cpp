@@ -1,3 +1,4 @@
+#include "app/interfaceaddress.h"
 #include "tests/remote.h"
 
 /// Every way from one state of the connection to another, in real time, with a scripted server.
@@ -118,6 +119,29 @@ private slots:
         peer.answersAlive = true;
         QVERIFY(Within(2400, [this] { return !m_pWindow->IsConnectionLost(); }));
         QTRY_COMPARE(peer.Count(8), 1);
+    }
+
+    /// With no one there to be asked: no dialog, no box, and the sign stands until a server has come.
+    void unattended() {
+        QUdpSocket blocker;
+        QVERIFY(blocker.bind(QHostAddress::AnyIPv4, First, QAbstractSocket::DontShareAddress));
+        Corvane later(nullptr, {}, "wall0");  // an interface that is not there yet
+        Corvane window(nullptr, {}, "127.0.0.1");
+        window.show();
+        QVERIFY(!later.IsConnected() && !window.IsConnected());
+        blocker.close();
+        const auto sign = [&window] { return !window.PartRect(Corvane::LostSign).isNull(); };
+        QVERIFY(Within(10500, [&window] { return window.IsConnected(); }));
+        QVERIFY(sign());
+        const Peer peer;
+        QVERIFY(Within(10500, [&window] { return window.IsAnswered(); }));
+        QVERIFY(!sign() && !later.IsConnected() && QApplication::activeModalWidget() == nullptr);
+        for (const QString sRight : {"auto", "10.0.0.1", "eth0", "wlp3s0.7", "br-lan"}) {
+            QVERIFY2(IsNetwork(sRight), qPrintable(sRight));
+        }
+        for (const QString sWrong : {"", "10.0.0", "10.0.0.256", "::1", "a b", "-x", "abcdefghijklmnop"}) {
+            QVERIFY2(!IsNetwork(sWrong), qPrintable(sWrong));
+        }
     }
 
     void firstStateChoosesPage() {

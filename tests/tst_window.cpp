@@ -9,14 +9,16 @@
 
 namespace {
 
-QStringList told;  ///< of what has changed, and what it has become
+QStringList told;   ///< of what has changed, and what it has become
+QStringList heard;  ///< the painted controls that the keys came to
 
 QString NameOf(QAccessibleInterface* pAccess) {
     return pAccess->text(QAccessible::Name);
 }
 
 bool IsPainted(QAccessibleInterface* pAccess) {
-    return pAccess->object() == nullptr || dynamic_cast<PaintedWidget*>(pAccess->object()) != nullptr;
+    const QObject* pObject = pAccess->object() != nullptr ? pAccess->object() : pAccess->parent()->object();
+    return qobject_cast<const PaintedWidget*>(pObject) != nullptr;
 }
 
 }  // namespace
@@ -26,6 +28,9 @@ void QAccessible::updateAccessibility(QAccessibleEvent* pEvent) {
     QAccessibleInterface* pAccess = pEvent->accessibleInterface();
     if (pAccess == nullptr || !IsPainted(pAccess)) {
         return;
+    }
+    if (pEvent->type() == Focus && (pAccess->state().focused || pAccess->object() == nullptr)) {
+        heard += NameOf(pAccess);
     }
     const State state = pAccess->state();
     QString sText;
@@ -405,6 +410,92 @@ private slots:
                          qPrintable(QString("page %1, \"%2\": no %3").arg(iPage).arg(pPressed, sSeen)));
             }
         }
+    }
+
+    /// All that the mouse does on the pages keys do, too: the server is told the same, and so is a screen
+    /// reader. A click ends what is seen of it.
+    void keys() {
+        // What is pressed with the mouse, and by keys from where the row before has left them.
+        const std::pair<const char*, const char*> rows[] = {
+            {"Pages;Scenes", "Ctrl+1"},
+            {"Warm", "Tab Space"},
+            {"Cool", "Right Return"},
+            {"Pages;Programs", "Tab Space Down Space"},
+            {"#7", "Space"},
+            {"Pages;Color", "Ctrl+3"},
+            {"Red max", "Space"},
+            {"Green@5 370", "Tab Tab Tab Home"},
+            {"Blue@5 370", "Tab Tab Home"},
+            {"Color wheel@210 210", "Tab Tab Tab Home"},
+            {"Color on or off", "Tab Space"},
+            {"Commands, dimmer and speed", "Tab Tab Space"},
+            {"Black", "Tab Down Space"},
+            {"Next", "Down Space"},
+            {"Pause", "Down Space"},
+            {"Dimmer 50%", "Tab Down Space"},
+            {"Dimmer@5 305", "Tab Home"},
+            {"Pages;Channels", "Ctrl+4"},
+            {"Next channels", "Right Right Right Space"},
+            {"Next universe", "Left Space"},
+            {"Channel 37", "Down Space"},
+            {"Channel 37@5 2", "End"},
+            {"Channel 37@9 280", "Tab Return"},
+            {"Channel 37", "Space"},
+            {"Channel 37@9 280", "Escape Space Tab Return"},
+            {"Pages;Parameters", "Ctrl+5"},
+            {"Programs page in the menu", "Tab Tab Tab Tab Tab Tab Tab Tab Down Space"},
+        };
+        std::array<QList<QByteArray>, 2> sent;
+        std::array<QImage, 2> shown;
+        for (const bool bKeys : {false, true}) {
+            Peer peer;
+            peer.state =
+                R"({"typ":7,"content":{"scn":{"content":[{"id":1,"n":"Warm","a":0},{"id":2,"n":"Cool",)"
+                R"("a":0}]},"prg":{"content":[{"id":7}]},"cmd":{"content":{"dim":90}}}})";
+            Open();
+            QTRY_VERIFY(m_pWindow->IsAnswered());
+            m_pWindow->OnMenuChanged(4);
+            m_pWindow->Menu()->SetSelected(4);
+            QVERIFY(QTest::qWaitForWindowActive(m_pWindow.get()));
+            Controls();
+            heard.clear();
+            const auto press = [this](const QString& sKeys) {
+                for (const QString& sKey : sKeys.split(' ')) {
+                    const auto nKey = static_cast<unsigned>(QKeySequence(sKey)[0]);
+                    QTest::keyClick(m_pWindow->windowHandle(), static_cast<Qt::Key>(nKey & 0x1ffffffU),
+                                    Qt::KeyboardModifiers(static_cast<int>(nKey & 0xfe000000U)));
+                    QCoreApplication::processEvents();
+                }
+            };
+            press("Space Return Ctrl+7");  // nothing has the keys yet
+            for (const auto& [pMouse, pKeys] : rows) {
+                bKeys ? press(pKeys) : void();
+                for (const QString& sPress : bKeys ? QStringList() : QString(pMouse).split(';')) {
+                    Do(sPress);
+                    QCoreApplication::processEvents();
+                }
+                QTest::qWait(70);
+                QVERIFY2(IsUpToDate(m_pWindow.get()), pKeys);
+            }
+            for (const QByteArray& text : peer.All()) {
+                const bool bAction = text.contains("content");
+                sent.at(bKeys) += bAction ? QList<QByteArray>{text} : QList<QByteArray>();
+            }
+            QTest::mouseClick(m_pWindow->windowHandle(), Qt::LeftButton, {}, QPoint(750, 300));
+            press("Space");  // the keys have left again
+            shown.at(bKeys) = m_pWindow->grab().toImage();
+        }
+        QVERIFY(sent[0].size() > 15);
+        QCOMPARE(sent[1], sent[0]);
+        QCOMPARE(shown[1], shown[0]);
+        const QString sHeard =
+            "Warm, Cool, Pages, C, Scenes, Programs, C, Pages, #7, C, Red max, Red, Green max, Green, Blue "
+            "max, "
+            "Blue, White max, White, Color wheel, Color on or off, Levels of the color, Commands, dimmer and "
+            "speed, White, Black, Next, Pause, Dimmer max, Dimmer 50%, Dimmer, C, Previous channels, "
+            "Previous "
+            "universe, Next universe, Next channels, Next universe, Channel 37, Channel 37";
+        QCOMPARE(heard.join(", ").left(sHeard.size()), sHeard);
     }
 
     void shape() {

@@ -14,6 +14,9 @@ CChannelSlider::CChannelSlider(QWidget* parent)
     m_pControl->SetShowPercent(false);
     auto* pOk = new QPushButton(tr("OK"));
     auto* pOff = new QPushButton(tr("Off"));
+    for (QPushButton* pButton : {pOk, pOff}) {
+        pButton->setFocusPolicy(Qt::TabFocus);
+    }
     connect(pOk, &QPushButton::pressed, this, &CChannelSlider::OnSliderOk);
     connect(pOff, &QPushButton::pressed, this, &CChannelSlider::OnSliderOff);
 

@@ -3,6 +3,7 @@
 #include "widgets/artwork.h"
 #include "widgets/csliderctrl.h"
 
+#include <QHash>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -35,6 +36,7 @@ void CColorCircle::ComputeRects() {
     UpdateShown();
     m_marker = PtFromAngle(m_hsv.hue, m_hsv.saturation, Radius, Centre);
     UpdateShown();
+    PlaceRing();
 }
 
 bool CColorCircle::InCircle(const QPoint& point) const {
@@ -45,8 +47,12 @@ void CColorCircle::TrackPoint(const QPoint& point) {
     if (!m_bPressed) {
         return;
     }
-    m_hsv = HSVFromPoint(point, Centre, Radius);
-    m_hsv.value = m_nBrightness;
+    const HSVColor picked = HSVFromPoint(point, Centre, Radius);
+    Pick(picked.hue, picked.saturation);
+}
+
+void CColorCircle::Pick(int nHue, int nSaturation) {
+    m_hsv = {nHue, nSaturation, m_nBrightness};
     m_rgb = m_hsv.toRGB();
     SetRGBValues(false);
     ComputeRects();
@@ -130,6 +136,33 @@ QRect CColorCircle::PartRect(int iPart) const {
 PaintedPart CColorCircle::Whole() const {
     const QString sColor = tr("red %1, green %2, blue %3").arg(m_rgb.red).arg(m_rgb.green).arg(m_rgb.blue);
     return {{}, QAccessible::ColorChooser, sColor};
+}
+
+/// On the wheel arrows pick, so that Tab leads on to the buttons.
+bool CColorCircle::focusNextPrevChild(bool bNext) {
+    const int iPart = RingPart() + (bNext ? 1 : -1);
+    if (!HasRing() || !isVisible() || iPart < Self || iPart >= Buttons) {
+        return PaintedWidget::focusNextPrevChild(bNext);
+    }
+    SetRing(iPart);
+    return true;
+}
+
+QRect CColorCircle::RingRect() const {
+    return RingPart() == Self ? Outlined(MarkerRect()) : PaintedWidget::RingRect();
+}
+
+bool CColorCircle::Steer(int nKey) {
+    constexpr int nHueStep = 3;
+    const QHash<int, int> turns{{Qt::Key_Left, nHueStep}, {Qt::Key_Right, -nHueStep}};
+    const QHash<int, int> ways{{Qt::Key_Up, 5},         {Qt::Key_Down, -5},   {Qt::Key_PageUp, 26},
+                               {Qt::Key_PageDown, -26}, {Qt::Key_Home, -255}, {Qt::Key_End, 255}};
+    if (RingPart() != Self || (!turns.contains(nKey) && !ways.contains(nKey))) {
+        return false;
+    }
+    Pick((m_hsv.hue + turns.value(nKey) + 360) % 360,
+         std::clamp(m_hsv.saturation + ways.value(nKey), 0, 255));
+    return true;
 }
 
 void CColorCircle::mousePressEvent(QMouseEvent* event) {

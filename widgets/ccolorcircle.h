@@ -55,6 +55,11 @@ public:
     PaintedPart Whole() const override;
 
 protected:
+    bool focusNextPrevChild(bool bNext) override;
+    /// The point of the wheel, then the buttons.
+    int EntryPart(bool bForward) const override { return bForward ? Self : Buttons - 1; }
+    QRect RingRect() const override;
+    bool Steer(int nKey) override;
     void LetGo() override { m_bPressed = false; }
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -62,6 +67,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void Pick(int nHue, int nSaturation);
     void SetRGBValues(bool bQuiet);
     void Send();
     QRect MarkerRect() const;

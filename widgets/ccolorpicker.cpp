@@ -18,8 +18,8 @@ int ClampLevel(int nLevel) {
     return std::clamp(nLevel, 0, 255);
 }
 
-/// The slider position of a percentage. One more than its share, so that a position that was sent as a
-/// percentage comes back as itself.
+/// The slider position of a percentage. One more than its share, so that positions that were sent as a
+/// percentage come back as themselves: those 100 of the 256 that stand for one.
 int LevelOfPercent(int nPercent) {
     const int nShown = std::clamp(nPercent, 0, 100);
     return nShown == 0 ? 0 : nShown * 255 / 100 + 1;
@@ -71,6 +71,8 @@ CColorPicker::CColorPicker(QWidget* parent)
 CSliderCtrl* CColorPicker::PercentControl(const QString& sPicture, const QString& sPurpose) {
     auto* pControl = new CSliderCtrl(slcGrey, true, this);
     pControl->SetValue(128);
+    // The server is told percents: a step of one would often say the same again.
+    pControl->Slider()->SetStep(3);
     pControl->SetIcon(artwork::Picture(":/Corvane/Images/" + sPicture + ".png"));
     pControl->setToolTip(sPurpose);
     pControl->setAccessibleName(sPurpose);

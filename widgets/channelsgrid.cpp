@@ -15,6 +15,7 @@ ChannelsGrid::ChannelsGrid(QWidget* parent) : PaintedWidget(parent), m_pEditor(n
     setAccessibleName(tr("Channels"));
     connect(m_pEditor, &CChannelSlider::ok, this, &ChannelsGrid::OnSliderOk);
     connect(m_pEditor, &CChannelSlider::off, this, &ChannelsGrid::OnSliderOff);
+    connect(m_pEditor->Control(), &CSliderCtrl::valueChanged, this, [this] { m_bMoved = true; });
     m_pEditor->hide();
 }
 
@@ -81,7 +82,26 @@ void ChannelsGrid::OnSliderOff() {
 
 void ChannelsGrid::CloseEditor(bool bState) {
     m_universes.Set(m_nUniverse, SelectedChannel(), m_pEditor->Control()->Value(), bState);
+    HideEditor();
+}
+
+bool ChannelsGrid::LeaveEditor() {
+    if (!m_pEditor->isVisible()) {
+        return false;
+    }
+    m_bMoved ? CloseEditor(true) : HideEditor();
+    return true;
+}
+
+/// Back to the cell, if it was the keys that worked the editor; else to no control at all.
+void ChannelsGrid::HideEditor() {
+    const bool bKeys = m_pEditor->isAncestorOf(window()->focusWidget()) &&
+                       window()->testAttribute(Qt::WA_KeyboardFocusChange);
+    setFocusPolicy(Qt::TabFocus);
     m_pEditor->hide();
+    if (bKeys) {
+        setFocus(Qt::TabFocusReason);
+    }
     ShowParts();
 }
 
@@ -119,6 +139,11 @@ void ChannelsGrid::OpenEditor(int iCell) {
     m_pEditor->Edit(nNumber, m_universes.levels.at(TableIndex(iCell)));
     m_pEditor->setGeometry(QRect(QPoint(width() / 2 - 50, height() / 2 - 200), QSize(100, 400)));
     m_pEditor->show();
+    m_bMoved = false;
+    setFocusPolicy(Qt::NoFocus);  // until it closes
+    if (HasRing()) {
+        m_pEditor->Control()->Slider()->setFocus(Qt::TabFocusReason);
+    }
     TellParts();
 }
 

@@ -50,6 +50,8 @@ public:
     /// Index, 0 to 511, of the channel in the editor: what messages call it.
     int SelectedChannel() const;
     CChannelSlider* Editor() const { return m_pEditor; }
+    /// Closes the editor with its level as it stands, which the server has been told; false if it is closed.
+    bool LeaveEditor();
 
     /// What stands above the cells, from left to right; the cells follow.
     enum BarPart { LeftArrow, UnivLess, UnivBox, UnivPlus, RightArrow, BarParts };
@@ -78,6 +80,7 @@ private:
     void PressBar(int iPart);
     void OpenEditor(int iCell);
     void CloseEditor(bool bState);
+    void HideEditor();
     void PaintCell(QPainter& painter, int iCell) const;
     std::size_t TableIndex(int iCell) const;
     QString LevelText(int iCell) const;
@@ -87,4 +90,5 @@ private:
     Universes m_universes;
     std::array<QRect, BarParts + Cells> m_rects;
     CChannelSlider* m_pEditor;
+    bool m_bMoved = false;  ///< the user has moved the editor's level
 };

@@ -9,6 +9,7 @@
 #include <QCommandLinkButton>
 #include <QDesktopServices>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
@@ -16,6 +17,8 @@
 #include <QScopedValueRollback>
 #include <QUrl>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -65,6 +68,7 @@ CParamsCtrl::CParamsCtrl(const CIniFile& settings, const QString& sIp,
             pRows->addStretch();
         }
         pRows->addWidget(m_switches[i]);
+        m_switches[i]->setFocusPolicy(i == 0 ? Qt::TabFocus : Qt::NoFocus);
     }
     pRows->addStretch();
     if (m_stores) {
@@ -86,6 +90,7 @@ CParamsCtrl::CParamsCtrl(const CIniFile& settings, const QString& sIp,
 
 QHBoxLayout* CParamsCtrl::ServerRow() {
     m_pServers = new ServerList;
+    m_pServers->setFocusPolicy(Qt::TabFocus);
     Describe(m_pServers, tr("Server"));
     connect(m_pServers, qOverload<int>(&QComboBox::currentIndexChanged), this, &CParamsCtrl::OnSerialChanged);
     // The entry that was selected already is a choice, too.
@@ -120,6 +125,7 @@ QHBoxLayout* CParamsCtrl::AddressRow() {
     pRow->addSpacing(10);
     constexpr QSize size(50, 29);
     m_pRefresh = new QPushButton;
+    m_pRefresh->setFocusPolicy(Qt::TabFocus);
     m_pRefresh->setIcon(artwork::Icon(ImagePath("MenuButRefresh")));
     m_pRefresh->setIconSize(size);
     m_pRefresh->setFixedSize(size);
@@ -154,6 +160,7 @@ QHBoxLayout* CParamsCtrl::StoreRow() {
         auto* pButton = new QCommandLinkButton(sText);
         pButton->setFlat(true);
         pButton->setCursor(Qt::PointingHandCursor);
+        pButton->setFocusPolicy(Qt::TabFocus);
         pButton->setFixedWidth(nWidth);
         connect(pButton, &QCommandLinkButton::pressed, this, slot);
         pRow->addWidget(PictureLabel(sPicture, tr("Application for your phone or tablet")));
@@ -211,7 +218,7 @@ void CParamsCtrl::UpdateIp() {
 }
 
 QString CParamsCtrl::GetPassWord() const {
-    return m_pPassword->text();
+    return CIniFile::OneLine(m_pPassword->text());
 }
 
 void CParamsCtrl::Lock() {
@@ -256,7 +263,7 @@ void CParamsCtrl::OnRefresh() {
 void CParamsCtrl::OnPwdStateChanged(bool bState) {
     if (!m_bLocked) {
         emit pwdStateChanged(bState);
-    } else if (m_pPassword->text() == m_sStoredPassword) {
+    } else if (GetPassWord() == m_sStoredPassword) {
         ShowCtrls();
         m_pLock->SetState(true);
         m_bLocked = false;
@@ -297,6 +304,24 @@ void CParamsCtrl::OnIOS() {
     if (m_stores) {
         QDesktopServices::openUrl(QUrl(m_stores->ios));
     }
+}
+
+void CParamsCtrl::keyPressEvent(QKeyEvent* event) {
+    const auto here = std::find(m_switches.begin(), m_switches.end(), window()->focusWidget());
+    const auto last = std::prev(m_switches.end());
+    auto there = here;
+    if (event->key() == Qt::Key_Up && here != m_switches.begin() && here <= last) {
+        --there;
+    } else if (event->key() == Qt::Key_Down && here < last) {
+        ++there;
+    }
+    if (there == here) {
+        event->ignore();
+        return;
+    }
+    (*here)->setFocusPolicy(Qt::NoFocus);
+    (*there)->setFocusPolicy(Qt::TabFocus);
+    (*there)->setFocus(Qt::TabFocusReason);
 }
 
 void CParamsCtrl::mousePressEvent(QMouseEvent*) {

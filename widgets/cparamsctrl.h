@@ -56,7 +56,7 @@ public:
     /// Shows the address of the server that is selected, if one is.
     void UpdateIp();
 
-    /// What the password field holds now.
+    /// What the password field holds now, in the form that the settings keep it in.
     QString GetPassWord() const;
     /// The password that unlocks.
     void SetStoredPassWord(const QString& sPassword) { m_sStoredPassword = sPassword; }
@@ -80,6 +80,8 @@ public slots:
     void OnIOS();
 
 protected:
+    /// The switches are one stop of Tab; arrows lead from one to the next.
+    void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
 
 private:

@@ -10,6 +10,7 @@
 #include <QAction>
 #include <QColorDialog>
 #include <QInputDialog>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -41,8 +42,8 @@ CSceneList::CSceneList(bool bScenes, QWidget* parent) : PaintedWidget(parent), m
 
 void CSceneList::Update(const QList<Scene>& scenes, const CIniFile& settings) {
     // The context menu or one of its dialogs may be open: what it acts on must stay the same scene.
-    const SceneItem* pContext = ContextItem();
-    const int nContextId = pContext != nullptr ? pContext->id : 0;
+    const int nContextId = m_items.value(m_iContext).id;
+    const int nRingId = m_items.value(RingPart()).id;
 
     ForgetParts();
     m_items.clear();
@@ -68,11 +69,15 @@ void CSceneList::Update(const QList<Scene>& scenes, const CIniFile& settings) {
         }
         m_items.append(item);
     }
-    if (pContext != nullptr) {
-        const bool bSamePlace = m_iContext < m_items.size() && m_items[m_iContext].id == nContextId;
-        m_iContext = bSamePlace ? m_iContext : m_firstOfId.value(nContextId, -1);
-    }
+    m_iContext = Follow(m_iContext, nContextId);
+    setFocusPolicy(m_items.isEmpty() ? Qt::NoFocus : Qt::TabFocus);
     UpdateRects();
+    SetRing(Follow(RingPart(), nRingId));
+}
+
+int CSceneList::Follow(int iItem, int nId) const {
+    const bool bSamePlace = iItem >= 0 && iItem < m_items.size() && m_items[iItem].id == nId;
+    return iItem < 0 || bSamePlace ? iItem : m_firstOfId.value(nId, -1);
 }
 
 void CSceneList::Update(const Scene& scene, bool bExclusive) {
@@ -231,6 +236,15 @@ void CSceneList::mousePressEvent(QMouseEvent* event) {
     TellParts();
     const SceneItem& item = m_items[iItem];
     emit stateChanged(item.group, item.id, item.state);
+}
+
+void CSceneList::keyPressEvent(QKeyEvent* event) {
+    const bool bShift = event->modifiers() == Qt::ShiftModifier;
+    if (HasRing() && (event->key() == Qt::Key_Menu || (event->key() == Qt::Key_F10 && bShift))) {
+        Click(PartRect(RingPart()), Qt::RightButton);
+    } else {
+        PaintedWidget::keyPressEvent(event);
+    }
 }
 
 void CSceneList::PaintItem(QPainter& painter, int iItem) const {

@@ -84,11 +84,14 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     using Slot = void (CSceneList::*)();
 
     static QString Number(const SceneItem& item);
+    /// Where a tile that was at a place stands now, -1 for gone.
+    int Follow(int iItem, int nId) const;
     void PaintItem(QPainter& painter, int iItem) const;
     static void PaintIcon(QPainter& painter, const QPixmap& pixmap, const QPoint& corner);
     void Switch(int iItem, bool bState);

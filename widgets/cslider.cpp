@@ -2,6 +2,7 @@
 
 #include "widgets/artwork.h"
 
+#include <QHash>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -79,6 +80,17 @@ void CSlider::ChooseLevel(int nLevel) {
 PaintedPart CSlider::Whole() const {
     const QString sName = parentWidget() != nullptr ? parentWidget()->accessibleName() : QString();
     return {sName, QAccessible::Slider, {}, {}, std::clamp(m_nLevel, 0, 255)};
+}
+
+bool CSlider::Steer(int nKey) {
+    constexpr int nPage = 26;
+    const QHash<int, int> ways{{Qt::Key_Up, m_nStep},    {Qt::Key_Right, m_nStep}, {Qt::Key_Down, -m_nStep},
+                               {Qt::Key_Left, -m_nStep}, {Qt::Key_PageUp, nPage},  {Qt::Key_PageDown, -nPage},
+                               {Qt::Key_Home, -2 * 256}, {Qt::Key_End, 2 * 256}};
+    if (ways.contains(nKey)) {
+        ChooseLevel(std::clamp(m_nLevel + ways[nKey], 0, 255));
+    }
+    return ways.contains(nKey);
 }
 
 void CSlider::mousePressEvent(QMouseEvent* event) {

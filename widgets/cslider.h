@@ -25,6 +25,8 @@ public:
     /// Shows a level without telling anyone. 256, the 100 percent of a server, is drawn a shade higher than
     /// 255; one beyond 0 to 256 is kept and drawn as the nearest.
     void SetLevel(int nLevel);
+    /// How far a key moves it.
+    void SetStep(int nStep) { m_nStep = nStep; }
     /// The track, in widget coordinates.
     QRect GetSliderRect() const;
     /// Sets the level that the height `y` stands for, and tells it.
@@ -35,6 +37,7 @@ public:
 
 protected:
     void LetGo() override;
+    bool Steer(int nKey) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -45,6 +48,7 @@ private:
 
     bool m_bPressed = false;
     int m_nLevel = 0;
+    int m_nStep = 1;
     QPixmap m_fillBottom;
     QPixmap m_fillCenter;
 };

@@ -55,6 +55,8 @@ public:
         QAccessible::State state = Part().state;
         state.invisible = Area().isNull() || !m_widget.isVisible();
         state.offscreen = !m_widget.visibleRegion().intersects(Area());
+        state.focusable = Part().IsControl();
+        state.focused = m_widget.HasRing() && m_widget.RingPart() == m_iPart;
         return state;
     }
 
@@ -113,7 +115,12 @@ public:
         QAccessible::State state = QAccessibleWidget::state();
         state.checkable = own.checkable;
         state.checked = own.checked;
+        state.focused = state.focused && RingPart() == nullptr;
         return state;
+    }
+
+    QAccessibleInterface* focusChild() const override {
+        return RingPart() != nullptr ? RingPart() : QAccessibleWidget::focusChild();
     }
 
     int childCount() const override { return QAccessibleWidget::childCount() + m_widget.PartCount(); }
@@ -177,6 +184,12 @@ public:
 
 private:
     PaintedPart Whole() const { return m_widget.Whole(); }
+
+    /// The painted control that the keys work, if it is one of the children.
+    QAccessibleInterface* RingPart() const {
+        const bool bPart = m_widget.HasRing() && m_widget.RingPart() != PaintedWidget::Self;
+        return bPart ? m_widget.Access(m_widget.RingPart()) : nullptr;
+    }
 
     PaintedWidget& m_widget;
 };

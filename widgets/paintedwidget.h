@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAccessible>
+#include <QPointer>
 #include <QRect>
 #include <QString>
 #include <QWidget>
@@ -10,6 +11,9 @@
 
 /// What screen readers are told of a painted control.
 struct PaintedPart {
+    /// Whether there is something to do with it.
+    bool IsControl() const;
+
     QString name;
     QAccessible::Role role = QAccessible::Button;
     QString value = {};  ///< what it shows beside its name
@@ -21,13 +25,23 @@ struct PaintedPart {
 QAccessible::State CheckState(bool bOn);
 
 /// A widget with controls that are painted and no widgets. It says what they are and where; tool tips, screen
-/// readers and their presses follow from that.
+/// readers and their presses, and what the keys do follow from that.
+///
+/// For the keys it is one stop of the window's. A ring surrounds the control that they work, from the first
+/// Tab or arrow to the next click: arrows move it to the nearest control, Space and Enter click there.
+/// Without it they do nothing.
 ///
 /// An interface of a control is made when it is asked for, and nothing is told before.
 class PaintedWidget : public QWidget {
     Q_OBJECT
 
+signals:
+    /// The ring surrounds another control.
+    void ringMoved();
+
 public:
+    static constexpr int Self = -1;  ///< the place of the widget itself among its controls
+
     explicit PaintedWidget(QWidget* parent, Qt::WindowFlags flags = {});
     ~PaintedWidget() override;
     Q_DISABLE_COPY_MOVE(PaintedWidget)
@@ -54,7 +68,13 @@ public:
     /// Whether the hand could reach the widget now.
     bool IsInReach() const;
     /// Clicks in the middle of an area.
-    void Click(const QRect& rect);
+    void Click(const QRect& rect, Qt::MouseButton button = Qt::LeftButton);
+
+    bool HasRing() const { return m_ring != nullptr; }
+    /// The control under the ring, or the last that was.
+    int RingPart() const { return m_iRing; }
+    void HideRing();
+
     /// The interface of a control.
     QAccessibleInterface* Access(int iPart);
     /// Notes what is told of the widget itself, from which on its changes are told.
@@ -71,6 +91,21 @@ protected:
     /// To be called before other controls take the place of these: no one may press one for another.
     void ForgetParts();
 
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+    /// The control that Tab comes to: the last one that had the ring.
+    virtual int EntryPart(bool) const { return m_iRing; }
+    /// What the ring surrounds.
+    virtual QRect RingRect() const { return m_iRing == Self ? WholeRect() : PartRect(m_iRing); }
+    /// What a key that is no press does to the control under the ring; false if nothing.
+    virtual bool Steer(int) { return false; }
+    /// Moves the ring if it is shown; to no control, it goes.
+    void SetRing(int iPart);
+    /// Follows what it surrounds.
+    void PlaceRing();
+
 private:
     struct Told {
         PaintedPart part;
@@ -78,6 +113,13 @@ private:
         QAccessible::Id id = 0;
     };
 
+    bool IsStop(int iPart) const;
+    void ShowRing();
+    bool MoveRing(int nKey);
+    void TellRing();
+
+    int m_iRing = Self;
+    QPointer<QWidget> m_ring;
     std::optional<PaintedPart> m_whole;  ///< as it was told
     std::map<int, Told> m_told;          ///< by place
 };

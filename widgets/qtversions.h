@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMouseEvent>
 
 /// What Qt 5 and Qt 6 call by different names.
@@ -13,6 +13,8 @@ inline void EnableHighDensity() {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 #endif
+    // Else letters alone would grow on displays between one and two, and be cut.
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
 }
 
 /// Where on the screen the pointer was at this event.

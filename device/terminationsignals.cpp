@@ -1,4 +1,4 @@
-#include "server/terminationsignals.h"
+#include "device/terminationsignals.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
@@ -26,6 +26,11 @@ sigset_t Taken() {
 }
 
 }  // namespace
+
+void TerminationSignals::Hold() {
+    const sigset_t taken = Taken();
+    sigprocmask(SIG_BLOCK, &taken, nullptr);
+}
 
 TerminationSignals::TerminationSignals() {
     const sigset_t taken = Taken();
