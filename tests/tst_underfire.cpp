@@ -193,8 +193,12 @@ private slots:
             QCoreApplication::sendEvent(pTarget, &event);
         };
         const auto type = [&] {
-            QKeyEvent event(QEvent::KeyPress, keys[1 + below(9)], {}, "7");
+            const Qt::Key key = keys[1 + below(9)];
             QWidget* pFocus = m_pWindow->focusWidget();
+            if (pFocus == m_pWindow.get() && (key == Qt::Key_Return || key == Qt::Key_Space)) {
+                return;  // the close button
+            }
+            QKeyEvent event(QEvent::KeyPress, key, {}, "7");
             QCoreApplication::sendEvent(pFocus != nullptr ? pFocus : m_pWindow.get(), &event);
         };
         const auto says = [this](const std::string& sText) {
