@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <stdexcept>
 #include <string_view>
 
 namespace {
@@ -172,7 +173,12 @@ QByteArray WithScene(const QByteArray& text, const Scene& scene, double fade, co
 
 QByteArray WithLevels(const QByteArray& text, std::size_t iScene, const NamedLevels& levels) {
     const std::string_view view = View(text);
-    const Part scene = PartsOf(view, Find(RootOf(view), "\"scenes\"")->value)[iScene];
+    const std::vector<Part> root = RootOf(view);
+    const Part* const pScenes = Find(root, "\"scenes\"");
+    if (pScenes == nullptr) {
+        throw std::runtime_error("the key \"scenes\" is written with escapes");
+    }
+    const Part scene = PartsOf(view, pScenes->value)[iScene];
     const Style style = StyleOf(view, scene);
     const std::vector<Part> parts = PartsOf(view, scene.value);
     const Part* const pLevels = Find(parts, "\"levels\"");
