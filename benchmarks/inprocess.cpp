@@ -244,7 +244,7 @@ Show FullShow() {
 void ShowRendered(benchmark::State& state) {
     const Show show = FullShow();
     State played(show);
-    const Playback playback(played, [] { return 0; });
+    Playback playback(played, [] { return 0; });
     for (int i = 0; i < 32; ++i) {
         played.SwitchScene(i, true);
         played.SwitchProgram(i, true);

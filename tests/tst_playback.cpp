@@ -37,6 +37,8 @@ class TestPlayback : public QObject {
     { 'id': 7, 'area': 2, 'fade': 2, 'levels': { 'Head 1': [200, 0] } },
     { 'id': 8, 'level': 255, 'levels': { 'Par': [10, 20, 30, 40], 'Spot': [0, 1, 2, 3, 4] } },
     { 'id': 9, 'fade': 86400, 'levels': { 'Par': [1, 2, 3, 4, 5, 6, 7, 8], 'Par 2': [255, 0, 7, 8] } },
+    { 'id': 11, 'area': 5, 'fade': 1, 'levels': { 'Par': [255, 0, 0, 0] } },
+    { 'id': 12, 'area': 5, 'fade': 1, 'levels': { 'Par': [0, 0, 255, 0] } },
     { 'id': 10, 'fade': 1, 'levels': { 'Uv': [10, 20, 30, 40], 'Wide': [200, 100, 100, 50], 'Hall': [70, 80] } } ],
 'programs': [
     { 'id': 1, 'steps': [ { 'fade': 1, 'hold': 1, 'levels': { 'Dim': [100, 0, 0, 0] } },
@@ -47,7 +49,9 @@ class TestPlayback : public QObject {
                           { 'fade': 1, 'hold': 1, 'levels': { 'Head 1': [100, 0] } } ] },
     { 'id': 4, 'steps': [ { 'hold': 0.5, 'levels': { 'Dim 1': [10], 'Head 2': [77, 0] } },
                           { 'levels': { 'Dim 2': [20] } }, { 'hold': 0.5, 'levels': { 'Dim 3': [30] } } ] },
-    { 'id': 5, 'steps': [] } ],
+    { 'id': 5, 'steps': [] },
+    { 'id': 6, 'steps': [ { 'fade': 1, 'hold': 1, 'levels': { 'Dim 1': [10] } },
+                          { 'fade': 1, 'hold': 1, 'levels': { 'Head 1': [100, 0] } } ] } ],
 'fixtures': [
     { 'name': 'Par', 'universe': 1, 'channel': 1, 'layout': 'rgbw', 'count': 2 },
     { 'name': 'Spot', 'universe': 1, 'channel': 11, 'layout': 'irgbw' },
@@ -55,7 +59,7 @@ class TestPlayback : public QObject {
     { 'name': 'Dim', 'universe': 1, 'channel': 31, 'layout': 'i', 'count': 4 },
     { 'name': 'Flood', 'universe': 1, 'channel': 51, 'layout': 'iw' },
     { 'name': 'Uv', 'universe': 1, 'channel': 61, 'layout': 'RGBA' },
-    { 'name': 'Wide', 'universe': 1, 'channel': 71, 'layout': 'xfif' },
+    { 'name': 'Wide', 'universe': 1, 'channel': 71, 'layout': 'xfif', 'default': [128, 64, 0, 0] },
     { 'name': 'Hall', 'universe': 1, 'channel': 81, 'layout': 'ir', 'independent': true },
     { 'name': 'Fog', 'universe': 3, 'channel': 512, 'layout': 'x' } ] })")
                                    .replace('\'', '"')
@@ -148,6 +152,10 @@ latest: s6+ 500 21=50 1000 21=100 s7+ 21=100 2000 21=150 3000 21=200 23=100 stil
     s7- 21=200 4000 21=150 5000 21=100 still
 latest dropped by its area: s5+ 21=60,125 s4+ 21=60,0 s5+ 21=60,125
 latest in a program: p3+ 1000 21=0 2500 21=50 hold=1 9000 21=50 next 9500 21=25
+program takes what it comes to: p6+ 1999 21=0 2500 21=50 3000 21=100 4500 21=100 6500 21=100 p6- 9000 21=100
+program takes over when it comes to it: s7+ 2000 p6+ 3999 21=200 4500 21=150 hold=1 9000 21=150 hold=0 9500 21=100
+    p6- 10000 21=150 10500 21=200 p6+ 11000 next 11500 21=150 s6+ 21=150 12000 21=125 12500 21=100
+program takes over and goes on: s7+ 2000 p6+ 9000 21=100 p6- 10000 21=200
 program takes and gives back: s7+ 2000 p3+ 2500 21=100 3000 21=0 5000 21=100 p3- 5500 21=150 6000 21=200 still
 back to a program: p3+ 3000 21=100 s7+ 4000 21=150 5000 21=200 s7- 6000 21=100 7000 21=100 8500 21=50
 gives back at its speed: s7+ 2000 speed=75 p3+ 2500 21=0 2700 p3- 2950 21=100 3200 21=200
@@ -157,15 +165,20 @@ submaster and dimmer: s5+ 11=100,100 1=100 21=60,125 dim=50 11=50,100 1=50 21=60
 colour: s8+ 11=0,1,2,3,4 rgb=9,8,7 1=9,8,7,0,9,8,7,0 11=255,9,8,7,0 31=0 22=0 51=255,0
     rgb=9,8,7,6 1=9,8,7,6 11=255,9,8,7,6 51=255,6 dim=50 1=5 11=128,9 rgb dim=100 1=10,20,30,40 11=0,1,2,3,4
     rgb=999,-9,256 1=255,0,255
-colour released: rgb=9,8,7 s1- 1=9 s1+ 1=0 rgb=9,8,7 p1- 1=9 p1+ 1=0
+colour released: rgb=90,80,70 s1- 1=90 s1+ 1=90,80 31=0 moving 500 1=45,40 31=100 rgb 750 1=23 bo=1 1=0 bo=0 1000 1=0
+    still rgb=90,80,70 p1- 1=90 p1+ 1500 1=45 2000 1=0 rgb=90 s3+ 1=0
+colour, then the same: rgb=255,0,0 s11+ 1=255,0 300 1=255,0 500 1=255,0 1000 1=255,0 still
+colour, then another: rgb=255,0,0 s12+ 1=255,0,0 500 1=128,0,128 s11+ 1=128,0,128 1000 1=191,0,64 1500 1=255,0,0 still
+    rgb=0,200,0 s11+ 1=0,200 2000 1=128,100,0 rgb=9,8,7 1=9,8,7 9000 1=9,8,7
 white: s5+ white=1 1=255,255,255,255 11=255,255,255,255,255 21=60,255 31=255 dim=50 1=128 11=128,255
     bo=1 1=0 bo=0 white=0 dim=100 1=100,0 31=0
 blackout: s5+ rgb=1,2,3 bo=1 1=0,0 11=0,0 21=60,0 bo=0 1=1,2,3 21=60,125
 other light: s10+ 1000 61=10,20,30,40 rgb=1,2,3 61=1,2,3,0 white=1 61=255,255,255,255 white=0 dim=50 61=1,1,2,0
     rgb 61=5,10,15,20 bo=1 61=0,0,0,0
-fine: s10+ 500 71=100,50 73=50,25 1000 71=200,100 73=100,50 dim=50 73=50,25 71=200,100 white=1 73=128,0
+fine: s10+ 500 71=164,82 73=50,25 1000 71=200,100 73=100,50 dim=50 73=50,25 71=200,100 white=1 73=128,0
     dim=100 73=255,255 c74=3 73=255,3 c74 bo=1 73=0,0 71=200,100
 independent: s10+ 1000 81=70,80 rgb=1,2,3 81=70,80 white=1 dim=50 81=70,80 white=0 bo=1 81=70,80 s10- 2000 81=0,0
+default: 71=128,64 s10+ 1000 71=200,100 s10- 71=200,100 1999 71=200,100 moving 2000 71=128,64 still rgb=1 71=128,64
 held: c1=5 1=5 c1 c31=77 31=77 bo=1 31=77 white=1 31=77 c21=5 21=5 c31=0 31=0 bo=0 31=0 c31 31=255 c500=9 500=9 c500 500=0
 program: p1+ 500 31=50 1999 31=100 2500 31=50,50 4500 31=50,50 moving p1- 5000 31=25,25 5500 31=0 still
 program for ten days: p1+ 864000500 31=50,50 864001500 31=100,0 next 864002000 31=50,50

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -94,16 +96,51 @@ void Layer::Rows::Add(std::size_t at, float level) {
     runs.back().count = static_cast<quint16>(at + 1 - runs.back().at);
 }
 
-float Layer::OtherLevel(int iCue, std::size_t iOther) const {
-    const auto begin =
-        m_named.begin() + static_cast<std::ptrdiff_t>(iOther > 0 ? m_otherEnds[iOther - 1] : 0);
-    const auto end = m_named.begin() + static_cast<std::ptrdiff_t>(m_otherEnds[iOther]);
-    const auto after =
-        std::upper_bound(begin, end, iCue, [](int nCue, const Named& named) { return nCue < named.cue; });
+int Layer::NextNaming(int iCue, std::size_t iOther) const {
+    const auto [pBegin, pEnd] = NamingOf(iOther);
+    const Named* const pNext =
+        std::lower_bound(pBegin, pEnd, iCue, [](const Named& named, int nCue) { return named.cue < nCue; });
     if (m_bFollows) {
-        return std::prev(after == begin ? end : after)->level;
+        return (pNext == pEnd ? pBegin : pNext)->cue;
     }
-    return after != begin && std::prev(after)->cue == iCue ? std::prev(after)->level : -1;
+    return pNext != pEnd && pNext->cue == iCue ? iCue : -1;
+}
+
+float Layer::OtherLevel(int iCue, std::size_t iOther) const {
+    const auto [pBegin, pEnd] = NamingOf(iOther);
+    const Named* const pAfter =
+        std::upper_bound(pBegin, pEnd, iCue, [](int nCue, const Named& named) { return nCue < named.cue; });
+    if (m_bFollows) {
+        return std::prev(pAfter == pBegin ? pEnd : pAfter)->level;
+    }
+    return pAfter != pBegin && std::prev(pAfter)->cue == iCue ? std::prev(pAfter)->level : -1;
+}
+
+double Layer::ReachedAt(int iCue) const {
+    constexpr double Never = std::numeric_limits<double>::infinity();
+    if (iCue == m_iCue) {
+        return m_start;
+    }
+    const double cycle = m_cues.back().end;
+    if (!m_bFollows || m_bWaits || cycle <= 0) {
+        return Never;
+    }
+    const Timing& entered = TimingOf(m_iCue);
+    const Timing& reached = TimingOf(iCue);
+    const double between = reached.end - reached.fade - reached.hold - entered.end;
+    return m_start + entered.fade + entered.hold + between + (iCue < m_iCue ? cycle : 0);
+}
+
+void Layer::Skip(const ChannelSet& hidden) {
+    Rows kept;
+    ForEachRun(m_kept.At(0), m_rows.At(static_cast<std::size_t>(m_iCue)),
+               [&](std::size_t at, std::size_t nCount, const float* pFrom, const float* pTo) {
+                   for (std::size_t i = 0; i < nCount; ++i) {
+                       kept.Add(at + i, hidden[at + i] ? pTo[i] : pFrom[i]);
+                   }
+               });
+    kept.EndRow();
+    m_kept = std::move(kept);
 }
 
 void Layer::GoTo(int iCue, qint64 nNowMs) {

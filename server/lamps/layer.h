@@ -6,6 +6,7 @@
 #include <QtGlobal>
 
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 /// What fades as one: the scenes of an area, of which one shows at a time, or the steps of a program, which
@@ -61,6 +62,7 @@ public:
     void GoOnFrom(const Layer& other);
 
     bool IsOn() const { return m_iCue >= 0; }
+    bool Follows() const { return m_bFollows; }
     /// Where it was sent last; -1 to nothing.
     int Sent() const { return m_iCue; }
     int CueCount() const { return static_cast<int>(m_cues.size()); }
@@ -72,10 +74,25 @@ public:
     /// Raises levels to what it does to the lit channels.
     void MergeInto(FineLevels& levels, const Position& position) const;
 
+    /// Goes to its cue's levels at once in these channels, which nobody sees at the moment.
+    void Skip(const ChannelSet& hidden);
+
+    /// Its own clock, which stands where it pauses.
+    double Clock(qint64 nNowMs) const;
+    /// How many milliseconds of the caller's have gone by since its own clock showed this.
+    double SinceMs(double clock, qint64 nNowMs) const { return (Clock(nNowMs) - clock) / m_rate; }
+    /// When by its own clock it comes to a cue, since it was sent where it is; infinity for never.
+    double ReachedAt(int iCue) const;
+    double CueFade(int iCue) const { return TimingOf(iCue).fade; }
+
     /// The channels that are no light, in rising order.
     const std::vector<std::size_t>& Others() const { return m_others; }
-    /// Whether one of them, by its place in Others(), has a level in a cue; in a program it has one in all.
-    bool HasOther(int iCue, std::size_t iOther) const { return OtherLevel(iCue, iOther) >= 0; }
+    /// The first cue from this one on, round and round where cues follow each other, that gives a level to
+    /// one of them, by its place in Others(); -1 for none.
+    int NextNaming(int iCue, std::size_t iOther) const;
+    /// The level of one of them in a cue. In a program it keeps what an earlier step gave it, round and
+    /// round; -1 is none.
+    float OtherLevel(int iCue, std::size_t iOther) const;
     /// What one of them is at.
     float Other(const Position& position, std::size_t iOther) const;
 
@@ -105,11 +122,13 @@ private:
     };
 
     void Add(int iCue, const Cue& cue, const Patch& patch);
-    /// In a program a channel keeps what an earlier step gave it, round and round; -1 is none.
-    float OtherLevel(int iCue, std::size_t iOther) const;
+    /// Where cues name one of the other channels.
+    std::pair<const Named*, const Named*> NamingOf(std::size_t iOther) const {
+        return {m_named.data() + (iOther > 0 ? m_otherEnds[iOther - 1] : 0),
+                m_named.data() + m_otherEnds[iOther]};
+    }
     const Timing& TimingOf(int iCue) const { return m_cues[static_cast<std::size_t>(iCue)]; }
     int Before(int iCue) const { return iCue > 0 ? iCue - 1 : static_cast<int>(m_cues.size()) - 1; }
-    double Clock(qint64 nNowMs) const;
     void SetClock(qint64 nNowMs);
     void KeepWhatShows(qint64 nNowMs);
 

@@ -31,15 +31,9 @@ Letter LetterOf(unsigned char ucKind) {
     return static_cast<Letter>(ucKind & LetterBits);
 }
 
-float Replacement(unsigned char ucKind, const Color& color, const Command& command) {
+float Replacement(unsigned char ucKind, const Color& color) {
     const auto level = [](int nLevel) { return static_cast<float>(std::clamp(nLevel, 0, 255)); };
-    if ((ucKind & Independent) != 0) {
-        return Kept;
-    }
-    if (command.white) {
-        return Full;
-    }
-    if (!color.state || (ucKind & (color.rgbw ? TakesRgbw : TakesRgb)) == 0) {
+    if ((ucKind & (color.rgbw ? TakesRgbw : TakesRgb)) == 0) {
         return Kept;
     }
     switch (LetterOf(ucKind)) {
@@ -60,14 +54,19 @@ float Replacement(unsigned char ucKind, const Color& color, const Command& comma
     }
 }
 
-Grading GradingOf(unsigned char ucKind, const Color& color, const Command& command) {
+Grading GradingOf(unsigned char ucKind, const Command& command) {
     const Letter letter = LetterOf(ucKind);
-    const bool bIndependent = (ucKind & Independent) != 0;
-    if (letter == Nothing || letter == Other || (command.bo && !bIndependent)) {
+    if (letter == Nothing || letter == Other) {
+        return {};
+    }
+    if ((ucKind & Independent) != 0) {
+        return {Kept, 1};
+    }
+    if (command.bo) {
         return {};
     }
     const float dimmer = static_cast<float>(std::clamp(command.dim, 0, 100)) / 100;
-    return {Replacement(ucKind, color, command), (ucKind & Dimmed) != 0 && !bIndependent ? dimmer : 1};
+    return {command.white ? Full : Kept, (ucKind & Dimmed) != 0 ? dimmer : 1};
 }
 
 }  // namespace
@@ -146,10 +145,26 @@ void Patch::Put(std::size_t at, float level, Levels& levels) const {
     }
 }
 
-void Patch::Grade(const FineLevels& show, const Color& color, const Command& command, Levels& levels) const {
+ChannelSet Patch::Paint(const Color& color, FineLevels& show) const {
+    std::array<float, Kinds> replaced;
+    for (std::size_t i = 0; i < Kinds; ++i) {
+        replaced[i] = Replacement(static_cast<unsigned char>(i), color);
+    }
+    ChannelSet painted;
+    for (std::size_t at = 0; at < m_kinds.size(); ++at) {
+        const float level = replaced[m_kinds[at]];
+        if (level >= 0) {
+            painted.set(at);
+            show[at] = m_fine[at] ? level * Widened : level;
+        }
+    }
+    return painted;
+}
+
+void Patch::Grade(const FineLevels& show, const Command& command, Levels& levels) const {
     std::array<Grading, Kinds> gradings;
     for (std::size_t i = 0; i < Kinds; ++i) {
-        gradings[i] = GradingOf(static_cast<unsigned char>(i), color, command);
+        gradings[i] = GradingOf(static_cast<unsigned char>(i), command);
     }
     levels.fill(0);
     for (std::size_t nUniverse = 0; nUniverse < m_used.size(); ++nUniverse) {

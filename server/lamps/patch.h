@@ -20,6 +20,8 @@ inline unsigned char Rounded(float level) {
     constexpr float Half = 0.5F;
     return static_cast<unsigned char>(level + Half);
 }
+/// Some of the channels, where Universes::At says.
+using ChannelSet = std::bitset<std::tuple_size_v<Levels>>;
 /// Some of the universes, by index.
 using UniverseSet = std::bitset<Universes::Count>;
 
@@ -49,15 +51,16 @@ public:
 
     /// Rounds a level, into both halves of a channel that has a fine one.
     void Put(std::size_t at, float level, Levels& levels) const;
-    /// Rounds what the show does to levels, after the operator's colour and commands. Channels that are not
-    /// lit come out as 0.
-    void Grade(const FineLevels& show, const Color& color, const Command& command, Levels& levels) const;
+    /// Replaces what a colour replaces. Returns where.
+    ChannelSet Paint(const Color& color, FineLevels& show) const;
+    /// Rounds levels, after the operator's commands. Channels that are not lit come out as 0.
+    void Grade(const FineLevels& show, const Command& command, Levels& levels) const;
 
 private:
     void Add(const Fixture& fixture, int iUnit, std::size_t start);
 
     std::array<unsigned char, std::tuple_size_v<Levels>> m_kinds{};
-    std::bitset<std::tuple_size_v<Levels>> m_fine;
+    ChannelSet m_fine;
     std::vector<std::size_t> m_widened;  ///< the lit ones of them
     std::map<std::size_t, float> m_defaults;
     UniverseSet m_used;

@@ -36,15 +36,20 @@ Playback::Playback(const State& state, Clock clock) : m_state(state), m_patch(st
     TakeSpeed(clock());
     for (const State::Running& running : state.Runs()) {
         if (running.program) {
-            SwitchProgram(running.id, true, clock());
+            SwitchProgram(running.id, true, false, clock());
         } else {
-            SwitchScene(running.id, true, clock());
+            SwitchScene(running.id, true, false, clock());
         }
     }
     connect(&state, &State::sceneSwitched, this,
-            [this, clock](int nId, bool bOn) { SwitchScene(nId, bOn, clock()); });
-    connect(&state, &State::programSwitched, this,
-            [this, clock](int nId, bool bOn) { SwitchProgram(nId, bOn, clock()); });
+            [this, clock](int nId, bool bOn, bool bReleases) { SwitchScene(nId, bOn, bReleases, clock()); });
+    connect(&state, &State::programSwitched, this, [this, clock](int nId, bool bOn, bool bReleases) {
+        SwitchProgram(nId, bOn, bReleases, clock());
+    });
+    connect(&state, &State::colorTaken, this, [this] {
+        // Remotes release a colour once more that a start has released: that goes on fading.
+        m_released = m_state.CurrentColor().state ? ChannelSet() : m_released;
+    });
     connect(&state, &State::commandTaken, this, [this, clock](bool bNext, bool bPrevious) {
         TakeSpeed(clock());
         StepPrograms((bNext ? 1 : 0) - (bPrevious ? 1 : 0), clock());
@@ -95,83 +100,123 @@ void Playback::AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows) {
 }
 
 void Playback::FindLatest() {
-    std::vector<std::size_t> known(std::tuple_size_v<Levels>, m_latest.max_size());
-    m_uses.resize(m_layers.size());
-    for (std::size_t layer = 0; layer < m_layers.size(); ++layer) {
-        for (const std::size_t at : m_layers[layer].Others()) {
-            if (known[at] == m_latest.max_size()) {
-                known[at] = m_latest.size();
-                m_latest.emplace_back().at = at;
-            }
-            std::vector<User>& users = m_latest[known[at]].users;
-            users.push_back({layer, m_uses[layer].size()});
-            m_uses[layer].push_back({known[at], static_cast<int>(users.size()) - 1});
+    std::map<std::size_t, float> channels = m_patch.Defaults();
+    for (const Layer& layer : m_layers) {
+        for (const std::size_t at : layer.Others()) {
+            channels.insert({at, LatestChannel::NoDefault});
         }
     }
+    for (const auto& [at, standard] : channels) {
+        m_latest.emplace_back(at, standard);
+    }
+    m_pending.resize(m_layers.size());
 }
 
-void Playback::SwitchScene(int nId, bool bOn, qint64 nNowMs) {
+LatestChannel& Playback::Latest(std::size_t at) {
+    return *std::lower_bound(m_latest.begin(), m_latest.end(), at,
+                             [](const LatestChannel& channel, std::size_t n) { return channel.At() < n; });
+}
+
+void Playback::SwitchScene(int nId, bool bOn, bool bReleasesColor, qint64 nNowMs) {
     const auto scene = m_scenes.find(nId);
-    if (scene == m_scenes.end()) {
-        return;
-    }
-    const Place& place = scene->second;
-    if ((m_layers[place.layer].Sent() == place.cue) != bOn) {
-        Send(place.layer, bOn ? place.cue : -1, true, nNowMs);
+    if (scene != m_scenes.end()) {
+        Switch(scene->second.layer, scene->second.cue, bOn, bReleasesColor, nNowMs);
     }
 }
 
-void Playback::SwitchProgram(int nId, bool bOn, qint64 nNowMs) {
+void Playback::SwitchProgram(int nId, bool bOn, bool bReleasesColor, qint64 nNowMs) {
     const auto program = m_programs.find(nId);
-    if (program != m_programs.end() && m_layers[program->second].IsOn() != bOn) {
-        Send(program->second, bOn ? 0 : -1, true, nNowMs);
+    if (program != m_programs.end()) {
+        const int iSent = m_layers[program->second].Sent();
+        Switch(program->second, std::max(iSent, 0), bOn, bReleasesColor, nNowMs);
+    }
+}
+
+void Playback::Switch(std::size_t layer, int iCue, bool bOn, bool bReleasesColor, qint64 nNowMs) {
+    const bool bFromColor = bOn && (bReleasesColor || ReleaseProgress(nNowMs) < 1);
+    if (bFromColor) {
+        Color color = m_state.CurrentColor();
+        color.state = bReleasesColor;
+        FineLevels lit{};
+        const ChannelSet painted = Lit(color, PositionsAt(nNowMs), nNowMs, lit);
+        m_released = bReleasesColor ? painted : m_released;
+        m_lit = lit;
+    }
+    if ((m_layers[layer].Sent() == iCue) != bOn) {
+        Send(layer, bOn ? iCue : -1, true, nNowMs);
+    }
+    if (bFromColor) {
+        // Under the colour nothing is seen of the layer's own fade; with both, same levels would dip
+        // half-way.
+        m_layers[layer].Skip(m_released);
+        m_nReleaseMs = nNowMs;
+        m_releaseFade = m_layers[layer].FadeMs(nNowMs);
     }
 }
 
 void Playback::Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs) {
+    Advance(nNowMs);
+    Layer& sent = m_layers[layer];
     const Positions before = PositionsAt(nNowMs);
     std::vector<float> shown;
-    for (const Use& use : m_uses[layer]) {
-        shown.push_back(LevelOf(m_latest[use.latest], before, nNowMs));
+    for (const std::size_t at : sent.Others()) {
+        shown.push_back(Latest(at).LevelAt(m_layers, before, nNowMs));
     }
-    double fade = m_layers[layer].FadeMs(nNowMs);
+    double fade = sent.FadeMs(nNowMs);
     if (iCue < 0) {
-        m_layers[layer].Stop(nNowMs);
+        sent.Stop(nNowMs);
     } else {
-        m_layers[layer].GoTo(iCue, nNowMs);
-        fade = m_layers[layer].FadeMs(nNowMs);
+        sent.GoTo(iCue, nNowMs);
+        fade = sent.FadeMs(nNowMs);
         m_started[layer] = bStarts ? ++m_nStarts : m_started[layer];
     }
+    std::vector<Pending>& pending = m_pending[layer];
+    pending.clear();
     for (std::size_t iOther = 0; iOther < shown.size(); ++iOther) {
-        const auto& [iLatest, iUser] = m_uses[layer][iOther];
-        Latest& channel = m_latest[iLatest];
-        const bool bHas = Has({layer, iOther});
-        if (channel.iOwner == iUser || (bHas && bStarts)) {
-            channel.from = shown[iOther];
-            channel.iOwner = bHas ? iUser : LastStarted(channel);
-            channel.bInherited = !bHas;
-            channel.start = nNowMs;
-            channel.fade = fade;
+        LatestChannel& channel = Latest(sent.Others()[iOther]);
+        const bool bOwned = channel.IsOwnedBy(layer);
+        const int iNaming = iCue < 0 ? -1 : sent.NextNaming(iCue, iOther);
+        const bool bKept = sent.Follows() && !bStarts && channel.Has(layer);
+        if (iCue >= 0 && (iNaming == iCue || bKept)) {
+            channel.Add({layer, iOther, m_started[layer]});
+        } else {
+            channel.Remove(layer);
+            if (iNaming >= 0) {
+                pending.push_back({iNaming, iOther});
+            }
+        }
+        if (channel.IsOwnedBy(layer)) {
+            channel.MoveByOwner(shown[iOther], sent.ReachedAt(iCue), sent.CueFade(iCue));
+        } else if (bOwned) {
+            channel.MoveByCaller(shown[iOther], static_cast<double>(nNowMs), fade);
         }
     }
+    std::stable_sort(pending.begin(), pending.end(), [&sent](const Pending& a, const Pending& b) {
+        return sent.ReachedAt(a.cue) < sent.ReachedAt(b.cue);
+    });
 }
 
-int Playback::LastStarted(const Latest& channel) const {
-    int iLast = -1;
-    quint64 nLast = 0;
-    for (std::size_t i = 0; i < channel.users.size(); ++i) {
-        const User& user = channel.users[i];
-        if (Has(user) && m_started[user.layer] > nLast) {
-            nLast = m_started[user.layer];
-            iLast = static_cast<int>(i);
+void Playback::Advance(qint64 nNowMs) {
+    for (std::size_t i = 0; i < m_layers.size(); ++i) {
+        const Layer& layer = m_layers[i];
+        std::vector<Pending>& pending = m_pending[i];
+        std::size_t nTaken = 0;
+        for (; nTaken < pending.size(); ++nTaken) {
+            const auto [iCue, iOther] = pending[nTaken];
+            const double reached = layer.ReachedAt(iCue);
+            if (layer.Clock(nNowMs) < reached) {
+                break;
+            }
+            const qint64 nThenMs = nNowMs - static_cast<qint64>(layer.SinceMs(reached, nNowMs));
+            LatestChannel& channel = Latest(layer.Others()[iOther]);
+            const float shown = channel.LevelAt(m_layers, PositionsAt(nThenMs), nThenMs);
+            channel.Add({i, iOther, m_started[i]});
+            if (channel.IsOwnedBy(i)) {
+                channel.MoveByOwner(shown, reached, layer.CueFade(iCue));
+            }
         }
+        pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(nTaken));
     }
-    return iLast;
-}
-
-bool Playback::Has(const User& user) const {
-    const Layer& layer = m_layers[user.layer];
-    return layer.IsOn() && layer.HasOther(layer.Sent(), user.other);
 }
 
 void Playback::TakeSpeed(qint64 nNowMs) {
@@ -193,12 +238,11 @@ void Playback::StepPrograms(int nSteps, qint64 nNowMs) {
 }
 
 bool Playback::IsMoving(qint64 nNowMs) const {
-    return (!m_left.empty() && LeftOver(nNowMs) > 0) ||
+    return ReleaseProgress(nNowMs) < 1 || (!m_left.empty() && LeftOver(nNowMs) > 0) ||
            std::any_of(m_layers.begin(), m_layers.end(),
                        [nNowMs](const Layer& layer) { return layer.IsMoving(nNowMs); }) ||
-           std::any_of(m_latest.begin(), m_latest.end(), [nNowMs](const Latest& channel) {
-               return channel.bInherited && channel.iOwner >= 0 && InheritedProgress(channel, nNowMs) < 1;
-           });
+           std::any_of(m_latest.begin(), m_latest.end(),
+                       [nNowMs](const LatestChannel& channel) { return channel.IsMoving(nNowMs); });
 }
 
 Playback::Positions Playback::PositionsAt(qint64 nNowMs) const {
@@ -208,25 +252,32 @@ Playback::Positions Playback::PositionsAt(qint64 nNowMs) const {
     return positions;
 }
 
-float Playback::InheritedProgress(const Latest& channel, qint64 nNowMs) {
-    const auto elapsed = static_cast<double>(nNowMs - channel.start);
-    return elapsed < channel.fade ? static_cast<float>(elapsed / channel.fade) : 1;
+float Playback::ReleaseProgress(qint64 nNowMs) const {
+    const auto elapsed = static_cast<double>(nNowMs - m_nReleaseMs);
+    return m_released.any() && elapsed < m_releaseFade ? static_cast<float>(elapsed / m_releaseFade) : 1;
 }
 
-float Playback::LevelOf(const Latest& channel, const Positions& positions, qint64 nNowMs) const {
-    if (channel.iOwner < 0) {
-        return channel.from;
+ChannelSet Playback::Lit(const Color& color, const Positions& positions, qint64 nNowMs,
+                         FineLevels& levels) const {
+    for (std::size_t layer = 0; layer < m_layers.size(); ++layer) {
+        m_layers[layer].MergeInto(levels, positions[layer]);
     }
-    const User& user = channel.users[static_cast<std::size_t>(channel.iOwner)];
-    const Layer::Position& position = positions[user.layer];
-    const float progress = channel.bInherited  ? InheritedProgress(channel, nNowMs)
-                           : position.bEntered ? position.progress
-                                               : 1;
-    const float level = m_layers[user.layer].Other(position, user.other);
-    return progress < 1 ? channel.from + (level - channel.from) * progress : level;
+    for (const auto& [at, difference] : m_left) {
+        levels[at] = std::clamp(levels[at] + difference * LeftOver(nNowMs), 0.0F, Full);
+    }
+    if (color.state) {
+        return m_patch.Paint(color, levels);
+    }
+    const float progress = ReleaseProgress(nNowMs);
+    for (std::size_t at = 0; progress < 1 && at < levels.size(); ++at) {
+        if (m_released[at]) {
+            levels[at] = m_lit[at] + (levels[at] - m_lit[at]) * progress;
+        }
+    }
+    return {};
 }
 
-Levels Playback::OpenLevels(qint64 nNowMs) const {
+Levels Playback::OpenLevels(qint64 nNowMs) {
     Command open = m_state.CurrentCommand();
     open.bo = false;
     open.dim = FullDimmer;
@@ -280,47 +331,67 @@ std::vector<std::size_t> Playback::TakeOverLayers(const Playback& last, const Le
             m_layers.push_back(std::move(ending));
         }
     }
+    m_pending.resize(m_layers.size());
     return places;
 }
 
 void Playback::TakeOverLatest(const Playback& last, const Levels& open,
                               const std::vector<std::size_t>& places, qint64 nNowMs) {
-    std::map<std::size_t, const Latest*> known;
-    for (const Latest& channel : last.m_latest) {
-        known[channel.at] = &channel;
+    std::map<std::size_t, const LatestChannel*> known;
+    for (const LatestChannel& channel : last.m_latest) {
+        known[channel.At()] = &channel;
     }
+    for (LatestChannel& channel : m_latest) {
+        const auto was = known.find(channel.At());
+        channel.Stand(nNowMs);
+        if (was != known.end()) {
+            TakeOwners(*was->second, places, channel);
+            known.erase(was);
+        }
+    }
+    Advance(nNowMs);
     Levels now{};
     const Positions positions = PositionsAt(nNowMs);
-    const auto goesOn = [&places](const Latest& from, const Latest& to) {
-        return from.iOwner >= 0 && to.iOwner >= 0 &&
-               places[from.users[static_cast<std::size_t>(from.iOwner)].layer] ==
-                   to.users[static_cast<std::size_t>(to.iOwner)].layer;
-    };
     const auto openLevel = [&](std::size_t at) {
         return static_cast<float>(open[at]) +
                (m_patch.HasFine(at) ? static_cast<float>(open[at + 1]) / 256 : 0);
     };
-    for (Latest& channel : m_latest) {
-        const auto was = known.find(channel.at);
-        if (was != known.end() && goesOn(*was->second, channel)) {
-            channel.from = was->second->from;
-            channel.bInherited = was->second->bInherited;
-            channel.start = was->second->start;
-            channel.fade = was->second->fade;
+    for (LatestChannel& channel : m_latest) {
+        const std::size_t at = channel.At();
+        m_patch.Put(at, channel.LevelAt(m_layers, positions, nNowMs), now);
+        const std::size_t fine = at + (m_patch.HasFine(at) ? 1 : 0);
+        if (now[at] != open[at] || now[fine] != open[fine]) {
+            channel.MoveByCaller(openLevel(at), static_cast<double>(nNowMs), Second);
         }
-        m_patch.Put(channel.at, LevelOf(channel, positions, nNowMs), now);
-        const std::size_t fine = channel.at + (m_patch.HasFine(channel.at) ? 1 : 0);
-        if (now[channel.at] != open[channel.at] || now[fine] != open[fine]) {
-            channel.from = openLevel(channel.at);
-            channel.bInherited = true;
-            channel.start = nNowMs;
-            channel.fade = Second;
-        }
-        known.erase(channel.at);
     }
     for (const auto& [at, pLast] : known) {
         if (m_patch.IsOther(at)) {  // which nobody names any more: it stays
-            m_latest.push_back({at, {}, -1, openLevel(at)});
+            m_latest.emplace_back(at, LatestChannel::NoDefault);
+            m_latest.back().MoveByCaller(openLevel(at), static_cast<double>(nNowMs), 0);
+        }
+    }
+    std::sort(m_latest.begin(), m_latest.end(),
+              [](const LatestChannel& a, const LatestChannel& b) { return a.At() < b.At(); });
+}
+
+/// What a program of the last show had come to, its successor has come to as well.
+void Playback::TakeOwners(const LatestChannel& last, const std::vector<std::size_t>& places,
+                          LatestChannel& channel) {
+    for (std::size_t from = 0; from < places.size(); ++from) {
+        const std::size_t to = places[from];
+        if (to == NoPlace || !last.Has(from)) {
+            continue;
+        }
+        std::vector<Pending>& pending = m_pending[to];
+        const auto come = std::find_if(pending.begin(), pending.end(), [&](const Pending& p) {
+            return m_layers[to].Others()[p.other] == channel.At();
+        });
+        if (come != pending.end()) {
+            channel.Add({to, come->other, m_started[to]});
+            pending.erase(come);
+        }
+        if (last.IsOwnedBy(from) && channel.IsOwnedBy(to)) {
+            channel.MoveLike(last);
         }
     }
 }
@@ -329,19 +400,15 @@ float Playback::LeftOver(qint64 nNowMs) const {
     return std::max(0.0F, 1 - static_cast<float>(nNowMs - m_nTookOver) / static_cast<float>(Second));
 }
 
-void Playback::Render(qint64 nNowMs, const Command& command, Levels& levels) const {
+void Playback::Render(qint64 nNowMs, const Command& command, Levels& levels) {
+    Advance(nNowMs);
     const Universes& held = m_state.Held();
     const Positions positions = PositionsAt(nNowMs);
     FineLevels merged{};
-    for (std::size_t layer = 0; layer < m_layers.size(); ++layer) {
-        m_layers[layer].MergeInto(merged, positions[layer]);
-    }
-    for (const auto& [at, difference] : m_left) {
-        merged[at] = std::clamp(merged[at] + difference * LeftOver(nNowMs), 0.0F, Full);
-    }
-    m_patch.Grade(merged, m_state.CurrentColor(), command, levels);
-    for (const Latest& channel : m_latest) {
-        m_patch.Put(channel.at, LevelOf(channel, positions, nNowMs), levels);
+    Lit(m_state.CurrentColor(), positions, nNowMs, merged);
+    m_patch.Grade(merged, command, levels);
+    for (const LatestChannel& channel : m_latest) {
+        m_patch.Put(channel.At(), channel.LevelAt(m_layers, positions, nNowMs), levels);
     }
     for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
         if (!held.IsHeld(nUniverse)) {

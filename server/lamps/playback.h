@@ -1,5 +1,6 @@
 #pragma once
 
+#include "server/lamps/latestchannel.h"
 #include "server/lamps/layer.h"
 #include "server/lamps/patch.h"
 #include "server/state.h"
@@ -34,9 +35,9 @@ public:
     /// The universes that have a fixture.
     const UniverseSet& Patched() const { return m_patch.Used(); }
     /// Fills in all levels as they are at `nNowMs`; what is held comes last, over everything.
-    void Render(qint64 nNowMs, Levels& levels) const { Render(nNowMs, m_state.CurrentCommand(), levels); }
+    void Render(qint64 nNowMs, Levels& levels) { Render(nNowMs, m_state.CurrentCommand(), levels); }
     /// The same as if the dimmer were full and Black off.
-    Levels OpenLevels(qint64 nNowMs) const;
+    Levels OpenLevels(qint64 nNowMs);
 
     /// Goes on from the playback of another show, whose open levels these were: what runs in both goes on,
     /// what has ended fades out in its own time, all else stands at once. Levels that differ all the same are
@@ -48,60 +49,55 @@ private:
         std::size_t layer = 0;
         int cue = 0;
     };
-    /// A layer that has a channel, and the channel's place in its Layer::Others().
-    struct User {
-        std::size_t layer = 0;
+    /// A step that a program has not come to yet, and a channel of its Layer::Others() that it is the first
+    /// to name.
+    struct Pending {
+        int cue = 0;
         std::size_t other = 0;
-    };
-    /// A channel that goes by whoever was started last. It moves there from where it was.
-    struct Latest {
-        std::size_t at = 0;
-        std::vector<User> users;
-        int iOwner = -1;  ///< which of the users; -1 leaves it where it is
-        float from = 0;
-        bool bInherited = false;  ///< given back by one that ended, in that one's time; else in the owner's
-        qint64 start = 0;
-        double fade = 0;
-    };
-    /// The other way round.
-    struct Use {
-        std::size_t latest = 0;
-        int user = 0;
     };
     using Positions = std::vector<Layer::Position>;
 
-    void Render(qint64 nNowMs, const Command& command, Levels& levels) const;
+    void Render(qint64 nNowMs, const Command& command, Levels& levels);
     /// Returns for each layer of the last one the layer here that goes on from it, or NoPlace. What ended
     /// goes on only if it gives no more than was seen: the operator's colour may have been over it.
     std::vector<std::size_t> TakeOverLayers(const Playback& last, const Levels& open, qint64 nNowMs);
     void TakeOverLatest(const Playback& last, const Levels& open, const std::vector<std::size_t>& places,
                         qint64 nNowMs);
+    void TakeOwners(const LatestChannel& last, const std::vector<std::size_t>& places,
+                    LatestChannel& channel);
     /// How much is left of the difference to a last show: 1 at first, 0 a second later.
     float LeftOver(qint64 nNowMs) const;
     void AddScenes(const Show& show);
     void AddPrograms(const Show& show);
     void FindLatest();
     /// One that does so already goes on as it does.
-    void SwitchScene(int nId, bool bOn, qint64 nNowMs);
-    void SwitchProgram(int nId, bool bOn, qint64 nNowMs);
+    void SwitchScene(int nId, bool bOn, bool bReleasesColor, qint64 nNowMs);
+    void SwitchProgram(int nId, bool bOn, bool bReleasesColor, qint64 nNowMs);
+    void Switch(std::size_t layer, int iCue, bool bOn, bool bReleasesColor, qint64 nNowMs);
     void TakeSpeed(qint64 nNowMs);
     void AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows);
     /// Sends a layer to a cue, -1 to nothing. `bStarts`: it comes to be the last started.
     void Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs);
-    /// Which user of a channel runs, has a level for it, and was started last; -1 is none.
-    int LastStarted(const Latest& channel) const;
-    bool Has(const User& user) const;
+    /// Lets programs take what they have come to since.
+    void Advance(qint64 nNowMs);
+    LatestChannel& Latest(std::size_t at);
     void StepPrograms(int nSteps, qint64 nNowMs);
     Positions PositionsAt(qint64 nNowMs) const;
-    static float InheritedProgress(const Latest& channel, qint64 nNowMs);
-    float LevelOf(const Latest& channel, const Positions& positions, qint64 nNowMs) const;
+    /// The share of the fade in which the colour's last light goes.
+    float ReleaseProgress(qint64 nNowMs) const;
+    /// What all layers and the colour make, before the commands. Returns what the colour replaces.
+    ChannelSet Lit(const Color& color, const Positions& positions, qint64 nNowMs, FineLevels& levels) const;
 
     const State& m_state;
     Patch m_patch;
     std::vector<Layer> m_layers;     ///< of the areas, of the programs, then what has ended with another show
     std::vector<quint64> m_started;  ///< for each layer the number of its last start
-    std::vector<Latest> m_latest;
-    std::vector<std::vector<Use>> m_uses;   ///< for each layer those of its Others()
+    std::vector<std::vector<Pending>> m_pending;  ///< for each layer, in the order in which they come
+    std::vector<LatestChannel> m_latest;          ///< by channel
+    FineLevels m_lit{};                           ///< what was lit when a start released the colour
+    ChannelSet m_released;                        ///< what the colour had replaced then
+    qint64 m_nReleaseMs = 0;
+    double m_releaseFade = 0;
     std::map<int, Place> m_scenes;          ///< by id
     std::map<int, std::size_t> m_programs;  ///< the layer, by id
     quint64 m_nStarts = 0;

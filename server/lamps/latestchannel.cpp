@@ -1,0 +1,42 @@
+#include "server/lamps/latestchannel.h"
+
+#include <algorithm>
+
+bool LatestChannel::Has(std::size_t layer) const {
+    return std::any_of(m_owners.begin(), m_owners.end(),
+                       [layer](const Owner& owner) { return owner.layer == layer; });
+}
+
+void LatestChannel::Add(const Owner& owner) {
+    Remove(owner.layer);
+    const auto after = std::find_if(m_owners.begin(), m_owners.end(),
+                                    [&owner](const Owner& other) { return other.start > owner.start; });
+    m_owners.insert(after, owner);
+}
+
+void LatestChannel::Remove(std::size_t layer) {
+    m_owners.erase(std::remove_if(m_owners.begin(), m_owners.end(),
+                                  [layer](const Owner& owner) { return owner.layer == layer; }),
+                   m_owners.end());
+}
+
+float LatestChannel::LevelAt(const std::vector<Layer>& layers, const std::vector<Layer::Position>& positions,
+                             qint64 nNowMs) const {
+    if (m_owners.empty()) {
+        return m_default >= 0 && !IsMoving(nNowMs) ? m_default : m_from;
+    }
+    const Owner& owner = m_owners.back();
+    const Layer& layer = layers[owner.layer];
+    const Layer::Position& position = positions[owner.layer];
+    const double elapsed = (m_bByOwner ? layer.Clock(nNowMs) : static_cast<double>(nNowMs)) - m_since;
+    if (elapsed >= m_fade) {
+        return layer.Other(position, owner.other);
+    }
+    const float level =
+        m_bByOwner ? layer.OtherLevel(position.cue, owner.other) : layer.Other(position, owner.other);
+    return m_from + (level - m_from) * static_cast<float>(elapsed / m_fade);
+}
+
+bool LatestChannel::IsMoving(qint64 nNowMs) const {
+    return !m_bByOwner && static_cast<double>(nNowMs) - m_since < m_fade;
+}
