@@ -83,6 +83,20 @@ std::string Universe(int nUniverse, unsigned char ucLevel, bool bState) {
     return End(writer);
 }
 
+std::string Universe(int nUniverse, const Universes& universes) {
+    JSONWriter writer = Begin(MessageType::Universe, std::size_t{64} * Universes::Channels);
+    writer.Member("universe", nUniverse).BeginArray("channels");
+    for (int nChannel = 0; Universes::HasUniverse(nUniverse) && nChannel < Universes::Channels; ++nChannel) {
+        const std::size_t at = Universes::At(nUniverse, nChannel);
+        if (universes.states.at(at)) {
+            writer.BeginObject().Member("c", nChannel).Member("l", int{universes.levels.at(at)});
+            writer.Member("s", true).EndObject();
+        }
+    }
+    writer.EndArray();
+    return End(writer);
+}
+
 std::string UniverseColor(int nUniverse, int nChannel, int nNumber, const ::Color& color) {
     JSONWriter writer = Begin(MessageType::UniverseColor);
     writer.Member("universe", nUniverse).Member("chan", nChannel).Member("number", nNumber);

@@ -4,6 +4,7 @@
 #include "device/command.h"
 #include "device/dmxchan.h"
 #include "device/recording.h"
+#include "device/universes.h"
 
 #include <string>
 
@@ -52,6 +53,8 @@ std::string Command(const ::Command& command);
 std::string Channel(const DmxChan& channel);
 /// Every channel of a universe at one level, held (true) or released.
 std::string Universe(int nUniverse, unsigned char ucLevel, bool bState);
+/// The held channels of one universe, all others being released; none for a universe that is none.
+std::string Universe(int nUniverse, const Universes& universes);
 /// A colour on `nNumber` fixtures side by side in a universe, from channel `nChannel` on.
 std::string UniverseColor(int nUniverse, int nChannel, int nNumber, const ::Color& color);
 

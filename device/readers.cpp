@@ -103,7 +103,7 @@ void readInto(const JSONNode& node, Recording& recording) {
 namespace {
 
 /// Into the tables of one universe. By pointer: the index is checked once, here, for two writes.
-void readChannel(const JSONNode& node, unsigned char* pLevels, bool* pStates) {
+void readChannel(const JSONNode& node, unsigned char* pLevels, bool* pStates, int (*pLevel)(int)) {
     int nChannel = -1;
     node.ForEachMember([&](std::string_view sName, const JSONNode& value) {
         if (Is(sName, "c")) {
@@ -111,7 +111,8 @@ void readChannel(const JSONNode& node, unsigned char* pLevels, bool* pStates) {
         } else if (!Universes::HasChannel(nChannel)) {
             return;
         } else if (Is(sName, "l")) {
-            pLevels[nChannel] = static_cast<unsigned char>(value.AsInt());
+            const int nLevel = pLevel == nullptr ? value.AsInt() : pLevel(value.AsInt());
+            pLevels[nChannel] = static_cast<unsigned char>(nLevel);
         } else if (Is(sName, "s")) {
             pStates[nChannel] = value.AsBool();
         }
@@ -120,7 +121,7 @@ void readChannel(const JSONNode& node, unsigned char* pLevels, bool* pStates) {
 
 }  // namespace
 
-int readInto(const JSONNode& node, Universes& universes) {
+int readInto(const JSONNode& node, Universes& universes, int (*pLevel)(int)) {
     int nUniverse = -1;
     node.ForEachMember([&](std::string_view sName, const JSONNode& value) {
         if (Is(sName, "universe")) {
@@ -129,7 +130,8 @@ int readInto(const JSONNode& node, Universes& universes) {
             unsigned char* pLevels = &universes.levels[Universes::At(nUniverse, 0)];
             bool* pStates = &universes.states[Universes::At(nUniverse, 0)];
             std::fill_n(pStates, Universes::Channels, false);
-            value.ForEachElement([&](const JSONNode& channel) { readChannel(channel, pLevels, pStates); });
+            value.ForEachElement(
+                [&](const JSONNode& channel) { readChannel(channel, pLevels, pStates, pLevel); });
         }
     });
     return nUniverse;

@@ -19,5 +19,6 @@ void readInto(const JSONNode& node, Recording& recording);
 
 /// Levels and hold flags of one universe. The universe's number must stand before its channels, a channel's
 /// index before its level and flag. Whatever is out of range is dropped. Returns the universe that the
-/// content named last, in range or not; -1 when it named none.
-int readInto(const JSONNode& node, Universes& universes);
+/// content named last, in range or not; -1 when it named none. Of a level its lower 8 bits are kept, or what
+/// `pLevel` makes of it.
+int readInto(const JSONNode& node, Universes& universes, int (*pLevel)(int) = nullptr);

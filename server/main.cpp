@@ -6,6 +6,7 @@
 #include "server/log.h"
 #include "server/record.h"
 #include "server/remotes/server.h"
+#include "server/resume.h"
 #include "server/show/patchsheet.h"
 #include "server/state.h"
 
@@ -63,6 +64,7 @@ void AddOptions(QCommandLineParser& parser) {
         {"check", "Say whether this show is good, print its patch sheet, and end.", "file"},
         {"print-show", "Print the file of the built-in show, and end."},
         {"serial", "Go by this serial instead of the show's.", "text"},
+        {"resume", "Keep what runs in this file, and begin with what it says.", "file"},
         {"address", "Listen on this address of the machine (default: all of them).", "address"},
         {"verbose", "Log every sign of life and every poll, too."},
         {"fall-back", "Listen on the fall-back port 8011 instead of 8093."},
@@ -243,6 +245,10 @@ int Serve(const QCommandLineParser& parser) {
     Log lines;
     const auto log = [&lines](const QString& sLine) { lines.Write(sLine); };
     State state(show);
+    std::optional<Resume> resume;
+    if (parser.isSet("resume")) {
+        resume.emplace(state, parser.value("resume"), log);
+    }
     Server server(state, options, log);
     std::optional<LampOutput> lamps;
     if (parser.isSet("sacn")) {

@@ -16,6 +16,10 @@ int Level(int nLevel) {
     return std::clamp(nLevel, 0, 255);
 }
 
+Color Clamped(const Color& color) {
+    return {Level(color.r), Level(color.g), Level(color.b), Level(color.w), color.rgbw, color.state};
+}
+
 /// Of a const list a const one.
 template <typename Entries>
 auto Find(Entries& entries, int nId) {
@@ -119,12 +123,17 @@ bool State::ReleaseColor(bool bStarts) {
     return bReleases;
 }
 
+void State::StopAll() {
+    m_bTakenUp = true;
+    while (!m_runs.empty()) {
+        const Running last = m_runs.back();
+        last.program ? SwitchProgram(last.id, false) : SwitchScene(last.id, false);
+    }
+}
+
 void State::Take(const Color& color) {
     const bool bWhite = m_show.fixtures.empty() ? color.rgbw : m_color.rgbw;
-    m_color = color;
-    for (int* pLevel : {&m_color.r, &m_color.g, &m_color.b, &m_color.w}) {
-        *pLevel = Level(*pLevel);
-    }
+    m_color = Clamped(color);
     m_color.rgbw = bWhite;
     emit colorTaken();
     emit changed();
@@ -150,12 +159,12 @@ void State::Hold(const DmxChan& channel) {
 }
 
 int State::HoldUniverse(const JSONNode& content) {
-    const int nUniverse = readInto(content, m_held);
+    const int nUniverse = readInto(content, m_held, Level);
     emit changed();
     return nUniverse;
 }
 
 void State::HoldRun(int nUniverse, int nStart, int nCount, const Color& color) {
-    m_held.SetRun(nUniverse, nStart, nCount, color);
+    m_held.SetRun(nUniverse, nStart, nCount, Clamped(color));
     emit changed();
 }

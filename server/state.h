@@ -51,6 +51,10 @@ public:
     /// runs already, releases the colour, but no command. False if the show has none such.
     bool SwitchScene(int nId, bool bOn);
     bool SwitchProgram(int nId, bool bOn);
+    /// Stops all that runs, for what ran before the program's end to be taken up: it is to stand at once, and
+    /// not to fade up once more.
+    void StopAll();
+    bool IsTakenUp() const { return m_bTakenUp; }
     /// Whether the colour has white is the show's to say; only one without fixtures takes what it is told.
     void Take(const Color& color);
     void Take(const Command& command);
@@ -86,4 +90,5 @@ private:
     Color m_color;
     Command m_command;
     Universes m_held;
+    bool m_bTakenUp = false;
 };

@@ -192,6 +192,60 @@ private slots:
         QVERIFY(sources.count(sources[0]) == 4 && sources[4] != sources[0]);
     }
 
+    /// Killed under a fade and started again: what ran, the colour, what is held and Black stand at once.
+    /// What the show has not is left out, and a file that is none costs a line.
+    void resume() {
+        const QTemporaryDir folder;
+        const QString sKept = folder.filePath("kept");
+        const auto start = [&sKept](QProcess& program, const QString& sSays) {
+            program.start(SERVER_PROGRAM, {"--sacn", "--sacn-interface", "127.0.0.1", "--resume", sKept});
+            QVERIFY(program.waitForReadyRead());
+            QTest::qWait(100);
+            const QByteArray said = program.readAll();
+            QVERIFY2(said.contains(sSays.toUtf8()), said);
+        };
+        const auto level = [this](int nChannel) {
+            return m_packet.isEmpty() ? -1 : Byte(m_packet, 125 + nChannel);
+        };
+        QUdpSocket remote;
+        {
+            QProcess program;
+            start(program, "listens");
+            for (const char* pMessage :
+                 {R"(8,"content":{"id":4,"s":true})", R"(9,"content":{"id":5,"s":true})",
+                  R"(12,"content":{"chan":99,"univ":0,"level":999,"s":true})",
+                  R"(11,"content":{"dim":50})"}) {
+                remote.writeDatagram(QByteArray("{\"typ\":") + pMessage + '}', QHostAddress::LocalHost, 8093);
+            }
+            QVERIFY(QTest::qWaitFor([&] { return TextOf(sKept).contains("\"dim\" : 50"); }, 20000));
+            program.kill();
+            program.waitForFinished();
+        }
+        Heard();
+        m_packet.clear();
+        {
+            QProcess program;
+            start(program, "takes up " + sKept + ": 4 run, 0 left out");
+            QVERIFY(QTest::qWaitFor([&] { return Heard(), level(1) > 0; }));
+            QCOMPARE(level(1), 128);  // of Stage warm; 255 at half, with no fade
+            QCOMPARE(level(33), 128);
+            QCOMPARE(level(49), 70);  // pan of the program that was started last, in its first step
+            QCOMPARE(level(100), 255);
+            program.kill();
+            program.waitForFinished();
+        }
+        for (const auto& [pText, pSays] :
+             {std::pair{R"({"content":[{"typ":8,"content":{"id":99,"s":true}}]})", ": 0 run, 1 left out"},
+              {"{\"content\":[", ".damaged"}}) {
+            WriteFile(sKept, pText);
+            QProcess program;
+            start(program, pSays);
+            program.kill();
+            program.waitForFinished();
+        }
+        QVERIFY(!QFile::exists(sKept) && QFile::exists(sKept + ".damaged"));
+    }
+
     /// Nobody reads the log for a while, or its reader dies: lamps follow and streams end all the same, and
     /// what could not be written is counted.
     void log() {

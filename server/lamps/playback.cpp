@@ -12,6 +12,9 @@ constexpr int FullDimmer = 100;
 /// A speed of so many percent is as written, and so many more or less double or halve it.
 constexpr double WrittenSpeed = 50;
 constexpr double SpeedStep = 25;
+/// Longer than any fade takes, at any speed: what started then stands, a program that is paused in its first
+/// step.
+constexpr qint64 LongAgoMs = qint64{86400} * 1000 * 5;
 
 constexpr float Full = 255;
 constexpr std::size_t NoPlace = std::numeric_limits<std::size_t>::max();
@@ -33,14 +36,16 @@ Playback::Playback(const State& state, Clock clock) : m_state(state), m_patch(st
     AddScenes(state.CurrentShow());
     AddPrograms(state.CurrentShow());
     FindLatest();
-    TakeSpeed(clock());
+    const qint64 nStartMs = clock() - (state.IsTakenUp() ? LongAgoMs : 0);
+    TakeSpeed(nStartMs, state.IsTakenUp());
     for (const State::Running& running : state.Runs()) {
         if (running.program) {
-            SwitchProgram(running.id, true, false, clock());
+            SwitchProgram(running.id, true, false, nStartMs);
         } else {
-            SwitchScene(running.id, true, false, clock());
+            SwitchScene(running.id, true, false, nStartMs);
         }
     }
+    TakeSpeed(clock(), state.CurrentCommand().hold);
     connect(&state, &State::sceneSwitched, this,
             [this, clock](int nId, bool bOn, bool bReleases) { SwitchScene(nId, bOn, bReleases, clock()); });
     connect(&state, &State::programSwitched, this, [this, clock](int nId, bool bOn, bool bReleases) {
@@ -51,7 +56,7 @@ Playback::Playback(const State& state, Clock clock) : m_state(state), m_patch(st
         m_released = m_state.CurrentColor().state ? ChannelSet() : m_released;
     });
     connect(&state, &State::commandTaken, this, [this, clock](bool bNext, bool bPrevious) {
-        TakeSpeed(clock());
+        TakeSpeed(clock(), m_state.CurrentCommand().hold);
         StepPrograms((bNext ? 1 : 0) - (bPrevious ? 1 : 0), clock());
     });
 }
@@ -219,12 +224,11 @@ void Playback::Advance(qint64 nNowMs) {
     }
 }
 
-void Playback::TakeSpeed(qint64 nNowMs) {
-    const Command& command = m_state.CurrentCommand();
-    const double rate = std::exp2((command.speed - WrittenSpeed) / SpeedStep);
+void Playback::TakeSpeed(qint64 nNowMs, bool bPause) {
+    const double rate = std::exp2((m_state.CurrentCommand().speed - WrittenSpeed) / SpeedStep);
     for (const auto& [nId, layer] : m_programs) {
         m_layers[layer].SetRate(rate, nNowMs);
-        m_layers[layer].Pause(command.hold, nNowMs);
+        m_layers[layer].Pause(bPause, nNowMs);
     }
 }
 

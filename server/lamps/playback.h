@@ -74,7 +74,7 @@ private:
     void SwitchScene(int nId, bool bOn, bool bReleasesColor, qint64 nNowMs);
     void SwitchProgram(int nId, bool bOn, bool bReleasesColor, qint64 nNowMs);
     void Switch(std::size_t layer, int iCue, bool bOn, bool bReleasesColor, qint64 nNowMs);
-    void TakeSpeed(qint64 nNowMs);
+    void TakeSpeed(qint64 nNowMs, bool bPause);
     void AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows);
     /// Sends a layer to a cue, -1 to nothing. `bStarts`: it comes to be the last started.
     void Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs);

@@ -62,23 +62,6 @@ std::string SceneStates(const Show& show) {
     return writer.EndObject().EndObject().Take();
 }
 
-std::string Universe(const Universes& universes, int nUniverse) {
-    JSONWriter writer(std::size_t{64} * Universes::Channels);
-    writer.BeginObject().Member("typ", static_cast<int>(MessageType::Universe)).BeginObject("content");
-    writer.Member("universe", nUniverse).BeginArray("channels");
-    for (int nChannel = 0; Universes::HasUniverse(nUniverse) && nChannel < Universes::Channels; ++nChannel) {
-        const std::size_t at = Universes::At(nUniverse, nChannel);
-        if (universes.states.at(at)) {
-            writer.BeginObject()
-                .Member("c", nChannel)
-                .Member("l", int{universes.levels.at(at)})
-                .Member("s", true);
-            writer.EndObject();
-        }
-    }
-    return writer.EndArray().EndObject().EndObject().Take();
-}
-
 std::string Recorded(bool bDone, const std::string& sLine) {
     JSONWriter writer;
     writer.BeginObject().Member("typ", static_cast<int>(MessageType::Recorded)).BeginObject("content");

@@ -2,7 +2,6 @@
 
 #include "device/color.h"
 #include "device/command.h"
-#include "device/universes.h"
 #include "server/show/show.h"
 
 #include <string>
@@ -18,9 +17,6 @@ std::string State(const Show& show, const Color& color, const Command& command);
 
 /// Which scenes and programs run.
 std::string SceneStates(const Show& show);
-
-/// The held channels of one universe, all others being released; none for a universe that is none.
-std::string Universe(const Universes& universes, int nUniverse);
 
 /// What came of a recording, in a line for people.
 std::string Recorded(bool bDone, const std::string& sLine);

@@ -200,7 +200,7 @@ void Server::GiveLongAnswer(const Client& client, int nAnswer) {
             SendHeldUniverses(client);
             break;
         default:
-            Send(client, replies::Universe(m_state.Held(), nAnswer - UniverseAnswer));
+            Send(client, messages::Universe(nAnswer - UniverseAnswer, m_state.Held()));
             break;
     }
 }
@@ -212,7 +212,7 @@ void Server::SendState(const Client& to) {
 void Server::SendHeldUniverses(const Client& to) {
     for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
         if (m_state.Held().IsHeld(nUniverse)) {
-            Send(to, replies::Universe(m_state.Held(), nUniverse));
+            Send(to, messages::Universe(nUniverse, m_state.Held()));
         }
     }
 }
@@ -241,10 +241,15 @@ bool Server::TakeChange(int nType, const JSONNode& content, const Client& sender
     if (!change) {
         return false;
     }
-    m_log(sender.Name() + ' ' + change->words);
+    const Command& command = m_state.CurrentCommand();
+    m_log(sender.Name() + ' ' + change->words + (change->starts && command.bo ? ", while Black is on" : ""));
     const bool bClient = m_clients.Hear(sender);
     if (!change->message.empty()) {
         TellOthers(sender, change->message);
+    }
+    if (change->starts && (command.bo || command.white || command.hold)) {
+        // Remotes show these as off after a start, which they are not.
+        TellOthers({}, messages::Command(command));
     }
     if (change->isLevel && bClient) {
         // A remote shows what the server holds, not what it asked for.

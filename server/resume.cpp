@@ -1,0 +1,134 @@
+#include "server/resume.h"
+
+#include "device/messages.h"
+#include "server/change.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <mutex>
+#include <stdexcept>
+#include <utility>
+
+namespace {
+
+constexpr int SaveMs = 1000;
+/// More than twice what a state with all channels held takes.
+constexpr qint64 MaxFile = qint64{4} * 1024 * 1024;
+
+}  // namespace
+
+/// What came of the last writing, which is another thread's.
+struct Resume::Outcome {
+    std::mutex mutex;
+    bool pending = false;
+    QString error;
+};
+
+Resume::Resume(State& state, QString sPath, Log log)
+    : m_state(state),
+      m_sPath(std::move(sPath)),
+      m_log(std::move(log)),
+      m_pOutcome(std::make_shared<Outcome>()),
+      m_worker(1) {
+    const QFileInfo info(m_sPath);
+    if (info.exists() && !info.isFile()) {
+        m_log(m_sPath + ": not a regular file; the show begins as written, and nothing is kept");
+        return;
+    }
+    m_timer.setSingleShot(true);
+    m_timer.setInterval(SaveMs);
+    connect(&m_timer, &QTimer::timeout, this, &Resume::Save);
+    if (info.exists()) {
+        try {
+            TakeUp();
+        } catch (const std::exception& error) {
+            const QString sAside = m_sPath + ".damaged";
+            QFile::remove(sAside);
+            const bool bAside = QFile::rename(m_sPath, sAside);
+            m_log(m_sPath + ": " + error.what() + "; the show begins as written" +
+                  (bAside ? ", and the file is kept as " + sAside : QString()));
+        }
+    }
+    connect(&state, &State::changed, this, [this] {
+        if (!m_timer.isActive()) {
+            m_timer.start();
+        }
+    });
+}
+
+Resume::~Resume() {
+    if (m_timer.isActive()) {
+        Save();
+    }
+}
+
+void Resume::TakeUp() {
+    QFile file(m_sPath);
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw std::runtime_error(file.errorString().toStdString());
+    }
+    const QByteArray text = file.read(MaxFile);
+    if (text.size() == MaxFile) {
+        throw std::runtime_error("not a file below 4 MB");
+    }
+    const JSONDocument document(text);
+    bool bWhole = false;
+    document.Root().ForEachMember("content", [&bWhole](const JSONNode& value) { bWhole = value.IsArray(); });
+    if (!bWhole) {
+        throw std::runtime_error("no state that was kept");
+    }
+    m_state.StopAll();
+    int nLeftOut = 0;
+    document.Root().ForEachMember("content", [&](const JSONNode& messages) {
+        messages.ForEachElement([&](const JSONNode& message) {
+            int nType = 0;
+            message.ForEachMember("typ", [&nType](const JSONNode& value) { nType = value.AsInt(); });
+            message.ForEachMember("content", [&](const JSONNode& content) {
+                const auto change = TakeMessage(m_state, static_cast<MessageType>(nType), content);
+                nLeftOut += change && (change->universe >= 0 || !change->message.empty()) ? 0 : 1;
+            });
+        });
+    });
+    m_log(QString("takes up %1: %2 run, %3 left out")
+              .arg(m_sPath, QString::number(m_state.Runs().size()), QString::number(nLeftOut)));
+}
+
+std::string Resume::Text() const {
+    std::string sText = "{\n\"content\" : [\n";
+    for (const State::Running& running : m_state.Runs()) {
+        sText += running.program ? messages::Program(running.id, true)
+                                 : messages::Scene(running.id, m_state.FindScene(running.id)->area, true);
+        sText += ",\n";
+    }
+    for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
+        if (m_state.Held().IsHeld(nUniverse)) {
+            sText += messages::Universe(nUniverse, m_state.Held()) + ",\n";
+        }
+    }
+    // The colour comes after the starts, which release it.
+    return sText + messages::Color(m_state.CurrentColor()) + ",\n" +
+           messages::Command(m_state.CurrentCommand()) + "\n]\n}\n";
+}
+
+void Resume::Save() {
+    const std::lock_guard lock(m_pOutcome->mutex);
+    if (m_pOutcome->pending) {
+        m_timer.start();
+        return;
+    }
+    if (m_pOutcome->error.isEmpty() == m_bTold) {
+        m_bTold = !m_bTold;
+        m_log(m_sPath + (m_bTold ? ": cannot be written: " + m_pOutcome->error : " is written again"));
+    }
+    m_pOutcome->pending = true;
+    m_worker.Do([sPath = m_sPath, text = QByteArray::fromStdString(Text()), pOutcome = m_pOutcome] {
+        QSaveFile file(sPath);
+        const bool bWritten =
+            file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
+        const std::lock_guard done(pOutcome->mutex);
+        pOutcome->pending = false;
+        pOutcome->error = bWritten ? QString() : file.errorString();
+    });
+}
