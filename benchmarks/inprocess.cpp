@@ -1,5 +1,6 @@
 #include "app/corvane.h"
 #include "device/fragments.h"
+#include "device/messages.h"
 #include "server/lamps/playback.h"
 #include "server/remotes/replies.h"
 #include "tests/support.h"
@@ -83,7 +84,7 @@ BENCHMARK(StateApplied);
 QByteArray UniverseText() {
     Universes universes;
     universes.SetAll(0, 127, true);
-    return QByteArray::fromStdString(replies::Universe(universes, 0));
+    return QByteArray::fromStdString(messages::Universe(0, universes));
 }
 
 void UniverseParsed(benchmark::State& state) {

@@ -42,19 +42,9 @@ TerminationSignals::TerminationSignals() {
     auto* pNotifier = new QSocketNotifier(m_nDescriptor, QSocketNotifier::Read, this);
     connect(pNotifier, &QSocketNotifier::activated, this, [this, pNotifier] {
         pNotifier->setEnabled(false);
-        QTimer::singleShot(LongestEndMs, &TerminationSignals::End);
+        QTimer::singleShot(LongestEndMs, &QCoreApplication::quit);
         emit asked();
     });
-}
-
-void TerminationSignals::End() {
-    // What has come meanwhile would end the program as soon as it is let through.
-    const sigset_t taken = Taken();
-    const timespec now{};
-    while (sigtimedwait(&taken, nullptr, &now) > 0) {
-    }
-    sigprocmask(SIG_UNBLOCK, &taken, nullptr);
-    QCoreApplication::quit();
 }
 
 TerminationSignals::~TerminationSignals() {

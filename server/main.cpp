@@ -285,13 +285,13 @@ int Serve(const QCommandLineParser& parser) {
                  QString::number(options.port)));
     if (lamps) {
         QObject::connect(&termination, &TerminationSignals::asked, &*lamps, &LampOutput::Finish);
-        QObject::connect(&*lamps, &LampOutput::finished, &TerminationSignals::End);
+        QObject::connect(&*lamps, &LampOutput::finished, &QCoreApplication::quit);
         if (show.fixtures.empty()) {
             log("sACN: the show has no fixtures, so there is nothing to send but channels that are held");
         }
         lamps->Start();
     } else {
-        QObject::connect(&termination, &TerminationSignals::asked, &TerminationSignals::End);
+        QObject::connect(&termination, &TerminationSignals::asked, &QCoreApplication::quit);
     }
     const int nStatus = QCoreApplication::exec();
     log("corvane-server " CORVANE_VERSION " ends");
