@@ -73,7 +73,7 @@ int main(int argc, char* argv[]) {
     const TerminationSignals termination;
     bool bAsked = false;
     QObject::connect(&termination, &TerminationSignals::asked, [&bAsked] { bAsked = true; });
-    QObject::connect(&termination, &TerminationSignals::asked, &TerminationSignals::End);
+    QObject::connect(&termination, &TerminationSignals::asked, &QCoreApplication::quit);
     Corvane window(nullptr, {}, sNetwork);
     if (bAsked) {
         return 0;  // while it asked for the network
