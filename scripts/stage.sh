@@ -71,6 +71,12 @@ start_server() {
     wait_for 'the server' logged 'listens'
 }
 
+kill_server() {
+    kill -9 "$server"
+    wait "$server" 2>/dev/null || true
+    unset "started[$server]"
+}
+
 # find_window MIN MAX: the program's window of a width between the two, in $window.
 find_window() {
     local candidate width
