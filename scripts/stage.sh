@@ -65,6 +65,7 @@ logged_more_than() { [ "$(log_count "$1")" -gt "$2" ]; }
 # start_server [OPTION...]
 # shellcheck disable=SC2120  # most scripts give none
 start_server() {
+    : >"$room/server.log"  # or the server before seems to listen still
     "$build/corvane-server" --verbose "$@" >"$room/server.log" &
     server=$!
     started[server]=$server

@@ -137,27 +137,6 @@ private slots:
         QVERIFY(m_pPage->findChildren<QCommandLinkButton*>().isEmpty());
     }
 
-    void selecting() {
-        CPopupMenu menu(nullptr);
-        const auto shown = [&menu](const QRect& rect) { return menu.grab(rect).toImage(); };
-        QSignalSpy chosen(&menu, &CPopupMenu::menuChanged);
-        for (const QRect& rect : {menu.PartRect(2), menu.PartRect(0), QRect(2, 2, 1, 1), menu.PartRect(4)}) {
-            Click(&menu, rect.center());  // the first is selected at first
-        }
-        // Refresh is lit while held.
-        const QRect refresh(6, 270, 50, 39);
-        const QImage calm = shown(refresh);
-        QTest::mousePress(&menu, Qt::LeftButton, {}, refresh.center());
-        QVERIFY(shown(refresh) != calm);
-        QTest::mouseRelease(&menu, Qt::LeftButton, {}, QPoint(-50, 0));
-        QVERIFY(shown(refresh) == calm && menu.Selected() == 4);
-        QCOMPARE(chosen, QList<QVariantList>({{0}, {4}, {5}}));
-        // The parameters can be taken out of the places, but not out of the picture.
-        const QImage corner = shown({0, 0, 6, 39});
-        menu.ShowMenu(4, false);
-        QVERIFY(shown({0, 0, 6, 39}) != corner);
-    }
-
     void branding() {
         Branding branding;
         QVERIFY(!branding.Load(99));

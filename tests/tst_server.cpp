@@ -198,22 +198,6 @@ private slots:
         QVERIFY2(ResidentMiB(sProcess) - before < 30, qPrintable(QString::number(ResidentMiB(sProcess))));
     }
 
-    /// The main job: two remotes, fragments, a click.
-    void rehearsal() {
-        Program server({"--fragment", "400"});
-        const Two remotes;
-        const auto shows = [](const auto& pRemote, const char* pIds) {
-            return Within(1000, [&] { return Running(pRemote->SceneList()) == pIds; });
-        };
-        ClickTile(remotes.second->SceneList(), 3);
-        QVERIFY(shows(remotes.first, "1 4 9"));
-        ClickTile(remotes.first->SceneList(), 4);
-        QVERIFY(shows(remotes.second, "1 5 9"));
-        remotes.second->SceneList()->Update(QList<Scene>(), {});
-        remotes.second->SendState();  // the server has it the same way
-        QVERIFY(shows(remotes.second, "1 5 9"));
-    }
-
     /// All servers of a network are listed; the one that is chosen is talked to, and no other.
     void threeServers() {
         Program beta({"--address", "10.77.0.2", "--serial", "Beta"});
@@ -329,8 +313,8 @@ private slots:
             QCOMPARE(it.key() + ": " + QString::fromStdString(*it), it.key() + ": " + m_examples[it.key()]);
         }
         JSONWriter writer;
-        writer.BeginObject().Member("n", std::string_view("a\"b\\c\n\xC3\xA9\0d", 10)).EndObject();
-        QCOMPARE(writer.Take(), std::string("{\n\t\"n\" : \"a\\\"b\\\\c\\u000a\xC3\xA9\"\n}"));
+        writer.BeginObject().Member("n", std::string_view("a\"b\\c\n\x1f\xC3\xA9\0d", 11)).EndObject();
+        QCOMPARE(writer.Take(), std::string("{\n\t\"n\" : \"a\\\"b\\\\c\\u000a\\u001f\xC3\xA9\"\n}"));
     }
 
     /// The server, sent one example after the other, answers with the examples that the document gives.

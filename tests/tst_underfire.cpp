@@ -1,19 +1,9 @@
 #include "server/remotes/replies.h"
 #include "tests/remote.h"
 
-#include <atomic>
-#include <ctime>
 #include <random>
 
 namespace {
-
-#ifdef __SANITIZE_ADDRESS__
-constexpr int Rate = 4000;
-constexpr double MostGrownMiB = 1e9;  // the sanitizer keeps what is freed aside
-#else
-constexpr int Rate = 20000;
-constexpr double MostGrownMiB = 8;
-#endif
 
 std::string LargeState(int nScenes = 40) {
     Show show;
@@ -21,58 +11,6 @@ std::string LargeState(int nScenes = 40) {
         (i < nScenes ? show.scenes : show.programs).push_back(Scene{"Scene", i, i % 4 - 1, 0, i % 8 == 0});
     }
     return replies::State(show, {}, {});
-}
-
-/// A server in a thread of its own, which floods the remote with all that a server, or a stranger, could
-/// send.
-class Storm : public QThread {
-public:
-    Storm() { start(); }
-    ~Storm() override {
-        requestInterruption();
-        wait();
-    }
-
-    std::atomic<bool> blows{false};
-    std::atomic<bool> alive{true};  ///< whether alive answers are among what it sends
-    std::atomic<qint64> sent{0};
-    std::atomic<int> switches{0};  ///< how many scenes were switched
-
-protected:
-    void run() override {
-        Peer peer;
-        const std::string state = LargeState();
-        peer.state = QByteArray::fromStdString(state);
-        std::vector<std::string> texts(8, R"({"typ":1})");
-        std::mt19937 random(7);
-        for (const std::string& piece : replies::Split(state, 400)) {
-            std::string noise(200, '\0');
-            std::generate(noise.begin(), noise.end(), [&random] { return static_cast<char>(random()); });
-            texts.insert(texts.end(), {noise, "", piece, state});
-        }
-        texts.insert(texts.end(), {messages::Universe(0, 10, true), messages::Universe(1, 20, false)});
-        std::size_t iNext = 0;
-        QElapsedTimer clock;
-        for (; !isInterruptionRequested(); msleep(1)) {
-            peer.answersAlive = alive;
-            QCoreApplication::processEvents();
-            switches = peer.Count(8);
-            if (!blows) {
-                clock.start();
-            }
-            for (const qint64 nDue = clock.elapsed() * Rate / 1000; sent < nDue; ++sent) {
-                iNext = (iNext + 1) % texts.size();
-                peer.Send(QByteArray::fromStdString(texts[alive ? iNext : std::max<std::size_t>(8, iNext)]));
-            }
-        }
-    }
-};
-
-/// The time that the machine gave this thread, in ms: what else it has to do makes it no longer.
-double OwnTime() {
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
 }  // namespace
@@ -92,31 +30,27 @@ class TestUnderFire : public QObject {
 private slots:
     void cleanup() { m_pWindow.reset(); }
 
+    /// What a server, or a stranger, sends all the time takes no memory for good.
     void flood() {
-        Storm storm;
+        Peer peer;
         Open();
-        storm.blows = true;
-        QTest::qWait(1000);
-        const double before = ResidentMiB();
-        QList<double> delays;
-        while (storm.sent < qint64{10} * Rate) {
-            const double pressed = OwnTime();
-            const int nBefore = storm.switches;
-            ClickTile(m_pWindow->SceneList(), static_cast<int>(delays.size() % 40));
-            QTRY_COMPARE_WITH_TIMEOUT(storm.switches.load(), nBefore + 1, 5000);
-            delays += OwnTime() - pressed;
-            QTest::qWait(20);
+        const std::string state = LargeState();
+        std::vector<std::string> texts{state, std::string(200, '\xff'), messages::Universe(0, 10, true)};
+        for (const std::string& piece : replies::Split(state, 400)) {
+            texts.insert(texts.end(), {piece, "{"});
         }
-        std::sort(delays.begin(), delays.end());
-        const double grown = ResidentMiB() - before;
-        qInfo("%lld datagrams, %lld clicks: half within %.0f ms, all within %.0f ms; memory grew by %.1f MiB",
-              storm.sent.load(), qint64{delays.size()}, delays[delays.size() / 2], delays.last(), grown);
-        QVERIFY(delays.last() <= 100 && grown < MostGrownMiB && !m_pWindow->IsConnectionLost());
-        // All but the one thing that tells that the server lives.
-        storm.alive = false;
-        QTRY_VERIFY_WITH_TIMEOUT(m_pWindow->IsConnectionLost(), 20000);
-        storm.alive = true;
-        QTRY_VERIFY(!m_pWindow->IsConnectionLost());
+        double grown = 0;
+        for (std::size_t i = 0; i < 20000; ++i) {
+            m_pWindow->ReadData(QByteArray::fromStdString(texts[i % texts.size()]),
+                                "10.0.0." + QString::number(i % 200));
+            i % 500 == 0 ? QCoreApplication::processEvents() : void();
+            grown = i == 2000 ? -ResidentMiB() : grown;
+        }
+        grown += ResidentMiB();
+        qInfo("memory grew by %.1f MiB", grown);
+#ifndef __SANITIZE_ADDRESS__  // which keeps what is freed aside
+        QVERIFY(grown < 8);
+#endif
     }
 
     /// A box left open keeps nothing waiting, and there is never a second one beside it.
@@ -145,17 +79,6 @@ private slots:
             QTRY_VERIFY_WITH_TIMEOUT(bTold, 60000);
             QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
         }
-    }
-
-    /// The end of the desktop's session closes everything, whatever is open.
-    void closingWithABoxOpen() {
-        Peer peer;
-        Open();
-        OnNext<QMessageBox>([](QMessageBox*) { QApplication::closeAllWindows(); });
-        peer.Send(R"({"typ":2})");
-        QTimer::singleShot(30000, [] { QCoreApplication::exit(1); });
-        QCOMPARE(QApplication::exec(), 0);
-        QVERIFY(!m_pWindow->isVisible());
     }
 
     /// Anything a hand can do, and a server meanwhile, in no order. CORVANE_SEED repeats a run.

@@ -67,6 +67,9 @@ void PaintedWidget::ShowParts() {
 }
 
 void PaintedWidget::TellParts() {
+    if (!isVisible()) {
+        return;  // no one wants to hear of a page that is not there
+    }
     if (m_whole) {
         const PaintedPart before = *std::exchange(m_whole, Whole());
         paintedaccess::TellChange(QAccessible::queryAccessibleInterface(this), before, *m_whole);
@@ -118,6 +121,8 @@ void PaintedWidget::ForgetParts() {
 bool PaintedWidget::event(QEvent* event) {
     if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::Hide) {
         LetGo();
+    } else if (event->type() == QEvent::Show) {
+        TellParts();
     } else if (event->type() == QEvent::ToolTip) {
         const auto* pHelp = dynamic_cast<QHelpEvent*>(event);
         const int iPart = PartAt(pHelp->pos());

@@ -62,7 +62,8 @@ public:
     int PartAt(const QPoint& position) const;
     /// Repaints the widget and tells what has changed.
     void ShowParts();
-    /// Tells what has changed of the controls that were asked for: without a screen reader that is none.
+    /// Tells what has changed of the controls that were asked for: without a screen reader that is none. What
+    /// changes while the widget is hidden is told when it comes.
     void TellParts();
 
     /// Whether the hand could reach the widget now.
