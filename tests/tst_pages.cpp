@@ -265,8 +265,9 @@ private slots:
 
     void editor() {
         QSignalSpy presses(m_pGrid.get(), &ChannelsGrid::mousePressed);
+        Press(m_pGrid->PartRect(ChannelsGrid::UnivPlus));
         Press(m_pGrid->PartRect(ChannelsGrid::RightArrow));
-        m_pGrid->Update(DmxChan{33, 0, 200, true});
+        m_pGrid->Update(DmxChan{33, 1, 200, true});
         Press(m_pGrid->CellRect(1));
         CChannelSlider* pEditor = m_pGrid->Editor();
         QCOMPARE(pEditor->geometry(), QRect(QPoint(302, 42), QPoint(401, 441)));

@@ -113,8 +113,6 @@ private slots:
         for (auto* pSwitch : m_pPage->findChildren<CSwitchIconCtrl*>()) {
             QVERIFY(!pSwitch->toolTip().isEmpty() && !pSwitch->accessibleName().isEmpty());
             const QImage before = pSwitch->grab().toImage();
-            const QImage icon = before.copy(0, 0, 240, 26);
-            QVERIFY(icon != icon.copy(0, 0, 1, 1).scaled(icon.size()));
             for (const QPoint at : {QPoint(249, 10), QPoint(260, 26), QPoint(319, 25)}) {
                 QVERIFY(pSwitch->grab().toImage() == before);
                 QTest::mouseClick(pSwitch, Qt::MiddleButton, {}, at);

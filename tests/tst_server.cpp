@@ -3,8 +3,6 @@
 #include "server/show/showreader.h"
 #include "tests/remote.h"
 
-#include <sys/stat.h>
-
 /// The server as a program, alone and with remotes around it, and what goes over the wire: the
 /// examples of docs/protocol.md are the golden texts, byte for byte.
 class TestServer : public QObject {
@@ -23,20 +21,6 @@ class TestServer : public QObject {
         }
         ~Program() { program.close(); }
     };
-
-    /// What the program says before it ends with this status.
-    static QString Ends(const QStringList& arguments, int nStatus) {
-        QProcess program;
-        program.start(SERVER_PROGRAM, arguments);
-        const bool bEnds = program.waitForFinished() && program.exitCode() == nStatus;
-        return bEnds ? program.readAll() + program.readAllStandardError() : "no such end";
-    }
-
-    /// The program ends with status 2 and one line that holds the complaint.
-    static void Refuses(const QStringList& arguments, const QString& sComplaint) {
-        const QString sSaid = Ends(arguments, 2);
-        QVERIFY2(sSaid.contains(sComplaint) && sSaid.count('\n') == 1, qPrintable(sSaid));
-    }
 
     /// Sends from an address of its own, as anyone can, and counts what comes back.
     struct Stranger {
@@ -84,55 +68,6 @@ class TestServer : public QObject {
     const QMap<QString, QString> m_examples = Examples("protocol.md");
 
 private slots:
-    void badOptions() {
-        for (const QString sRow : {"--bogus > bogus",
-                                   "--sacn-universe 3 > Unknown option 'sacn-universe'",
-                                   "extra > extra",
-                                   "--fragment 60001 > 60001",
-                                   "--address here > here",
-                                   "--limit many > takes a whole number from 0 to 1000",
-                                   "--show /no/such > No such file",
-                                   "--sacn-to 127.0.0.1 > is of no use without --sacn",
-                                   "--sacn --sacn-interface= > not \"\"",
-                                   "--sacn --sacn-priority 201 > takes a whole number from 0 to 200",
-                                   "--sacn --sacn-priority=-1 > not \"-1\"",
-                                   "--sacn --sacn-interface 10.1 > not \"10.1\"",
-                                   "--sacn --sacn-interface eth/0 > not \"eth/0\"",
-                                   "--sacn --sacn-to ::1 > takes an IPv4 address",
-                                   "--sacn --sacn-to 239.255.0.1 > of one receiver",
-                                   "--sacn --sacn-to 0.0.0.0 > of one receiver",
-                                   "--sacn --sacn-to 127.255.255.255 > of one receiver",
-                                   "--sacn --sacn-to 10.77.0.255 > of one receiver",
-                                   "--sacn --sacn-to 127.0.0.1 --sacn-to 255.255.255.255 > of one receiver",
-                                   "--sacn --sacn-interface 0.0.0.0 > not \"0.0.0.0\""}) {
-            Refuses(sRow.section(" > ", 0, 0).split(' '), sRow.section(" > ", 1));
-        }
-    }
-
-    void shows() {
-        const QTemporaryDir folder;
-        const QString sPath = WriteFile(folder.filePath("show.json"), "{\"scenes\":[{\n\"id\":3e9}]}");
-        for (const char* pOption : {"--show", "--check"}) {
-            Refuses({pOption, sPath}, sPath + ": line 2: \"id\" must be");
-        }
-        WriteFile(sPath,
-                  R"({"fixtures":[{"name":"Par","universe":2,"channel":9,"layout":"rgbw","count":2}]})");
-        const QStringList lines = Ends({"--check", sPath}, 0).split('\n');
-        QVERIFY(lines.size() == 5 && lines[0].startsWith(sPath + " is good"));
-        QCOMPARE(lines[3].simplified(), QString("2 13 16 rgbw Par 2"));
-        // A server that waits for a pipe, or reads a disk, is none; what a file says must not work the
-        // terminal.
-        WriteFile(sPath, QByteArray(16 << 20, ' '));
-        Refuses({"--show", sPath}, "not a regular file below 16 MB");
-        QVERIFY(QFile::remove(sPath) && ::mkfifo(qPrintable(sPath), 0600) == 0);
-        Refuses({"--show", sPath}, "not a regular file");
-        QVERIFY(QFile::remove(sPath));
-        WriteFile(sPath, "{\"\\u001b[2J\\n\":1}");
-        Refuses({"--show", sPath}, "no key \"\\u001b[2J\\u000a\"");
-        const Program server({"--serial", "a\nb\x1b[2J\u202e\u00e9"});
-        QVERIFY2(server.log.contains(": serial a\\u000ab\\u001b[2J\\u202e\u00e9 with"), server.log);
-    }
-
     /// Whoever makes up a sender's address gets it four long answers a second, and no universe.
     void strangers() {
         Program server({"--address", "127.0.0.1", "--fragment", "60000"});

@@ -6,6 +6,7 @@
 #include "widgets/artwork.h"
 #include "widgets/cswitchiconctrl.h"
 #include "widgets/fonts.h"
+#include "widgets/iconcatalogue.h"
 
 namespace {
 
@@ -564,32 +565,18 @@ private slots:
         QTRY_COMPARE(peer.Count(3), 1);
     }
 
-    void allThereAndNoneTooMany() {
-        Branding branding;
-        QVERIFY(branding.Load(Branding::ApplicationType));
-        artwork::Picture(branding.icon);
-        for (int iPage = 4; iPage >= 0; --iPage) {
-            m_pWindow->OnMenuChanged(iPage);
-            m_pWindow->grab();
+    /// Each icon that can be chosen has its picture, and one of its own.
+    void catalogueOfIcons() {
+        QList<QImage> seen;
+        for (const auto& icons : {catalogue::DefaultIconList(), catalogue::IconList1(),
+                                  catalogue::IconList2(), catalogue::IconList3(), catalogue::IconList4()}) {
+            for (const QString& sIcon : icons) {
+                const QImage icon = artwork::Picture(sIcon).toImage();
+                QVERIFY2(!icon.isNull() && !seen.contains(icon), qPrintable(sIcon));
+                seen += icon;
+            }
         }
-        m_pWindow->ShowPopupMenu();
-        m_pWindow->grab();
-        m_pWindow->Picker()->SwitchCmdMode();
-        m_pWindow->Picker()->grab();
-        m_pWindow->Picker()->SwitchCmdMode();
-        m_pWindow->Grid()->Editor()->grab();
-        m_pWindow->SceneList()->Update({Scene()}, CIniFile());
-        UseMenu(m_pWindow->SceneList(), 0, 2);
-        QStringList asked = artwork::Asked();
-        QStringList there;
-        for (QDirIterator it(":/Corvane/Images", QDir::Files, QDirIterator::Subdirectories); it.hasNext();) {
-            there += it.next();
-        }
-        there = there.filter(QRegularExpression("^((?!@2x).)*$"));
-        asked.sort();
-        there.sort();
-        QCOMPARE(asked, there);
-        QVERIFY(there.size() > 110);
+        QVERIFY(seen.size() > 50);
     }
 
     /// Texts stand out by a brightness of 125 of 255, which accessibility guidelines ask for.

@@ -51,10 +51,6 @@ QPixmap Picture(const QString& sPath) {
     return known != Pictures().constEnd() ? *known : *Pictures().insert(sPath, Load(sPath));
 }
 
-QStringList Asked() {
-    return Pictures().keys();
-}
-
 QIcon Icon(const QString& sPath) {
     return QIcon(Picture(sPath));
 }

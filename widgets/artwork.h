@@ -4,7 +4,6 @@
 #include <QIcon>
 #include <QPixmap>
 #include <QString>
-#include <QStringList>
 
 /// The compiled-in pictures, under ":/Corvane/Images/". Each exists at 1x and 2x; the density follows the
 /// sharpest screen, between the two by scaling the larger. A path that leads to no picture gives a null one.
@@ -22,9 +21,6 @@ QIcon Icon(const QString& sPath);
 
 /// The opaque pixels of a picture, in logical pixels whatever the density: a window's shape.
 QBitmap Shape(const QString& sPath);
-
-/// The paths of all pictures that have been asked for, found or not.
-QStringList Asked();
 
 /// Size of a picture on screen, in logical pixels.
 QSize LogicalSize(const QPixmap& picture);
