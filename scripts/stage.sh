@@ -24,7 +24,7 @@ enter_stage() {
     if [ -z "${CORVANE_STAGE:-}" ]; then
         # Two that look for a free display at once may find the same one: each begins at a number of its own.
         CORVANE_STAGE=1 exec scripts/private-network xvfb-run -a -n $((100 + $$ % 50000)) \
-            -s "-noreset -screen 0 $(pixels 1024)x$(pixels 768)x24" "$0" "$@"
+            -s "-noreset -dpi 96 -screen 0 $(pixels 1024)x$(pixels 768)x24" "$0" "$@"
     fi
     room=$(mktemp -d)
     started=()  # what is to end with the script, by its id

@@ -576,7 +576,7 @@ private slots:
                 seen += icon;
             }
         }
-        QVERIFY(seen.size() > 50);
+        QVERIFY(seen.size() > 40);
     }
 
     /// Texts stand out by a brightness of 125 of 255, which accessibility guidelines ask for.
