@@ -3,8 +3,8 @@
 #include <QObject>
 
 /// Takes what tells the program to end (Ctrl+C, SIGTERM, the terminal's end), so that what is open can be
-/// closed. Terminals and service managers send two of them side by side: what comes while that goes on is
-/// taken as well.
+/// closed. Terminals and service managers send two of them side by side: after the first no other is let
+/// through, until the program has ended.
 class TerminationSignals : public QObject {
     Q_OBJECT
 
@@ -18,11 +18,8 @@ public:
     /// signal would be the program's.
     static void Hold();
 
-    /// Ends the event loop. From here on another signal ends the program at once.
-    static void End();
-
 signals:
-    /// The program is told to end. Unless End() is called before, that is done a tenth of a second later.
+    /// The program is told to end. A tenth of a second later the event loop ends, unless it has before.
     void asked();
 
 private:
