@@ -477,9 +477,7 @@ private slots:
             heard.clear();
             const auto press = [this](const QString& sKeys) {
                 for (const QString& sKey : sKeys.split(' ')) {
-                    const auto nKey = static_cast<unsigned>(QKeySequence(sKey)[0]);
-                    QTest::keyClick(m_pWindow->windowHandle(), static_cast<Qt::Key>(nKey & 0x1ffffffU),
-                                    Qt::KeyboardModifiers(static_cast<int>(nKey & 0xfe000000U)));
+                    QTest::keySequence(m_pWindow->windowHandle(), QKeySequence(sKey));
                     QCoreApplication::processEvents();
                 }
             };
