@@ -185,7 +185,9 @@ private slots:
             QVERIFY(sHeard.contains("1:5") && sHeard.contains("2:6"));  // what runs from the start
             QCOMPARE(Byte(m_packet, 108), 33);
             sources.append(m_packet.mid(22, 16));
+            // As a closing terminal does, with one more right behind.
             kill(static_cast<pid_t>(program.processId()), nSignal);
+            kill(static_cast<pid_t>(program.processId()), SIGHUP);
             QVERIFY(program.waitForFinished() && program.exitCode() == 0);
             QVERIFY(Heard(30).endsWith("!32:77 !1:5 !2:6 !32:77 !1:5 !2:6 !32:77"));
         }
