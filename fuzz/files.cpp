@@ -1,7 +1,9 @@
-// Feeds bytes to the readers of the settings file and of the server's show file. What the settings
-// keep of them must survive being written and read again, but for the texts that are known not to.
+// Feeds bytes to the readers of the settings file, of the server's show and of what it keeps of its state.
+// What the settings keep of them must survive being written and read again, but for the texts that are known
+// not to.
 
 #include "server/lamps/playback.h"
+#include "server/resume.h"
 #include "settings/cinifile.h"
 
 #include <QCoreApplication>
@@ -50,5 +52,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
         again.pwdState != settings.pwdState) {
         qFatal("the flags did not survive");
     }
+    // Last, for it puts aside what is damaged.
+    static const Show house = Show::BuiltIn();
+    State resumed(house);
+    const Resume resume(resumed, sPath, [](const QString&) {});
     return 0;
 }

@@ -17,6 +17,7 @@
 #include <QNetworkDatagram>
 #include <QNetworkInterface>
 #include <QRegularExpression>
+#include <QTimer>
 #include <QUdpSocket>
 
 #include <cmath>
@@ -272,17 +273,30 @@ int Serve(const QCommandLineParser& parser) {
         });
         file->Watch();
     }
-    if (!server.Listen()) {
-        WriteLine(stderr, QString("corvane-server: cannot listen on %1 port %2: %3")
-                              .arg(options.address.toString())
-                              .arg(options.port)
-                              .arg(server.ErrorText()));
+    const auto tellListening = [&] {
+        log(QString("corvane-server %1: serial %2 with %3 scenes and %4 programs listens on %5 port %6")
+                .arg(CORVANE_VERSION, QString::fromStdString(show.serial),
+                     QString::number(show.scenes.size()), QString::number(show.programs.size()),
+                     options.address.toString(), QString::number(options.port)));
+    };
+    QTimer late;
+    QObject::connect(&late, &QTimer::timeout, [&] {
+        if (server.Listen()) {
+            late.stop();
+            tellListening();
+        }
+    });
+    if (server.Listen()) {
+        tellListening();
+    } else if (server.LacksAddress()) {
+        log("waits for " + options.address.toString() + ", which is no address of this machine yet");
+        late.start(1000);
+    } else {
+        WriteLine(stderr,
+                  QString("corvane-server: cannot listen on %1 port %2: %3")
+                      .arg(options.address.toString(), QString::number(options.port), server.ErrorText()));
         return 1;
     }
-    log(QString("corvane-server %1: serial %2 with %3 scenes and %4 programs listens on %5 port %6")
-            .arg(CORVANE_VERSION, QString::fromStdString(show.serial), QString::number(show.scenes.size()),
-                 QString::number(show.programs.size()), options.address.toString(),
-                 QString::number(options.port)));
     if (lamps) {
         QObject::connect(&termination, &TerminationSignals::asked, &*lamps, &LampOutput::Finish);
         QObject::connect(&*lamps, &LampOutput::finished, &QCoreApplication::quit);

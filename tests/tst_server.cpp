@@ -17,7 +17,8 @@ class TestServer : public QObject {
             QObject::connect(&program, &QProcess::readyReadStandardOutput,
                              [this] { log += program.readAllStandardOutput(); });
             program.start(SERVER_PROGRAM, arguments + QStringList("--verbose"));
-            QVERIFY(QTest::qWaitFor([this] { return log.contains("listens"); }, 20000));
+            QVERIFY(QTest::qWaitFor([this] { return log.contains("listens") || log.contains("waits for"); },
+                                    20000));
         }
         ~Program() { program.close(); }
     };
@@ -135,6 +136,17 @@ private slots:
         }
         QTRY_VERIFY_WITH_TIMEOUT(server.log.count("polls the channels") >= 4 * 16, 30000);
         QVERIFY2(ResidentMiB(sProcess) - before < 30, qPrintable(QString::number(ResidentMiB(sProcess))));
+    }
+
+    /// As at a start with the mains: the network gives the address later.
+    void lateAddress() {
+        Program server({"--address", "10.77.0.9"});
+        QVERIFY(!server.log.contains("listens"));
+        QCOMPARE(QProcess::execute("ip", {"address", "add", "10.77.0.9/24", "dev", "lo"}), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(server.log.contains("listens on 10.77.0.9"), 20000);
+        QUdpSocket remote;
+        remote.writeDatagram(R"({"typ":14})", QHostAddress("10.77.0.9"), 8093);
+        QVERIFY(remote.waitForReadyRead(20000));
     }
 
     /// All servers of a network are listed; the one that is chosen is talked to, and no other.

@@ -61,6 +61,7 @@ Server::Server(State& state, const Options& options, Log log)
 }
 
 bool Server::Listen() {
+    m_pSocket->abort();
     return m_pSocket->bind(m_options.address, m_options.port, QAbstractSocket::DontShareAddress) &&
            ListenToBroadcasts();
 }
@@ -79,6 +80,10 @@ bool Server::ListenToBroadcasts() {
         }
     }
     return true;
+}
+
+bool Server::LacksAddress() const {
+    return m_pSocket->error() == QAbstractSocket::SocketAddressNotAvailableError;
 }
 
 QString Server::ErrorText() const {

@@ -43,8 +43,11 @@ public:
     /// one a second for those that are not.
     Server(State& state, const Options& options, Log log);
 
-    /// Binds the port. False when it is taken or the address is not this machine's; see ErrorText().
+    /// Binds the port. False when it is taken or the address is not this machine's; see ErrorText(). It may
+    /// be tried again.
     bool Listen();
+    /// Whether that failed for want of the address.
+    bool LacksAddress() const;
     QString ErrorText() const;
 
     /// Records what the lamps show, as Record() does. Whoever asks for it on this computer is obeyed.

@@ -18,9 +18,9 @@ struct Fixture {
     /// A letter for each channel of one unit: i intensity, r g b w colour, a any other colour of light, x
     /// what is no light, f the fine half of the channel before it.
     std::string layout;
-    int count = 1;              ///< units, each right after the one before
-    bool independent = false;   ///< neither dimmer nor white, black and colour act on it
-    std::vector<int> defaults;  ///< of all its channels; counts for x and its f; empty if it has none
+    int count = 1;                   ///< units, each right after the one before
+    bool independent = false;        ///< neither dimmer nor white, black and colour act on it
+    std::vector<int> defaults = {};  ///< of all its channels; counts for x and its f; empty if it has none
 
     /// All channels.
     int Width() const { return count * static_cast<int>(layout.size()); }
