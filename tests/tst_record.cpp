@@ -23,7 +23,9 @@ class TestRecord : public QObject {
 
     /// Fixtures of all letters, with scenes and programs that light some of them.
     QByteArray AnyShow() {
-        QStringList fixtures, names, entries[2];
+        QStringList fixtures;
+        QStringList names;
+        QStringList entries[2];
         for (int i = 0; i < 5; ++i) {
             const QString sLayout = QStringList{"i", "rgbw", "xfxxifrgb", "aai", "rfgfbf", "xx"}[Any(6)];
             const int nCount = 1 + Any(3);
