@@ -30,7 +30,7 @@ void ChannelsGrid::UpdateRects() {
     const QSize cell(nW / Columns, (height() - 52) / Rows);
     for (int i = 0; i < Cells; ++i) {
         const QPoint corner(1 + i % Columns * cell.width(), 53 + i / Columns * cell.height());
-        m_rects.at(static_cast<std::size_t>(BarParts + i)) = QRect(corner, cell);
+        m_rects.at(std::size_t{BarParts} + static_cast<std::size_t>(i)) = QRect(corner, cell);
     }
 }
 
