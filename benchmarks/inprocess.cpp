@@ -247,8 +247,8 @@ void ShowRendered(benchmark::State& state) {
     State played(show);
     Playback playback(played, [] { return 0; });
     for (int i = 0; i < 32; ++i) {
-        played.SwitchScene(i, true);
-        played.SwitchProgram(i, true);
+        played.Switch({false, i}, true);
+        played.Switch({true, i}, true);
     }
     Levels levels;
     qint64 nNowMs = 0;

@@ -10,25 +10,16 @@ QString OnOff(bool bState) {
     return bState ? "on" : "off";
 }
 
-Change TakeScene(State& state, const JSONNode& content) {
+Change TakeSwitch(State& state, const JSONNode& content, bool bProgram) {
     Scene asked;
     readInto(content, asked);
     Change change;
-    change.words = QString("scene %1 %2").arg(asked.id).arg(OnOff(asked.state));
-    if (state.SwitchScene(asked.id, asked.state)) {
-        change.message = messages::Scene(asked.id, state.FindScene(asked.id)->area, asked.state);
-        change.starts = asked.state;
-    }
-    return change;
-}
-
-Change TakeProgram(State& state, const JSONNode& content) {
-    Scene asked;
-    readInto(content, asked);
-    Change change;
-    change.words = QString("program %1 %2").arg(asked.id).arg(OnOff(asked.state));
-    if (state.SwitchProgram(asked.id, asked.state)) {
-        change.message = messages::Program(asked.id, asked.state);
+    change.words =
+        QString("%1 %2 %3").arg(bProgram ? "program" : "scene").arg(asked.id).arg(OnOff(asked.state));
+    const State::Running running{bProgram, asked.id};
+    if (state.Switch(running, asked.state)) {
+        change.message = bProgram ? messages::Program(asked.id, asked.state)
+                                  : messages::Scene(asked.id, state.Find(running)->area, asked.state);
         change.starts = asked.state;
     }
     return change;
@@ -114,9 +105,8 @@ Change TakeRun(State& state, const JSONNode& content) {
 std::optional<Change> TakeMessage(State& state, MessageType type, const JSONNode& content) {
     switch (type) {
         case MessageType::Scene:
-            return TakeScene(state, content);
         case MessageType::Program:
-            return TakeProgram(state, content);
+            return TakeSwitch(state, content, type == MessageType::Program);
         case MessageType::Color:
             return TakeColor(state, content);
         case MessageType::Command:

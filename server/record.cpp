@@ -114,8 +114,7 @@ std::vector<State::Running> RunsWith(const Scene& scene, const Show& show, const
                                      const Channels& channels, QStringList& names) {
     std::vector<State::Running> runs;
     for (const State::Running& running : state.Runs()) {
-        const Scene* const pEntry =
-            running.program ? state.FindProgram(running.id) : state.FindScene(running.id);
+        const Scene* const pEntry = state.Find(running);
         const QString sName = '"' + QString::fromStdString(pEntry->name) + '"';
         bool bLights = false;
         bool bInside = false;

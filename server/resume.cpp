@@ -99,7 +99,7 @@ std::string Resume::Text() const {
     std::string sText = "{\n\"content\" : [\n";
     for (const State::Running& running : m_state.Runs()) {
         sText += running.program ? messages::Program(running.id, true)
-                                 : messages::Scene(running.id, m_state.FindScene(running.id)->area, true);
+                                 : messages::Scene(running.id, m_state.Find(running)->area, true);
         sText += ",\n";
     }
     for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {

@@ -20,11 +20,12 @@ Color Clamped(const Color& color) {
     return {Level(color.r), Level(color.g), Level(color.b), Level(color.w), color.rgbw, color.state};
 }
 
-/// Of a const list a const one.
-template <typename Entries>
-auto Find(Entries& entries, int nId) {
+/// Of a const show a const one.
+template <typename AnyShow>
+auto FindIn(AnyShow& show, const State::Running& running) {
+    auto& entries = running.program ? show.programs : show.scenes;
     const auto entry =
-        std::find_if(entries.begin(), entries.end(), [nId](const Scene& s) { return s.id == nId; });
+        std::find_if(entries.begin(), entries.end(), [&](const Scene& s) { return s.id == running.id; });
     return entry != entries.end() ? &*entry : nullptr;
 }
 
@@ -48,12 +49,8 @@ State::State(Show show) : m_show(std::move(show)) {
     }
 }
 
-const Scene* State::FindScene(int nId) const {
-    return Find(m_show.scenes, nId);
-}
-
-const Scene* State::FindProgram(int nId) const {
-    return Find(m_show.programs, nId);
+const Scene* State::Find(const Running& running) const {
+    return FindIn(m_show, running);
 }
 
 void State::Replace(Show show, std::vector<Running> runs, const Color& color, const Universes& held) {
@@ -76,26 +73,19 @@ void State::Replace(Show show, std::vector<Running> runs, const Color& color, co
     emit changed();
 }
 
-bool State::SwitchScene(int nId, bool bOn) {
-    if (!Run({false, nId}, bOn)) {
+bool State::Switch(const Running& running, bool bOn) {
+    if (!Run(running, bOn)) {
         return false;
     }
-    emit sceneSwitched(nId, bOn, ReleaseColor(bOn));
-    emit changed();
-    return true;
-}
-
-bool State::SwitchProgram(int nId, bool bOn) {
-    if (!Run({true, nId}, bOn)) {
-        return false;
-    }
-    emit programSwitched(nId, bOn, ReleaseColor(bOn));
+    const bool bReleasesColor = bOn && m_color.state;
+    m_color.state = m_color.state && !bOn;
+    emit switched(running, bOn, bReleasesColor);
     emit changed();
     return true;
 }
 
 bool State::Run(const Running& running, bool bOn) {
-    Scene* const pEntry = Find(running.program ? m_show.programs : m_show.scenes, running.id);
+    Scene* const pEntry = FindIn(m_show, running);
     if (pEntry == nullptr) {
         return false;
     }
@@ -117,17 +107,10 @@ void State::SetRunning(Scene& entry, bool bProgram, bool bOn) {
     entry.state = bOn;
 }
 
-bool State::ReleaseColor(bool bStarts) {
-    const bool bReleases = bStarts && m_color.state;
-    m_color.state = m_color.state && !bStarts;
-    return bReleases;
-}
-
 void State::StopAll() {
     m_bTakenUp = true;
     while (!m_runs.empty()) {
-        const Running last = m_runs.back();
-        last.program ? SwitchProgram(last.id, false) : SwitchScene(last.id, false);
+        Switch(Running(m_runs.back()), false);
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include <QObject>
 
+#include <tuple>
 #include <vector>
 
 /// What a show does at this moment: what runs, the operator's colour and commands, the channels that are
@@ -25,6 +26,9 @@ public:
         bool program = false;
         int id = 0;
         bool operator==(const Running& other) const { return program == other.program && id == other.id; }
+        bool operator<(const Running& other) const {
+            return std::tie(program, id) < std::tie(other.program, other.id);
+        }
     };
 
     /// Begins as the show says: its scenes run, then its programs, in their order. Its colour has white where
@@ -40,8 +44,7 @@ public:
     const Command& CurrentCommand() const { return m_command; }
     const Universes& Held() const { return m_held; }
     /// A scene or program of the show; null for an id that it has not.
-    const Scene* FindScene(int nId) const;
-    const Scene* FindProgram(int nId) const;
+    const Scene* Find(const Running& running) const;
 
     /// Plays another show from now on. Of what is to run, what it has not is left out, and of scenes of one
     /// area all but the last; nothing else begins. Commands and the serial stay.
@@ -49,8 +52,7 @@ public:
 
     /// Starts (true) or stops. A scene that starts stops the others of its area; whatever starts, also what
     /// runs already, releases the colour, but no command. False if the show has none such.
-    bool SwitchScene(int nId, bool bOn);
-    bool SwitchProgram(int nId, bool bOn);
+    bool Switch(const Running& running, bool bOn);
     /// Stops all that runs, for what ran before the program's end to be taken up: it is to stand at once, and
     /// not to fade up once more.
     void StopAll();
@@ -70,8 +72,7 @@ signals:
     void showLeaves();
     void showReplaced();
     /// `bReleasesColor`: by this start the colour, which was on, went off.
-    void sceneSwitched(int nId, bool bOn, bool bReleasesColor);
-    void programSwitched(int nId, bool bOn, bool bReleasesColor);
+    void switched(const State::Running& running, bool bOn, bool bReleasesColor);
     /// The hand set the colour, or let it go.
     void colorTaken();
     /// The flags are those that are done once.
@@ -83,7 +84,6 @@ private:
     /// False if the show has none such.
     bool Run(const Running& running, bool bOn);
     void SetRunning(Scene& entry, bool bProgram, bool bOn);
-    bool ReleaseColor(bool bStarts);
 
     Show m_show;
     std::vector<Running> m_runs;

@@ -92,8 +92,7 @@ class TestPlayback : public QObject {
         const auto value = [&values](int i) { return values.value(i).toInt(); };
         const int nNumber = sKey.toInt();
         if (sWord.endsWith('+') || sWord.endsWith('-')) {
-            const auto change = sWord[0] == 's' ? &State::SwitchScene : &State::SwitchProgram;
-            (m_pState.get()->*change)(sWord.mid(1).chopped(1).toInt(), sWord.endsWith('+'));
+            m_pState->Switch({sWord[0] == 'p', sWord.mid(1).chopped(1).toInt()}, sWord.endsWith('+'));
         } else if (sKey.startsWith("rgb")) {
             m_pState->Take(Color{value(0), value(1), value(2), value(3), false, !values.isEmpty()});
         } else if (sKey.startsWith('c')) {
@@ -230,26 +229,26 @@ speed to its ends: speed=100 s6+ p1+ 125 31=50 500 31=100 21=50 speed=0 2500 31=
 3: "fade" must be <- scene 'fade': 1e300
 3: a scene has no key "hold" <- scene 'hold': 1
 3: "area" must be 0 or more, not -1 <- scene 'area': -1
-3: this scene has no "name" <- nameless 'area': 0
+3: a scene must have "name" <- nameless 'area': 0
 2: another scene of area 7 runs <- show {'scenes':[{'id':1,'name':'A','area':7,'state':true},
     \n{'id':2,'name':'B','area':7,'state':true}]}
 4: "fade" stands twice in a scene <- scene 'fade': 1,\n'fade': 1
-3: "Dim" stands twice in the levels <- scene 'levels': { 'Dim': [1], 'Par': [1, 2, 3, 4], 'Dim': [1] }
+3: "Dim" stands twice in "levels" <- scene 'levels': { 'Dim': [1], 'Par': [1, 2, 3, 4], 'Dim': [1] }
 3: not JSON: a number with a comma <- scene 'fade': 1,5
 3: not JSON: a comment <- scene 'fade': 1, // soft
 4: not JSON: texts stand in straight double quotes <- scene 'levels':\n{ \u201cDim\u201d: [1] }
 4: not JSON: a , too many <- scene 'levels': {}\n,
-4: not JSON: a , or a } is missing <- scene 'fade': 1\n'area': 1
+4: not JSON: a , or a closing } or ] is missing <- scene 'fade': 1\n'area': 1
 3: not JSON: a text does not end <- scene 'fade': 'x\n
-3: "serial" must be of 100 characters <- show {\n\n'serial':'%200'}
-3: this step has no "levels" <- step 'fade': 1
+3: "serial" must be of 0 to 100 characters <- show {\n\n'serial':'%200'}
+3: a step must have "levels" <- step 'fade': 1
 2: "universe" must be from 1 to 32 <- show {'fixtures':[{'name':'A',\n'universe':33}]}
 3: "channel" must be <- fixture 'channel': 0
-3: this fixture has no "layout" <- fixture 'channel': 9
+3: a fixture must have "layout" <- fixture 'channel': 9
 3: "layout" must be <- fixture 'channel': 9, 'layout': 'rgbq'
 3: an f of "layout" must follow <- fixture 'channel': 9, 'layout': 'fi'
 3: an f of "layout" must follow <- fixture 'channel': 9, 'layout': 'xff'
-3: the default takes 2 or 4 levels, not 3 <- fixture 'channel': 9, 'layout': 'xi', 'count': 2, 'default': [1, 0, 1]
+3: "default" takes 2 or 4 levels, not 3 <- fixture 'channel': 9, 'layout': 'xi', 'count': 2, 'default': [1, 0, 1]
 3: the default of light is 0 <- fixture 'channel': 9, 'layout': 'xfi', 'default': [1, 2, 3]
 3: "A" reaches channel 513, past 512 <- fixture 'channel': 510, 'layout': 'rgbw'
 3: "count" must be <- fixture 'channel': 1, 'layout': 'i', 'count': 513
@@ -259,8 +258,8 @@ speed to its ends: speed=100 s6+ p1+ 125 31=50 500 31=100 21=50 speed=0 2500 31=
 3: not JSON <- show {\n'scenes': [\n{'id':1}
 1: a show must stand in <- show []
 3: a show has no key "scnes" <- show {\n\n'scnes': []}
-2: the scenes must <- show {'scenes':\n{}}
-2: this program has no "id" <- show {'programs':[{'id':1,'name':'x'},\n{'name':\n'x'}]}
+2: "scenes" must <- show {'scenes':\n{}}
+2: a program must have "id" <- show {'programs':[{'id':1,'name':'x'},\n{'name':\n'x'}]}
 3: the id 1 stands <- show {'scenes':[\n{'id':1,'name':'x'},\n{'id':1,'name':'y'}]}
 2: "id" must be <- show {'scenes':[{\n'id':'1'}]}
 2: "id" must be <- show {'scenes':[{\n'id':3e9}]}

@@ -93,7 +93,7 @@ class TestRecord : public QObject {
     void DoSomething() {
         switch (m_nNowMs += Any(1500); Any(5)) {
             case 0:
-                m_pState->SwitchProgram(1 + Any(8), Any(4) > 0);
+                m_pState->Switch({true, 1 + Any(8)}, Any(4) > 0);
                 break;
             case 1:
                 m_pState->Take(Color{Any(256), Any(256), Any(256), Any(256), false, Any(2) > 0});
@@ -105,7 +105,7 @@ class TestRecord : public QObject {
                 m_pState->Take(Command{Any(5) == 0, false, false, Any(5) == 0, false, 100, 50});
                 break;
             default:
-                m_pState->SwitchScene(1 + Any(8), Any(4) > 0);
+                m_pState->Switch({false, 1 + Any(8)}, Any(4) > 0);
         }
     }
 
@@ -137,7 +137,7 @@ private slots:
                     std::mismatch(text.begin(), text.end(), now.begin()).first - text.begin());
                 QVERIFY(i > 5 || now.endsWith(text.mid(same)));
                 Begin(file.Load());
-                m_pState->SwitchScene(9, true);
+                m_pState->Switch({false, 9}, true);
                 QVERIFY(std::equal(&open[512], &open[712], Shown(1500).begin(),
                                    [](int nOpen, char cNow) { return nOpen == (cNow & 255); }));
             }
@@ -163,9 +163,9 @@ private slots:
             m_pState->Replace(ReadShow("rig", QByteArray(text).replace(pOld, pNew)), m_pState->Runs(), {},
                               {});
         };
-        m_pState->SwitchScene(1, true);
-        m_pState->SwitchScene(2, true);
-        m_pState->SwitchProgram(1, true);
+        m_pState->Switch({false, 1}, true);
+        m_pState->Switch({false, 2}, true);
+        m_pState->Switch({true, 1}, true);
         QVERIFY(shows(2000, {100, 100, 100, 0, 40}));  // half-way
         edit("\"D 3\": [100]", "\"D 3\": [50]");
         QVERIFY(shows(0, {100, 100, 100, 0, 40}) && shows(500, {125, 125, 75, 0, 50}));

@@ -39,18 +39,13 @@ Playback::Playback(const State& state, Clock clock) : m_state(state), m_patch(st
     const qint64 nStartMs = clock() - (state.IsTakenUp() ? LongAgoMs : 0);
     TakeSpeed(nStartMs, state.IsTakenUp());
     for (const State::Running& running : state.Runs()) {
-        if (running.program) {
-            SwitchProgram(running.id, true, false, nStartMs);
-        } else {
-            SwitchScene(running.id, true, false, nStartMs);
-        }
+        Switch(running, true, false, nStartMs);
     }
     TakeSpeed(clock(), state.CurrentCommand().hold);
-    connect(&state, &State::sceneSwitched, this,
-            [this, clock](int nId, bool bOn, bool bReleases) { SwitchScene(nId, bOn, bReleases, clock()); });
-    connect(&state, &State::programSwitched, this, [this, clock](int nId, bool bOn, bool bReleases) {
-        SwitchProgram(nId, bOn, bReleases, clock());
-    });
+    connect(&state, &State::switched, this,
+            [this, clock](const State::Running& running, bool bOn, bool bReleases) {
+                Switch(running, bOn, bReleases, clock());
+            });
     connect(&state, &State::colorTaken, this, [this] {
         // Remotes release a colour once more that a start has released: that goes on fading.
         m_released = m_state.CurrentColor().state ? ChannelSet() : m_released;
@@ -62,22 +57,20 @@ Playback::Playback(const State& state, Clock clock) : m_state(state), m_patch(st
 }
 
 void Playback::AddScenes(const Show& show) {
-    std::map<int, std::vector<Layer::Cue>> areas;
+    std::map<int, std::size_t> areas;
+    std::vector<std::vector<Layer::Cue>> layers;
     for (const Scene& scene : show.scenes) {
+        const std::size_t layer = areas.emplace(scene.area, areas.size()).first->second;
+        layers.resize(areas.size());
+        m_places[{false, scene.id}] = {layer, static_cast<int>(layers[layer].size())};
         const auto look = show.looks.find(scene.id);
-        std::vector<Layer::Cue>& cues = areas[scene.area];
-        m_scenes.insert({scene.id, {0, static_cast<int>(cues.size())}});
-        cues.push_back(look == show.looks.end() ? Layer::Cue{&NoLevels}
-                                                : Layer::Cue{&look->second.levels, look->second.submaster,
-                                                             look->second.fade * Second});
+        layers[layer].push_back(
+            look == show.looks.end()
+                ? Layer::Cue{&NoLevels}
+                : Layer::Cue{&look->second.levels, look->second.submaster, look->second.fade * Second});
     }
-    std::map<int, std::size_t> layers;
-    for (const auto& [nArea, cues] : areas) {
-        layers[nArea] = m_layers.size();
+    for (const std::vector<Layer::Cue>& cues : layers) {
         AddLayer(cues, false);
-    }
-    for (const Scene& scene : show.scenes) {
-        m_scenes[scene.id].layer = layers[scene.area];
     }
 }
 
@@ -94,7 +87,7 @@ void Playback::AddPrograms(const Show& show) {
         if (cues.empty()) {
             cues.push_back({&NoLevels});
         }
-        m_programs.insert({program.id, m_layers.size()});
+        m_places[{true, program.id}].layer = m_layers.size();
         AddLayer(cues, true);
     }
 }
@@ -122,22 +115,9 @@ LatestChannel& Playback::Latest(std::size_t at) {
                              [](const LatestChannel& channel, std::size_t n) { return channel.At() < n; });
 }
 
-void Playback::SwitchScene(int nId, bool bOn, bool bReleasesColor, qint64 nNowMs) {
-    const auto scene = m_scenes.find(nId);
-    if (scene != m_scenes.end()) {
-        Switch(scene->second.layer, scene->second.cue, bOn, bReleasesColor, nNowMs);
-    }
-}
-
-void Playback::SwitchProgram(int nId, bool bOn, bool bReleasesColor, qint64 nNowMs) {
-    const auto program = m_programs.find(nId);
-    if (program != m_programs.end()) {
-        const int iSent = m_layers[program->second].Sent();
-        Switch(program->second, std::max(iSent, 0), bOn, bReleasesColor, nNowMs);
-    }
-}
-
-void Playback::Switch(std::size_t layer, int iCue, bool bOn, bool bReleasesColor, qint64 nNowMs) {
+void Playback::Switch(const State::Running& running, bool bOn, bool bReleasesColor, qint64 nNowMs) {
+    const auto [layer, iScene] = m_places.at(running);
+    const int iCue = running.program ? std::max(m_layers[layer].Sent(), 0) : iScene;
     const bool bFromColor = bOn && (bReleasesColor || ReleaseProgress(nNowMs) < 1);
     if (bFromColor) {
         Color color = m_state.CurrentColor();
@@ -226,17 +206,19 @@ void Playback::Advance(qint64 nNowMs) {
 
 void Playback::TakeSpeed(qint64 nNowMs, bool bPause) {
     const double rate = std::exp2((m_state.CurrentCommand().speed - WrittenSpeed) / SpeedStep);
-    for (const auto& [nId, layer] : m_programs) {
-        m_layers[layer].SetRate(rate, nNowMs);
-        m_layers[layer].Pause(bPause, nNowMs);
+    for (Layer& layer : m_layers) {
+        if (layer.Follows()) {
+            layer.SetRate(rate, nNowMs);
+            layer.Pause(bPause, nNowMs);
+        }
     }
 }
 
 void Playback::StepPrograms(int nSteps, qint64 nNowMs) {
-    for (const auto& [nId, layer] : m_programs) {
-        if (nSteps != 0 && m_layers[layer].IsOn()) {
-            const int nCues = m_layers[layer].CueCount();
-            Send(layer, (m_layers[layer].At(nNowMs).cue + nSteps + nCues) % nCues, false, nNowMs);
+    for (std::size_t i = 0; nSteps != 0 && i < m_layers.size(); ++i) {
+        if (m_layers[i].Follows() && m_layers[i].IsOn()) {
+            const int nCues = m_layers[i].CueCount();
+            Send(i, (m_layers[i].At(nNowMs).cue + nSteps + nCues) % nCues, false, nNowMs);
         }
     }
 }
@@ -306,21 +288,18 @@ std::vector<std::size_t> Playback::TakeOverLayers(const Playback& last, const Le
         layer.Stand();
     }
     std::vector<std::size_t> places(last.m_layers.size(), NoPlace);
-    const auto goOn = [&](std::size_t from, std::size_t to) {
-        m_layers[to].GoOnFrom(last.m_layers[from]);
-        places[from] = to;
-    };
-    for (const auto& [nId, from] : last.m_scenes) {
-        const auto to = m_scenes.find(nId);
-        if (last.m_layers[from.layer].Sent() == from.cue && to != m_scenes.end() &&
-            m_layers[to->second.layer].Sent() == to->second.cue) {
-            goOn(from.layer, to->second.layer);
+    for (const auto& [running, from] : last.m_places) {
+        const Layer& was = last.m_layers[from.layer];
+        const auto to = m_places.find(running);
+        if (to == m_places.end()) {
+            continue;
         }
-    }
-    for (const auto& [nId, from] : last.m_programs) {
-        const auto to = m_programs.find(nId);
-        if (last.m_layers[from].IsOn() && to != m_programs.end() && m_layers[to->second].IsOn()) {
-            goOn(from, to->second);
+        const Layer& now = m_layers[to->second.layer];
+        const bool bBoth = running.program ? was.IsOn() && now.IsOn()
+                                           : was.Sent() == from.cue && now.Sent() == to->second.cue;
+        if (bBoth) {
+            m_layers[to->second.layer].GoOnFrom(was);
+            places[from.layer] = to->second.layer;
         }
     }
     for (std::size_t from = 0; from < places.size(); ++from) {

@@ -47,7 +47,7 @@ public:
 private:
     struct Place {
         std::size_t layer = 0;
-        int cue = 0;
+        int cue = 0;  ///< of a scene; a program goes on in the one that it was sent to
     };
     /// A step that a program has not come to yet, and a channel of its Layer::Others() that it is the first
     /// to name.
@@ -71,9 +71,7 @@ private:
     void AddPrograms(const Show& show);
     void FindLatest();
     /// One that does so already goes on as it does.
-    void SwitchScene(int nId, bool bOn, bool bReleasesColor, qint64 nNowMs);
-    void SwitchProgram(int nId, bool bOn, bool bReleasesColor, qint64 nNowMs);
-    void Switch(std::size_t layer, int iCue, bool bOn, bool bReleasesColor, qint64 nNowMs);
+    void Switch(const State::Running& running, bool bOn, bool bReleasesColor, qint64 nNowMs);
     void TakeSpeed(qint64 nNowMs, bool bPause);
     void AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows);
     /// Sends a layer to a cue, -1 to nothing. `bStarts`: it comes to be the last started.
@@ -98,8 +96,7 @@ private:
     ChannelSet m_released;                        ///< what the colour had replaced then
     qint64 m_nReleaseMs = 0;
     double m_releaseFade = 0;
-    std::map<int, Place> m_scenes;          ///< by id
-    std::map<int, std::size_t> m_programs;  ///< the layer, by id
+    std::map<State::Running, Place> m_places;
     quint64 m_nStarts = 0;
     std::vector<std::pair<std::size_t, float>>
         m_left;              ///< by how much levels differed from those of a last show

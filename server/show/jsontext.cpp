@@ -1,214 +1,229 @@
 #include "server/show/jsontext.h"
 
+#include <QJsonDocument>
+
+#include <algorithm>
 #include <array>
-#include <cstring>
+#include <map>
+#include <set>
 #include <stdexcept>
 
 namespace {
 
 constexpr std::size_t LongestQuote = 100;
 constexpr int MostSeconds = 86400;
-constexpr int Deepest = 64;
+/// Which some editors put before UTF-8.
+constexpr std::string_view Mark = "\xEF\xBB\xBF";
 
 bool BeginsCharacter(char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
 }
 
-/// Finds the first place where a text is no JSON, and what people mostly mean by what they wrote there.
-class Syntax {
-public:
-    explicit Syntax(const JsonText& text)
-        : m_text(text), m_pAt(text.Begin()), m_pEnd(text.Begin() + text.Padded().size()) {}
-
-    void Check() {
-        Value(0);
-        Space();
-        if (m_pAt != m_pEnd) {
-            Fail("something stands behind the end");
-        }
+/// What is wrong at a place, by what people mostly mean by what they wrote there.
+std::string Mistake(std::string_view text, std::size_t at, const QJsonParseError& error) {
+    static constexpr std::array Quotes{"'",      "\u2018", "\u2019", "\u201a", "\u201c",
+                                       "\u201d", "\u201e", "\u00ab", "\u00bb"};
+    const auto begins = [&](std::string_view s) { return text.compare(at, s.size(), s) == 0; };
+    const auto isDigit = [&](std::size_t n) { return n < text.size() && text[n] >= '0' && text[n] <= '9'; };
+    if (begins("//") || begins("/*") || begins("#")) {
+        return "a comment, which JSON does not know";
     }
-
-private:
-    [[noreturn]] void Fail(const std::string& sWhat) const {
-        static constexpr std::array Quotes{"'",      "\u2018", "\u2019", "\u201a", "\u201c",
-                                           "\u201d", "\u201e", "\u00ab", "\u00bb"};
-        const bool bQuote = std::any_of(Quotes.begin(), Quotes.end(), [this](auto s) { return Begins(s); });
-        m_text.Fail(m_pAt, "not JSON: " + (bQuote ? "texts stand in straight double quotes: \"\"" : sWhat));
+    if (std::any_of(Quotes.begin(), Quotes.end(), begins)) {
+        return "texts stand in straight double quotes: \"\"";
     }
-
-    bool Begins(std::string_view sText) const {
-        return static_cast<std::size_t>(m_pEnd - m_pAt) >= sText.size() &&
-               std::equal(sText.begin(), sText.end(), m_pAt);
+    if (at > 1 && isDigit(at - 2) && text[at - 1] == ',' && isDigit(at)) {
+        return "a number with a comma: 1.5 has a point";
     }
-
-    bool Take(std::string_view sText) {
-        const bool bBegins = Begins(sText);
-        m_pAt += bBegins ? sText.size() : 0;
-        return bBegins;
+    switch (error.error) {
+        case QJsonParseError::UnterminatedObject:
+        case QJsonParseError::UnterminatedArray:
+        case QJsonParseError::MissingValueSeparator:
+            return "a , or a closing } or ] is missing";
+        case QJsonParseError::MissingNameSeparator:
+            return "a : is missing behind a key";
+        case QJsonParseError::MissingObject:
+            return "a , too many";
+        case QJsonParseError::IllegalValue:
+        case QJsonParseError::IllegalNumber:
+            return "no value begins like this";
+        default:
+            return error.errorString().toStdString();
     }
+}
 
-    bool TakeAnyOf(const char* pCharacters) {
-        const bool bIs = m_pAt != m_pEnd && *m_pAt != '\0' && std::strchr(pCharacters, *m_pAt) != nullptr;
-        m_pAt += bIs ? 1 : 0;
-        return bIs;
-    }
+std::size_t SkipSpace(std::string_view text, std::size_t at) {
+    return std::min(text.find_first_not_of(" \t\r\n", at), text.size());
+}
 
-    bool Digits() {
-        const char* const pFirst = m_pAt;
-        while (TakeAnyOf("0123456789")) {
-        }
-        return m_pAt != pFirst;
-    }
-
-    void Space() {
-        while (TakeAnyOf(" \t\r\n")) {
-        }
-        if (Begins("//") || Begins("/*") || Begins("#")) {
-            Fail("a comment, which JSON does not know");
-        }
-    }
-
-    void Value(int nDepth) {
-        Space();
-        if (nDepth > Deepest) {
-            Fail("too many { and [ within each other");
-        }
-        if (Take("{")) {
-            List('}', [this, nDepth] {
-                Key();
-                Value(nDepth + 1);
-            });
-        } else if (Take("[")) {
-            List(']', [this, nDepth] { Value(nDepth + 1); });
-        } else if (Take("\"")) {
-            Text();
-        } else if (!Number() && !Take("true") && !Take("false") && !Take("null")) {
-            Fail(m_pAt == m_pEnd ? "it ends too early" : "no value begins like this");
-        }
-    }
-
-    template <typename ReadElement>
-    void List(char cEnd, ReadElement readElement) {
-        const std::string sEnd(1, cEnd);
-        Space();
-        for (bool bFirst = true; !Take(sEnd); bFirst = false) {
-            if (!bFirst && !Take(",")) {
-                Fail(m_pAt == m_pEnd ? "a " + sEnd + " is missing" : "a , or a " + sEnd + " is missing");
+/// Behind the value that begins somewhere in good JSON: a text, something in brackets, or a bare word.
+std::size_t EndOf(std::string_view text, std::size_t at) {
+    for (int nDepth = 0;; ++at) {
+        if (text[at] == '"') {
+            for (++at; text[at] != '"'; ++at) {
+                at += text[at] == '\\' ? 1U : 0U;
             }
-            Space();
-            if (!bFirst && Begins(sEnd)) {
-                Fail("a , too many before " + sEnd);
-            }
-            readElement();
-            Space();
+        } else if (text[at] == '{' || text[at] == '[') {
+            ++nDepth;
+        } else if (text[at] == '}' || text[at] == ']') {
+            --nDepth;
+        } else if (nDepth == 0) {
+            return text.find_first_of(",]} \t\r\n", at);
+        }
+        if (nDepth == 0) {
+            return at + 1;
         }
     }
+}
 
-    void Key() {
-        if (!Take("\"")) {
-            Fail(Digits() ? "a number with a comma: 1.5 has a point" : "a key in quotes is missing");
-        }
-        Text();
-        Space();
-        if (!Take(":")) {
-            Fail("a : is missing behind this key");
-        }
+QByteArray Bytes(std::string_view sRaw) {
+    return QByteArray::fromRawData(sRaw.data(), static_cast<int>(sRaw.size()));
+}
+
+/// Of a text in its quotes.
+std::string Decoded(std::string_view sRaw) {
+    if (sRaw.find('\\') == std::string_view::npos) {
+        return std::string(sRaw.substr(1, sRaw.size() - 2));
     }
-
-    void Text() {
-        while (!Take("\"")) {
-            if (m_pAt == m_pEnd || static_cast<unsigned char>(*m_pAt) < ' ') {
-                Fail("a text does not end on its line");
-            }
-            const bool bEscaped = Take("\\");
-            if (bEscaped && !TakeAnyOf("\"\\/bfnrtu")) {
-                Fail("no character is written so");
-            }
-            m_pAt += bEscaped ? 0 : 1;
-        }
-    }
-
-    bool Number() {
-        const bool bMinus = Take("-");
-        if (!Begins("0") && !Digits() && !bMinus) {
-            return false;
-        }
-        Take("0");
-        if ((Take(".") && !Digits()) || (TakeAnyOf("eE") && (TakeAnyOf("+-"), !Digits())) || Digits()) {
-            Fail("no number is written so");
-        }
-        return true;
-    }
-
-    const JsonText& m_text;
-    const char* m_pAt;
-    const char* m_pEnd;
-};
-
-QByteArray WithoutMark(const QByteArray& text) {
-    return text.startsWith("\xEF\xBB\xBF") ? text.mid(3) : text;
+    return QJsonDocument::fromJson('[' + Bytes(sRaw) + ']')[0].toString().toStdString();
 }
 
 }  // namespace
 
 JsonText::JsonText(const QString& sPath, const QByteArray& text)
-    : m_sPath(sPath), m_text(WithoutMark(text).toStdString()) {
-    for (const char *pLine = Begin(), *const pEnd = pLine + m_text.size(); pLine < pEnd;) {
-        const char* const pNext = std::find(pLine, pEnd, '\n');
-        if (!simdjson::validate_utf8(pLine, static_cast<std::size_t>(pNext - pLine))) {
-            Fail(pLine, "not UTF-8, as which such a file must be saved");
+    : m_sPath(sPath), m_text(text.toStdString()) {
+    bool bText = false;
+    for (std::size_t at = 0; at < m_text.size(); ++at) {
+        if (bText && m_text[at] == '\n') {
+            Fail(at, "not JSON: a text does not end on its line");
         }
-        pLine = pNext + (pNext < pEnd ? 1 : 0);
+        bText = bText != (m_text[at] == '"');
+        at += bText && m_text[at] == '\\' ? 1U : 0U;
     }
-    Syntax(*this).Check();
+    QJsonParseError error;
+    if (QJsonDocument::fromJson(text, &error); error.error != QJsonParseError::NoError) {
+        const std::size_t at = SkipSpace(m_text, static_cast<std::size_t>(std::max(0, error.offset - 1)));
+        Fail(at, "not JSON: " + Mistake(m_text, at, error));
+    }
 }
 
-void JsonText::Fail(const char* pAt, const std::string& sWhat) const {
-    const auto nLine = 1 + std::count(Begin(), pAt, '\n');
+void JsonText::Fail(std::size_t at, const std::string& sWhat) const {
+    const auto nLine = 1 + std::count(m_text.data(), m_text.data() + at, '\n');
     throw std::runtime_error(m_sPath.toStdString() + ": line " + std::to_string(nLine) + ": " + sWhat);
 }
 
-std::string JsonItem::Text(const std::string& sWhat, int nMostCharacters) {
-    std::string_view sText;
-    if (m_value.get_string().get(sText) != simdjson::SUCCESS) {
-        Fail(sWhat + " must be a text in quotes");
-    }
-    if (std::count_if(sText.begin(), sText.end(), BeginsCharacter) > nMostCharacters) {
-        Fail(sWhat + " must be of " + std::to_string(nMostCharacters) + " characters at most");
-    }
-    return std::string(sText);
+JsonItem::JsonItem(const JsonText& text, const std::string& sName) : m_pText(&text), m_sName(sName) {
+    m_begin = m_value = SkipSpace(text.View(), text.View().substr(0, Mark.size()) == Mark ? Mark.size() : 0);
+    m_end = EndOf(text.View(), m_value);
 }
 
-bool JsonItem::Bool(const std::string& sWhat) {
-    bool bValue = false;
-    if (m_value.get_bool().get(bValue) != simdjson::SUCCESS) {
-        Fail(sWhat + " must be true or false");
+std::string JsonItem::Text(int nLeast, int nMost) const {
+    if (Raw().front() != '"') {
+        Fail(What() + " must be a text in quotes");
     }
-    return bValue;
+    std::string sText = Decoded(Raw());
+    const auto nCharacters = std::count_if(sText.begin(), sText.end(), BeginsCharacter);
+    if (nCharacters < nLeast || nCharacters > nMost) {
+        Fail(What() + " must be of " + std::to_string(nLeast) + " to " + std::to_string(nMost) +
+             " characters");
+    }
+    return sText;
 }
 
-int JsonItem::Int(const std::string& sWhat, int nLeast, int nMost) {
-    int64_t nValue = 0;
-    if (m_value.get_int64().get(nValue) != simdjson::SUCCESS || nValue < std::numeric_limits<int>::min() ||
-        nValue > std::numeric_limits<int>::max()) {
-        Fail(sWhat + " must be a whole number");
+bool JsonItem::Bool() const {
+    if (Raw() != "true" && Raw() != "false") {
+        Fail(What() + " must be true or false");
+    }
+    return Raw() == "true";
+}
+
+int JsonItem::Int(int nLeast, int nMost) const {
+    bool bWhole = false;
+    const int nValue = Bytes(Raw()).toInt(&bWhole);
+    if (!bWhole) {
+        Fail(What() + " must be a whole number");
     }
     if (nValue < nLeast || nValue > nMost) {
-        Fail(sWhat + " must be " +
+        Fail(What() + " must be " +
              (nMost == std::numeric_limits<int>::max()
                   ? std::to_string(nLeast) + " or more"
                   : "from " + std::to_string(nLeast) + " to " + std::to_string(nMost)) +
              ", not " + std::to_string(nValue));
     }
-    return static_cast<int>(nValue);
+    return nValue;
 }
 
-double JsonItem::Seconds(const std::string& sWhat) {
-    double seconds = -1;
-    if (m_value.get_double().get(seconds) != simdjson::SUCCESS || !(seconds >= 0 && seconds <= MostSeconds)) {
-        Fail(sWhat + " must be a number of seconds from 0 to " + std::to_string(MostSeconds));
+double JsonItem::Seconds() const {
+    bool bNumber = false;
+    const double seconds = Bytes(Raw()).toDouble(&bNumber);
+    if (!bNumber || !(seconds >= 0 && seconds <= MostSeconds)) {
+        Fail(What() + " must be a number of seconds from 0 to " + std::to_string(MostSeconds));
     }
     return seconds;
+}
+
+void JsonItem::ForEachPart(const Read& read) const {
+    const std::string_view text = m_pText->View();
+    const bool bObject = text[m_value] == '{';
+    for (std::size_t at = SkipSpace(text, m_value + 1); at != m_end - 1;) {
+        JsonItem part(*m_pText);
+        part.m_begin = part.m_value = at;
+        part.m_end = EndOf(text, at);
+        if (bObject) {
+            part.m_sName = Decoded(text.substr(at, part.m_end - at));
+            part.m_value = SkipSpace(text, SkipSpace(text, part.m_end) + 1);
+            part.m_end = EndOf(text, part.m_value);
+        }
+        read(part);
+        at = SkipSpace(text, part.m_end);
+        at = SkipSpace(text, at + (text[at] == ',' ? 1 : 0));
+    }
+}
+
+void JsonItem::ForEachElement(const std::string& sName, const Read& read) const {
+    if (Raw().front() != '[') {
+        Fail(What() + " must be a list in [ ]");
+    }
+    ForEachPart([&](JsonItem element) {
+        element.m_sName = sName;
+        read(element);
+    });
+}
+
+void JsonItem::ForEachMember(const Read& read) const {
+    if (Raw().front() != '{') {
+        Fail(What() + " must stand in { }");
+    }
+    std::set<std::string> names;
+    ForEachPart([&](const JsonItem& member) {
+        if (!names.insert(member.m_sName).second) {
+            member.Fail(member.What() + " stands twice in " + What());
+        }
+        read(member);
+    });
+}
+
+void JsonItem::ReadMembers(const std::vector<Key>& keys) const {
+    std::map<std::string, JsonItem, std::less<>> members;
+    ForEachMember([&](const JsonItem& member) {
+        if (std::none_of(keys.begin(), keys.end(),
+                         [&](const Key& key) { return key.name == member.m_sName; })) {
+            member.Fail(What() + " has no key " + member.What());
+        }
+        members.emplace(member.m_sName, member);
+    });
+    for (const Key& key : keys) {
+        if (const auto member = members.find(key.name); member != members.end()) {
+            key.read(member->second);
+        } else if (key.needed) {
+            Fail(What() + " must have " + Quoted(key.name));
+        }
+    }
+}
+
+std::vector<JsonItem> JsonItem::Parts() const {
+    std::vector<JsonItem> parts;
+    ForEachPart([&parts](const JsonItem& part) { parts.push_back(part); });
+    return parts;
 }
 
 std::string JsonItem::Quoted(std::string_view sText) {

@@ -3,91 +3,75 @@
 #include <QByteArray>
 #include <QString>
 
-#include <algorithm>
+#include <functional>
 #include <limits>
-#include <set>
-#include <simdjson.h>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The text of a JSON file that was written by hand. Complaints of it are std::runtime_errors of one line
 /// that names the file, the line in it, and what is wrong there.
 class JsonText {
 public:
-    /// Complains of what is not JSON. `sPath` is what complaints call it.
+    /// Complains of what is not JSON in UTF-8. `sPath` is what complaints call it.
     JsonText(const QString& sPath, const QByteArray& text);
 
-    [[noreturn]] void Fail(const char* pAt, const std::string& sWhat) const;
-    const char* Begin() const { return m_text.data(); }
-    const simdjson::padded_string& Padded() const { return m_text; }
+    std::string_view View() const { return m_text; }
+    [[noreturn]] void Fail(std::size_t at, const std::string& sWhat) const;
 
 private:
-    void Check() const;
-
     QString m_sPath;
-    simdjson::padded_string m_text;
+    std::string m_text;
 };
 
-/// A value in such a text, to be read once, in the order of the text. Each reader complains of what is no
-/// such value; `sWhat` is what complaints call it.
+/// A value in such a text. Each reader complains of what is no such value, by the name of the item: its key,
+/// or what it is an element of.
 class JsonItem {
 public:
-    using Value = simdjson::ondemand::value;
+    using Read = std::function<void(const JsonItem&)>;
+    /// A key that an object may have.
+    struct Key {
+        std::string_view name;
+        bool needed;
+        Read read;
+    };
 
-    JsonItem(const JsonText& text, const Value& value)
-        : m_text(text), m_value(value), m_pAt(m_value.raw_json_token().data()) {}
+    /// All of the text, which must outlive it.
+    JsonItem(const JsonText& text, const std::string& sName);
 
-    /// Where it stands, for JsonText::Fail.
-    const char* Place() const { return m_pAt; }
-    [[noreturn]] void Fail(const std::string& sWhat) const { m_text.Fail(m_pAt, sWhat); }
+    /// The key, decoded.
+    const std::string& Name() const { return m_sName; }
+    std::size_t Begin() const { return m_begin; }  ///< in the text; of the key, if it has one
+    std::size_t Value() const { return m_value; }
+    std::size_t End() const { return m_end; }
+    [[noreturn]] void Fail(const std::string& sWhat) const { m_pText->Fail(m_value, sWhat); }
 
-    std::string Text(const std::string& sWhat, int nMostCharacters = 100);
-    bool Bool(const std::string& sWhat);
-    int Int(const std::string& sWhat, int nLeast = std::numeric_limits<int>::min(),
-            int nMost = std::numeric_limits<int>::max());
-    double Seconds(const std::string& sWhat);
+    std::string Text(int nLeast = 1, int nMost = 100) const;  ///< so many characters
+    bool Bool() const;
+    int Int(int nLeast = std::numeric_limits<int>::min(), int nMost = std::numeric_limits<int>::max()) const;
+    double Seconds() const;  ///< a day at most
 
-    /// Calls read(item) for each element of a list.
-    template <typename Read>
-    void ForEachElement(const std::string& sWhat, Read read) {
-        simdjson::ondemand::array array;
-        if (m_value.get_array().get(array) != simdjson::SUCCESS) {
-            Fail(sWhat + " must be a list in [ ]");
-        }
-        for (auto element : array) {
-            JsonItem item(m_text, element.value());
-            read(item);
-        }
-    }
-
-    /// Calls read(key, item) for each member of an object; false from it is no such key. A key that stands
-    /// twice is complained of.
-    template <typename Read>
-    void ForEachMember(const std::string& sWhat, Read read) {
-        simdjson::ondemand::object object;
-        if (m_value.get_object().get(object) != simdjson::SUCCESS) {
-            Fail(sWhat + " must stand in { }");
-        }
-        std::set<std::string, std::less<>> keys;
-        for (auto field : object) {
-            std::string_view sKey;
-            const bool bText = field.unescaped_key().get(sKey) == simdjson::SUCCESS;
-            const auto [key, bNew] = keys.emplace(sKey);
-            JsonItem item(m_text, field.value());
-            if (!bText || !bNew) {
-                item.Fail((bText ? Quoted(*key) + " stands twice in " : "a key is no text in ") + sWhat);
-            }
-            if (!read(*key, item)) {
-                item.Fail(sWhat + " has no key " + Quoted(*key));
-            }
-        }
-    }
+    /// Calls read for each element of a list; `sName` is what complaints call one.
+    void ForEachElement(const std::string& sName, const Read& read) const;
+    /// Calls read for each member of an object. A key that stands twice is complained of.
+    void ForEachMember(const Read& read) const;
+    /// Reads the members of an object in the order of these keys. Other keys are complained of.
+    void ReadMembers(const std::vector<Key>& keys) const;
+    /// The members or elements.
+    std::vector<JsonItem> Parts() const;
 
     /// A text as it stands in complaints.
     static std::string Quoted(std::string_view sText);
 
 private:
-    const JsonText& m_text;
-    Value m_value;
-    const char* m_pAt;
+    explicit JsonItem(const JsonText& text) : m_pText(&text) {}
+    std::string_view Raw() const { return m_pText->View().substr(m_value, m_end - m_value); }
+    std::string What() const { return m_value == m_begin ? m_sName : Quoted(m_sName); }
+    void ForEachPart(const Read& read) const;
+
+    const JsonText* m_pText;
+    std::string m_sName;
+    std::size_t m_begin = 0;
+    std::size_t m_value = 0;
+    std::size_t m_end = 0;
 };

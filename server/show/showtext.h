@@ -22,8 +22,7 @@ void AddNamed(NamedLevels& named, const Fixture& fixture, const std::vector<std:
 /// The text with a scene more, at the end of its scenes. An area or a fade that it has not is left out.
 QByteArray WithScene(const QByteArray& text, const Scene& scene, double fade, const NamedLevels& levels);
 
-/// The text with other levels in the scene at a place in Show::scenes, whose other keys stay. Throws
-/// std::runtime_error for a text whose "scenes" are spelled in another way.
+/// The text with other levels in the scene at a place in Show::scenes, whose other keys stay.
 QByteArray WithLevels(const QByteArray& text, std::size_t iScene, const NamedLevels& levels);
 
 }  // namespace showtext
