@@ -38,12 +38,10 @@ int Number(const QCommandLineParser& parser, const QString& sOption, int nLeast,
     bool bOk = false;
     const int nValue = parser.value(sOption).toInt(&bOk);
     if (!bOk || nValue < nLeast || nValue > nMost) {
-        throw std::runtime_error(QString("--%1 takes a whole number from %2 to %3, not \"%4\"")
-                                     .arg(sOption)
-                                     .arg(nLeast)
-                                     .arg(nMost)
-                                     .arg(parser.value(sOption))
-                                     .toStdString());
+        throw std::runtime_error(
+            QString("--%1 takes a whole number from %2 to %3, not \"%4\"")
+                .arg(sOption, QString::number(nLeast), QString::number(nMost), parser.value(sOption))
+                .toStdString());
     }
     return nValue;
 }
@@ -96,7 +94,7 @@ void AddOptions(QCommandLineParser& parser) {
 /// Nothing where no option asks for one.
 std::optional<BadNetwork::Options> ReadBadNetwork(const QCommandLineParser& parser) {
     BadNetwork::Options options;
-    options.silentAfter = Number(parser, "silent-after", -1, 86400);
+    options.silentAfter = Number(parser, "silent-after", -1, MostSeconds);
     options.delayMs = Number(parser, "delay", 0, 60000);
     options.dropPercent = Number(parser, "drop", 0, 100);
     options.duplicatePercent = Number(parser, "duplicate", 0, 100);
@@ -138,10 +136,8 @@ QString Interface(const QCommandLineParser& parser) {
     const bool bAddress = IsPlainAddress(sInterface) && nFirst > 0 && nFirst < 224;
     const bool bName = name.match(sInterface).hasMatch() && !numbers.match(sInterface).hasMatch();
     if (parser.isSet("sacn-interface") && !bAddress && !bName) {
-        throw std::runtime_error(
-            "--sacn-interface takes a name such as eth0 or an address such as "
-            "192.168.1.20, not \"" +
-            sInterface.toStdString() + '"');
+        throw std::runtime_error("--sacn-interface takes a name such as eth0 or an address, not \"" +
+                                 sInterface.toStdString() + '"');
     }
     return sInterface;
 }

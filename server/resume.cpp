@@ -7,7 +7,8 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-#include <mutex>
+#include <chrono>
+#include <memory>
 #include <stdexcept>
 #include <utility>
 
@@ -19,19 +20,8 @@ constexpr qint64 MaxFile = qint64{4} * 1024 * 1024;
 
 }  // namespace
 
-/// What came of the last writing, which is another thread's.
-struct Resume::Outcome {
-    std::mutex mutex;
-    bool pending = false;
-    QString error;
-};
-
 Resume::Resume(State& state, QString sPath, Log log)
-    : m_state(state),
-      m_sPath(std::move(sPath)),
-      m_log(std::move(log)),
-      m_pOutcome(std::make_shared<Outcome>()),
-      m_worker(1) {
+    : m_state(state), m_sPath(std::move(sPath)), m_log(std::move(log)), m_worker(1) {
     const QFileInfo info(m_sPath);
     if (info.exists() && !info.isFile()) {
         m_log(m_sPath + ": not a regular file; the show begins as written, and nothing is kept");
@@ -52,6 +42,7 @@ Resume::Resume(State& state, QString sPath, Log log)
         }
     }
     connect(&state, &State::changed, this, [this] {
+        m_bChanged = true;
         if (!m_timer.isActive()) {
             m_timer.start();
         }
@@ -59,7 +50,8 @@ Resume::Resume(State& state, QString sPath, Log log)
 }
 
 Resume::~Resume() {
-    if (m_timer.isActive()) {
+    m_worker.Finish();
+    if (m_bChanged) {
         Save();
     }
 }
@@ -113,22 +105,25 @@ std::string Resume::Text() const {
 }
 
 void Resume::Save() {
-    const std::lock_guard lock(m_pOutcome->mutex);
-    if (m_pOutcome->pending) {
-        m_timer.start();
+    m_timer.start();  // to see then what has come of it
+    if (m_error.valid() && m_error.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
         return;
     }
-    if (m_pOutcome->error.isEmpty() == m_bTold) {
+    const QString sError = m_error.valid() ? m_error.get() : QString();
+    if (sError.isEmpty() == m_bTold) {
         m_bTold = !m_bTold;
-        m_log(m_sPath + (m_bTold ? ": cannot be written: " + m_pOutcome->error : " is written again"));
+        m_log(m_sPath + (m_bTold ? ": cannot be written: " + sError : " is written again"));
     }
-    m_pOutcome->pending = true;
-    m_worker.Do([sPath = m_sPath, text = QByteArray::fromStdString(Text()), pOutcome = m_pOutcome] {
+    if (!std::exchange(m_bChanged, false) && sError.isEmpty()) {
+        m_timer.stop();
+        return;
+    }
+    const auto pError = std::make_shared<std::promise<QString>>();
+    m_error = pError->get_future();
+    m_worker.Do([sPath = m_sPath, text = QByteArray::fromStdString(Text()), pError] {
         QSaveFile file(sPath);
         const bool bWritten =
             file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
-        const std::lock_guard done(pOutcome->mutex);
-        pOutcome->pending = false;
-        pOutcome->error = bWritten ? QString() : file.errorString();
+        pError->set_value(bWritten ? QString() : file.errorString());
     });
 }

@@ -8,7 +8,7 @@
 #include <QTimer>
 
 #include <functional>
-#include <memory>
+#include <future>
 #include <string>
 
 /// Keeps in a file what a state is, for the next start to take it up. The file is one JSON object, whose
@@ -30,8 +30,6 @@ public:
     Resume& operator=(const Resume&) = delete;
 
 private:
-    struct Outcome;
-
     /// Complains by a std::exception.
     void TakeUp();
     std::string Text() const;
@@ -40,8 +38,9 @@ private:
     State& m_state;
     QString m_sPath;
     Log m_log;
-    QTimer m_timer;  ///< runs from a change to its writing, one second
-    std::shared_ptr<Outcome> m_pOutcome;
-    bool m_bTold = false;  ///< the log says that the file cannot be written
-    Worker m_worker;       ///< the disk may be slow
+    QTimer m_timer;                ///< to the next writing, or to the next try, one second
+    std::future<QString> m_error;  ///< of the last writing; empty if it went well
+    bool m_bChanged = false;       ///< since the last writing
+    bool m_bTold = false;          ///< the log says that the file cannot be written
+    Worker m_worker;               ///< the disk may be slow
 };

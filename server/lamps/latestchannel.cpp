@@ -22,21 +22,22 @@ void LatestChannel::Remove(std::size_t layer) {
 
 float LatestChannel::LevelAt(const std::vector<Layer>& layers, const std::vector<Layer::Position>& positions,
                              qint64 nNowMs) const {
+    const auto& [from, bByOwner, since, fade] = m_motion;
     if (m_owners.empty()) {
-        return m_default >= 0 && !IsMoving(nNowMs) ? m_default : m_from;
+        return m_default >= 0 && !IsMoving(nNowMs) ? m_default : from;
     }
     const Owner& owner = m_owners.back();
     const Layer& layer = layers[owner.layer];
     const Layer::Position& position = positions[owner.layer];
-    const double elapsed = (m_bByOwner ? layer.Clock(nNowMs) : static_cast<double>(nNowMs)) - m_since;
-    if (elapsed >= m_fade) {
+    const double elapsed = (bByOwner ? layer.Clock(nNowMs) : static_cast<double>(nNowMs)) - since;
+    if (elapsed >= fade) {
         return layer.Other(position, owner.other);
     }
     const float level =
-        m_bByOwner ? layer.OtherLevel(position.cue, owner.other) : layer.Other(position, owner.other);
-    return m_from + (level - m_from) * static_cast<float>(elapsed / m_fade);
+        bByOwner ? layer.OtherLevel(position.cue, owner.other) : layer.Other(position, owner.other);
+    return from + (level - from) * static_cast<float>(elapsed / fade);
 }
 
 bool LatestChannel::IsMoving(qint64 nNowMs) const {
-    return !m_bByOwner && static_cast<double>(nNowMs) - m_since < m_fade;
+    return !m_motion.byOwner && static_cast<double>(nNowMs) - m_motion.since < m_motion.fade;
 }

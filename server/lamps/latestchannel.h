@@ -4,6 +4,7 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -17,10 +18,17 @@ public:
         std::size_t other = 0;  ///< its place in Layer::Others()
         quint64 start = 0;      ///< the number of the layer's start
     };
+    /// It moves from a level to its owner's: in a time by the owner's clock, or by the caller's, in ms.
+    struct Motion {
+        float from = 0;
+        bool byOwner = false;
+        double since = 0;
+        double fade = 0;
+    };
     static constexpr float NoDefault = -1;
 
     LatestChannel(std::size_t at, float standard)
-        : m_at(at), m_default(standard), m_from(standard < 0 ? 0 : standard) {}
+        : m_at(at), m_default(standard), m_motion{std::max(standard, 0.0F)} {}
 
     std::size_t At() const { return m_at; }
     bool Has(std::size_t layer) const;
@@ -29,23 +37,8 @@ public:
     void Add(const Owner& owner);
     void Remove(std::size_t layer);
 
-    /// It moves from a level to its owner's: in a time by the owner's clock, or by the caller's, in ms.
-    void MoveByOwner(float from, double since, double fade) {
-        m_from = from, m_bByOwner = true, m_since = since, m_fade = fade;
-    }
-    void MoveByCaller(float from, double since, double fade) {
-        m_from = from, m_bByOwner = false, m_since = since, m_fade = fade;
-    }
-
-    /// It stands at once where its owner has it.
-    void Stand(qint64 nNowMs) { MoveByCaller(m_from, static_cast<double>(nNowMs), 0); }
-    /// It goes on as another one moves, whose owner has the same clock.
-    void MoveLike(const LatestChannel& other) {
-        m_from = other.m_from;
-        m_bByOwner = other.m_bByOwner;
-        m_since = other.m_since;
-        m_fade = other.m_fade;
-    }
+    void Move(const Motion& motion) { m_motion = motion; }
+    const Motion& CurrentMotion() const { return m_motion; }
 
     /// `positions`: of all layers, at `nNowMs`.
     float LevelAt(const std::vector<Layer>& layers, const std::vector<Layer::Position>& positions,
@@ -57,8 +50,5 @@ private:
     std::size_t m_at;
     float m_default;
     std::vector<Owner> m_owners;  ///< in the order in which they were started
-    float m_from;
-    bool m_bByOwner = false;
-    double m_since = 0;
-    double m_fade = 0;
+    Motion m_motion;
 };

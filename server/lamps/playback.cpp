@@ -171,9 +171,9 @@ void Playback::Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs) {
             }
         }
         if (channel.IsOwnedBy(layer)) {
-            channel.MoveByOwner(shown[iOther], sent.ReachedAt(iCue), sent.CueFade(iCue));
+            channel.Move({shown[iOther], true, sent.ReachedAt(iCue), sent.CueFade(iCue)});
         } else if (bOwned) {
-            channel.MoveByCaller(shown[iOther], static_cast<double>(nNowMs), fade);
+            channel.Move({shown[iOther], false, static_cast<double>(nNowMs), fade});
         }
     }
     std::stable_sort(pending.begin(), pending.end(), [&sent](const Pending& a, const Pending& b) {
@@ -197,7 +197,7 @@ void Playback::Advance(qint64 nNowMs) {
             const float shown = channel.LevelAt(m_layers, PositionsAt(nThenMs), nThenMs);
             channel.Add({i, iOther, m_started[i]});
             if (channel.IsOwnedBy(i)) {
-                channel.MoveByOwner(shown, reached, layer.CueFade(iCue));
+                channel.Move({shown, true, reached, layer.CueFade(iCue)});
             }
         }
         pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(nTaken));
@@ -326,7 +326,7 @@ void Playback::TakeOverLatest(const Playback& last, const Levels& open,
     }
     for (LatestChannel& channel : m_latest) {
         const auto was = known.find(channel.At());
-        channel.Stand(nNowMs);
+        channel.Move({});
         if (was != known.end()) {
             TakeOwners(*was->second, places, channel);
             known.erase(was);
@@ -344,13 +344,13 @@ void Playback::TakeOverLatest(const Playback& last, const Levels& open,
         m_patch.Put(at, channel.LevelAt(m_layers, positions, nNowMs), now);
         const std::size_t fine = at + (m_patch.HasFine(at) ? 1 : 0);
         if (now[at] != open[at] || now[fine] != open[fine]) {
-            channel.MoveByCaller(openLevel(at), static_cast<double>(nNowMs), Second);
+            channel.Move({openLevel(at), false, static_cast<double>(nNowMs), Second});
         }
     }
     for (const auto& [at, pLast] : known) {
         if (m_patch.IsOther(at)) {  // which nobody names any more: it stays
             m_latest.emplace_back(at, LatestChannel::NoDefault);
-            m_latest.back().MoveByCaller(openLevel(at), static_cast<double>(nNowMs), 0);
+            m_latest.back().Move({openLevel(at)});
         }
     }
     std::sort(m_latest.begin(), m_latest.end(),
@@ -374,7 +374,7 @@ void Playback::TakeOwners(const LatestChannel& last, const std::vector<std::size
             pending.erase(come);
         }
         if (last.IsOwnedBy(from) && channel.IsOwnedBy(to)) {
-            channel.MoveLike(last);
+            channel.Move(last.CurrentMotion());
         }
     }
 }

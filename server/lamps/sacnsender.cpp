@@ -139,14 +139,12 @@ bool SacnSender::Transmit(const QByteArray& packet, int nUniverse) {
 }
 
 void SacnSender::TellBeginning() {
-    QStringList receivers{"239.255.0.1 to 239.255.0.32"};
-    if (!m_options.to.isEmpty()) {
-        receivers.clear();
-        for (const QHostAddress& to : m_options.to) {
-            receivers.append(to.toString());
-        }
+    QStringList receivers;
+    for (const QHostAddress& to : m_options.to) {
+        receivers.append(to.toString());
     }
-    m_log("sACN: \"" + QString::fromStdString(m_source.name) + "\" sends to " + receivers.join(", ") +
+    m_log("sACN: \"" + QString::fromStdString(m_source.name) + "\" sends to " +
+          (receivers.isEmpty() ? "239.255.0.1 to 239.255.0.32" : receivers.join(", ")) +
           QString(" port %1 with priority %2").arg(sacn::Port).arg(m_options.priority) +
           (m_options.interface.isEmpty() ? QString() : " by " + m_options.interface));
     m_bBegun = true;
