@@ -430,14 +430,15 @@ private slots:
         UseMenu(m_pList.get(), 0, 0);
         QCOMPARE(names, QList<QVariantList>({{7, "a  b"}}));
 
-        // What is painted of a long name, and takes its time, is what fits.
-        const auto paint = [this](std::size_t nLength) {
-            Open({Scene{std::string(nLength, 'x'), 1, 0, 0, false}});
+        // What is painted of a name is one line, and of a long one, which takes its time, what fits.
+        const auto paint = [this](const std::string& sName) {
+            Open({Scene{sName, 1, 0, 0, false}});
             return m_pList->grab().toImage();
         };
-        QVERIFY(paint(250000) == paint(40));
-        QVERIFY(paint(40).copy(112, 1, 36, 52) == paint(0).copy(112, 1, 36, 52));  // nothing below the box
-        paint(250000);
+        const QImage fitting = paint(std::string(40, 'x'));
+        QVERIFY(fitting.copy(112, 1, 36, 52) == paint("").copy(112, 1, 36, 52));  // nothing below the box
+        QVERIFY(paint("a\u2028b\u2029c\nd") == paint("a b c d"));
+        QVERIFY(paint(std::string(250000, 'x')) == fitting);
         QVERIFY(m_pList->Part(0).name.size() < 1000);
     }
 

@@ -273,7 +273,9 @@ void CSceneList::PaintItem(QPainter& painter, int iItem) const {
     painter.setPen(item.state ? selectedPen : QPen(item.color));
     painter.setFont(nameFont);
     // No letter is narrower than a pixel: what follows these cannot be seen, and laying it out takes long.
-    const QString sSeen = item.name.left(nameRect.width());
+    QString sSeen = item.name.left(nameRect.width());
+    sSeen.replace(QChar::LineSeparator, ' ')
+        .replace(QChar::ParagraphSeparator, ' ');  // the rest stays on one line
     painter.drawText(nameRect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      nameMetrics.elidedText(sSeen, Qt::ElideRight, nameRect.width()));
 
