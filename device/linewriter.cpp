@@ -2,6 +2,8 @@
 
 #include <QVector>
 
+#include <cerrno>
+#include <poll.h>
 #include <unistd.h>
 
 namespace {
@@ -35,7 +37,11 @@ void LineWriter::Write(const QString& sLine) {
         for (ssize_t nAt = 0, nWritten = 0; nAt < text.size(); nAt += nWritten) {
             nWritten =
                 ::write(nDescriptor, text.constData() + nAt, static_cast<std::size_t>(text.size() - nAt));
-            if (nWritten <= 0) {
+            if (nWritten < 0 && errno == EAGAIN) {  // somebody else who writes there made it so
+                pollfd room{nDescriptor, POLLOUT, 0};
+                ::poll(&room, 1, -1);
+                nWritten = 0;
+            } else if (nWritten <= 0) {
                 return;  // nobody reads any more
             }
         }

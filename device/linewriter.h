@@ -10,7 +10,7 @@ QString Printable(const QString& sText);
 
 /// Writes lines to a descriptor without ever waiting for it: a terminal stopped by Ctrl+S, a pipe that nobody
 /// reads. What there is no room for is lost, and counted: "12 lines lost" stands before the next line that is
-/// written. The descriptor stays blocking, for it is shared with the shell and whoever else writes there.
+/// written. The descriptor stays as it is, for it is shared with the shell and whoever else writes there.
 class LineWriter {
 public:
     explicit LineWriter(int nDescriptor);
