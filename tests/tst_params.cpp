@@ -160,7 +160,7 @@ private slots:
     void dialog() {
         // A font that does not fit is made smaller, and names that do not are shortened.
         for (const int nPoints : {6, 14, 9}) {
-            QApplication::setFont(QFont("Sans", nPoints));
+            QApplication::setFont(QFont("Liberation Sans", nPoints));
             CGetNiDlg dialog({{"enx00c0ca123456 of the stage", "10.0.0.5", {}}}, nullptr);
             QVERIFY(dialog.size() == QSize(200, 100) &&
                     dialog.layout()->totalMinimumSize().boundedTo(dialog.size()) ==
