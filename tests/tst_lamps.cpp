@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <memory>
+#include <sys/stat.h>
 
 /// What leaves for the lamps, as a receiver on the network hears it.
 class TestLamps : public QObject {
@@ -213,8 +214,10 @@ private slots:
         {
             QProcess program;
             start(program, "listens");
+            const char* const pUniverse =
+                R"(13,"content":{"universe":0,"channels":[{"c":97,"l":300,"s":true},{"c":98,"l":-7,"s":true}]})";
             for (const char* pMessage :
-                 {R"(8,"content":{"id":4,"s":true})", R"(9,"content":{"id":5,"s":true})",
+                 {R"(8,"content":{"id":4,"s":true})", R"(9,"content":{"id":5,"s":true})", pUniverse,
                   R"(12,"content":{"chan":99,"univ":0,"level":999,"s":true})",
                   R"(11,"content":{"dim":50})"}) {
                 remote.writeDatagram(QByteArray("{\"typ\":") + pMessage + '}', QHostAddress::LocalHost, 8093);
@@ -232,20 +235,27 @@ private slots:
             QCOMPARE(level(1), 128);  // of Stage warm; 255 at half, with no fade
             QCOMPARE(level(33), 128);
             QCOMPARE(level(49), 70);  // pan of the program that was started last, in its first step
-            QCOMPARE(level(100), 255);
+            QCOMPARE(m_packet.mid(126 + 97, 3), QByteArray("\xff\0\xff", 3));  // held, within 0 to 255
             program.kill();
             program.waitForFinished();
         }
         for (const auto& [pText, pSays] :
              {std::pair{R"({"content":[{"typ":8,"content":{"id":99,"s":true}}]})", ": 0 run, 1 left out"},
-              {"{\"content\":[", ".damaged"}}) {
-            WriteFile(sKept, pText);
+              {"{\"content\":[", ".damaged"},
+              {"large", "not a file below 4 MB"},
+              {"pipe", "not a regular file"}}) {
+            const QByteArray text(pText);
+            if (text == "pipe") {
+                QVERIFY(mkfifo(qPrintable(sKept), 0600) == 0);
+            } else {
+                WriteFile(sKept, text == "large" ? QByteArray(5000000, ' ') : text);
+            }
             QProcess program;
             start(program, pSays);
             program.kill();
             program.waitForFinished();
         }
-        QVERIFY(!QFile::exists(sKept) && QFile::exists(sKept + ".damaged"));
+        QVERIFY(!QFileInfo(sKept).isFile() && QFileInfo(sKept + ".damaged").size() == 5000000);
     }
 
     /// Nobody reads the log for a while, or its reader dies: lamps follow and streams end all the same, and

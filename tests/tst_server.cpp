@@ -113,6 +113,7 @@ private slots:
             leaving.Send(MessageType::StateRequest);
             leaving.Send(MessageType::Goodbye);
         }
+        Stranger(4).Send(messages::Scene(1, 0, true));  // a button takes no place
         Stranger next(5);
         next.Send(MessageType::StateRequest);
         QVERIFY(QTest::qWaitFor([&next] { return next.Count("\"scn\"") == 1; }));
@@ -294,7 +295,9 @@ private slots:
         talk(8, 1400,
              {"discovery,serial", "state request,state", "alive,alive", "scene", "program",
               "scene poll,scene states", "color", "next", "command poll,color,commands", "channel,channel",
-              "channel poll,held channels", "record,recorded", "goodbye"});
+              "channel poll,held channels", "record,recorded",
+              "scene,commands",  // what a remote shows as off after a start, and is on
+              "goodbye"});
         talk(8, 36, {"discovery,fragment 1,fragment 2"});
         talk(0, 1400, {"state request,too many"});
     }
