@@ -1,4 +1,5 @@
-#include "server/lamps/sacnsender.h"
+#include "server/lamps/lampoutput.h"
+#include "server/show/showreader.h"
 #include "tests/files.h"
 
 #include <QtNetwork>
@@ -153,6 +154,49 @@ private slots:
         Send(6000, 0, "11", heard);
         QVERIFY2(heard.join(' ').contains("1:0 2:0"), qPrintable(heard.join('|')));
         QVERIFY2(m_log.size() == 2 && m_log[1].contains("works again"), qPrintable(m_log.join('\n')));
+    }
+
+    /// A fade of a second, in levels that say when each frame was made; beside it a held channel where no
+    /// lamp is. A frame that was late is not made up for, and ends are told a frame apart.
+    void fade() {
+        State state(ReadShow("rig", R"({
+"fixtures": [{"name": "Lamp", "universe": 2, "channel": 1, "layout": "if"}],
+"scenes": [{"id": 1, "name": "On", "fade": 1, "levels": {"Lamp": [255, 255]}}]})"));
+        SacnSender::Options options;
+        options.interface = "lo";
+        LampOutput lamps(state, options, [](const QString&) {});
+        lamps.Start();
+        state.Hold({0, 31, 7, true});
+        QString sHeard;
+        QVERIFY(QTest::qWaitFor([&] { return (sHeard += Heard()).contains("32:7"); }));
+        int nTicks = 0;
+        QTimer ticks;
+        ticks.setTimerType(Qt::PreciseTimer);
+        connect(&ticks, &QTimer::timeout, [&nTicks] { QThread::msleep(++nTicks % 9 == 0 ? 60 : 0); });
+        ticks.start(25);
+        state.Switch({false, 1}, true);
+        QElapsedTimer clock;
+        clock.start();
+        QVector<int> levels;
+        const auto hear = [&] {
+            while (m_receiver.hasPendingDatagrams()) {
+                const QByteArray packet = m_receiver.receiveDatagram().data();
+                levels += Byte(packet, 114) == 2 ? 256 * Byte(packet, 126) + Byte(packet, 127) : 0;
+            }
+            return levels.removeAll(0), levels.count(65535) == 4;
+        };
+        QVERIFY(QTest::qWaitFor(hear, 20000));
+        QVERIFY(clock.elapsed() >= 999 && levels.size() > nTicks / 2);
+        for (int i = 1; levels[i] < 65535; ++i) {
+            QVERIFY2(levels[i] > levels[i - 1] + 18 * 65, qPrintable(QString::number(i)));
+        }
+        QSignalSpy finished(&lamps, &LampOutput::finished);
+        ticks.stop();
+        clock.start();
+        lamps.Finish();
+        QVERIFY(finished.wait(20000) && clock.elapsed() >= 45);
+        sHeard = Heard(30);
+        QVERIFY2(sHeard.count("!2:255") == 3 && sHeard.count("!32:7") == 3, qPrintable(sHeard));
     }
 
     /// The program: whatever a remote switches goes to the lamps, and every way to end it is told to

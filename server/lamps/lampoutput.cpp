@@ -76,12 +76,9 @@ void LampOutput::SendFrame() {
         emit finished();
         return;
     }
-    const bool bLate = nNowMs - m_nFrameMs > m_timer.interval() + 1;
     m_nFrameMs = nNowMs;
     const qint64 nWaitMs = m_pPlayback->IsMoving(nNowMs) ? FrameMs : m_sender.DueMs() - nNowMs;
-    const int nNextMs = static_cast<int>(std::clamp<qint64>(nWaitMs, FrameMs, StillMs));
-    // The timer makes up for what was late by the next one, which receivers would not follow.
-    if (bLate || nNextMs != m_timer.interval()) {
-        m_timer.start(nNextMs);
-    }
+    // From now: left alone, the timer makes up for a late frame by the next one, which receivers do not
+    // follow.
+    m_timer.start(static_cast<int>(std::clamp<qint64>(nWaitMs, FrameMs, StillMs)));
 }
