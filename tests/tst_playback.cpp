@@ -49,7 +49,7 @@ class TestPlayback : public QObject {
                           { 'fade': 1, 'hold': 1, 'levels': { 'Head 1': [100, 0] } } ] },
     { 'id': 4, 'steps': [ { 'hold': 0.5, 'levels': { 'Dim 1': [10], 'Head 2': [77, 0] } },
                           { 'levels': { 'Dim 2': [20] } }, { 'hold': 0.5, 'levels': { 'Dim 3': [30] } } ] },
-    { 'id': 5, 'steps': [] },
+    { 'id': 5, 'steps': [] }, { 'id': 7, 'level': 51, 'steps': [ { 'levels': { 'Dim 1': [100], 'Dim 3': [50] } } ] },
     { 'id': 6, 'steps': [ { 'fade': 1, 'hold': 1, 'levels': { 'Dim 1': [10] } },
                           { 'fade': 1, 'hold': 1, 'levels': { 'Head 1': [100, 0] } } ] } ],
 'fixtures': [
@@ -180,6 +180,7 @@ independent: s10+ 1000 81=70,80 rgb=1,2,3 81=70,80 white=1 dim=50 81=70,80 white
 default: 71=128,64 s10+ 1000 71=200,100 s10- 71=200,100 1999 71=200,100 moving 2000 71=128,64 still rgb=1 71=128,64
 held: c1=5 1=5 c1 c31=77 31=77 bo=1 31=77 white=1 31=77 c21=5 21=5 c31=0 31=0 bo=0 31=0 c31 31=255 c500=9 500=9 c500 500=0
 program: p1+ 500 31=50 1999 31=100 2500 31=50,50 4500 31=50,50 moving p1- 5000 31=25,25 5500 31=0 still
+program's level, with a hole: p7+ 31=20,0,10,0
 program for ten days: p1+ 864000500 31=50,50 864001500 31=100,0 next 864002000 31=50,50
 program of no time: p22+ 34=10 still 9000 34=10 next 34=20 next next 34=10 prev 34=30 hold=1 prev 34=20
     hold=0 34=20 p22- 34=0
