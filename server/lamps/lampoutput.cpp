@@ -1,6 +1,7 @@
 #include "server/lamps/lampoutput.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 namespace {
@@ -76,9 +77,13 @@ void LampOutput::SendFrame() {
         emit finished();
         return;
     }
+    const qint64 nOffMs = nNowMs - m_nFrameMs - m_timer.interval();
     m_nFrameMs = nNowMs;
     const qint64 nWaitMs = m_pPlayback->IsMoving(nNowMs) ? FrameMs : m_sender.DueMs() - nNowMs;
-    // From now: left alone, the timer makes up for a late frame by the next one, which receivers do not
-    // follow.
-    m_timer.start(static_cast<int>(std::clamp<qint64>(nWaitMs, FrameMs, StillMs)));
+    const int nNextMs = static_cast<int>(std::clamp<qint64>(nWaitMs, FrameMs, StillMs));
+    // Left alone, the timer keeps its phase: the next would follow a late frame too soon, and one out of
+    // turn.
+    if (std::abs(nOffMs) > 1 || nNextMs != m_timer.interval()) {
+        m_timer.start(nNextMs);
+    }
 }
