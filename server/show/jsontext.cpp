@@ -6,6 +6,7 @@
 #include <array>
 #include <map>
 #include <set>
+#include <simdjson.h>
 #include <stdexcept>
 
 namespace {
@@ -98,6 +99,11 @@ JsonText::JsonText(const QString& sPath, const QByteArray& text)
         }
         bText = bText != (m_text[at] == '"');
         at += bText && m_text[at] == '\\' ? 1U : 0U;
+    }
+    // The toolkit's parser says where a mistake is, but loses memory where a good text has a key twice.
+    simdjson::dom::parser parser;
+    if (parser.parse(m_text).error() == simdjson::SUCCESS) {
+        return;
     }
     QJsonParseError error;
     if (QJsonDocument::fromJson(text, &error); error.error != QJsonParseError::NoError) {
