@@ -233,11 +233,11 @@ Show FullShow() {
     };
     for (int i = 0; i < 32; ++i) {
         show.scenes.push_back(Entry(i, i));
-        show.looks[i] = {levels(i), 200, 3600};
+        show.looks[{false, i}] = {{{levels(i), 3600}}, 200};
     }
     for (int i = 0; i < 16; ++i) {
         show.programs.push_back(Entry(i, -1));
-        show.chases[i].steps = {{levels(i), 1, 1}, {levels(2 * i), 2, 0}, {levels(3 * i), 3, 1}};
+        show.looks[{true, i}].steps = {{levels(i), 1, 1}, {levels(2 * i), 2, 0}, {levels(3 * i), 3, 1}};
     }
     return show;
 }

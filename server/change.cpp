@@ -16,7 +16,7 @@ Change TakeSwitch(State& state, const JSONNode& content, bool bProgram) {
     Change change;
     change.words =
         QString("%1 %2 %3").arg(bProgram ? "program" : "scene").arg(asked.id).arg(OnOff(asked.state));
-    const State::Running running{bProgram, asked.id};
+    const Playable running{bProgram, asked.id};
     if (state.Switch(running, asked.state)) {
         change.message = bProgram ? messages::Program(asked.id, asked.state)
                                   : messages::Scene(asked.id, state.Find(running)->area, asked.state);

@@ -68,15 +68,11 @@ int NewId(const std::vector<Scene>& scenes) {
 
 /// Calls visit for each slot of what runs.
 template <typename Visit>
-void ForEachSlot(const Show& show, const State::Running& running, Visit visit) {
-    const auto look = show.looks.find(running.id);
-    const auto chase = show.chases.find(running.id);
-    if (running.program && chase != show.chases.end()) {
-        for (const Chase::Step& step : chase->second.steps) {
-            std::for_each(step.levels.begin(), step.levels.end(), visit);
-        }
-    } else if (!running.program && look != show.looks.end()) {
-        std::for_each(look->second.levels.begin(), look->second.levels.end(), visit);
+void ForEachSlot(const Show& show, const Playable& running, Visit visit) {
+    const auto look = show.looks.find(running);
+    for (std::size_t i = 0; look != show.looks.end() && i < look->second.steps.size(); ++i) {
+        const Slots& levels = look->second.steps[i].levels;
+        std::for_each(levels.begin(), levels.end(), visit);
     }
 }
 
@@ -110,10 +106,10 @@ showtext::NamedLevels LevelsOf(const Show& show, const Channels& channels, const
 /// What is to run when a scene is recorded of these channels: it, and all that runs, but for what lights them
 /// alone or makes room in its area. `names` gets those that go on and light some of them. Throws
 /// std::runtime_error if one would have to make room that lights more.
-std::vector<State::Running> RunsWith(const Scene& scene, const Show& show, const State& state,
-                                     const Channels& channels, QStringList& names) {
-    std::vector<State::Running> runs;
-    for (const State::Running& running : state.Runs()) {
+std::vector<Playable> RunsWith(const Scene& scene, const Show& show, const State& state,
+                               const Channels& channels, QStringList& names) {
+    std::vector<Playable> runs;
+    for (const Playable& running : state.Runs()) {
         const Scene* const pEntry = state.Find(running);
         const QString sName = '"' + QString::fromStdString(pEntry->name) + '"';
         bool bLights = false;
@@ -124,7 +120,7 @@ std::vector<State::Running> RunsWith(const Scene& scene, const Show& show, const
             bInside = bInside || channels[slot.at];
             bOutside = bOutside || !channels[slot.at];
         });
-        const bool bItself = running == State::Running{false, scene.id};
+        const bool bItself = running == Playable{false, scene.id};
         const bool bMakesRoom = !running.program && pEntry->area == scene.area;
         if (!bItself && bMakesRoom && bOutside) {
             throw std::runtime_error(sName.toStdString() +
@@ -185,7 +181,7 @@ QString Record(State& state, const Levels& open, ShowFile& file, const Recording
             moved.set(slot.at);
         }
     });
-    for (const State::Running& running : state.Runs()) {
+    for (const Playable& running : state.Runs()) {
         ForEachSlot(show, running, [&](const Slot& slot) { moved.set(slot.at); });
     }
     const showtext::NamedLevels named = LevelsOf(show, taken, moved, levels);
@@ -195,11 +191,11 @@ QString Record(State& state, const Levels& open, ShowFile& file, const Recording
     const QByteArray newText = bNew ? showtext::WithScene(text, scene, wanted.fadeMs / Second, named)
                                     : showtext::WithLevels(text, iScene, named);
     Show newShow = ReadShow(file.Path(), newText);
-    if (newShow.looks.at(scene.id).submaster != NoSubmaster) {
+    if (newShow.looks.at({false, scene.id}).submaster != NoSubmaster) {
         throw std::runtime_error("the \"level\" of that scene would dim it: take it out of the file first");
     }
     QStringList lighting;
-    const std::vector<State::Running> runs = RunsWith(scene, newShow, state, channels, lighting);
+    const std::vector<Playable> runs = RunsWith(scene, newShow, state, channels, lighting);
     Color color = state.CurrentColor();
     const bool bColorStays = ColorsOthers(color, channels, patch);
     color.state = bColorStays;

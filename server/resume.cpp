@@ -89,7 +89,7 @@ void Resume::TakeUp() {
 
 std::string Resume::Text() const {
     std::string sText = "{\n\"content\" : [\n";
-    for (const State::Running& running : m_state.Runs()) {
+    for (const Playable& running : m_state.Runs()) {
         sText += running.program ? messages::Program(running.id, true)
                                  : messages::Scene(running.id, m_state.Find(running)->area, true);
         sText += ",\n";

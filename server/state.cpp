@@ -22,7 +22,7 @@ Color Clamped(const Color& color) {
 
 /// Of a const show a const one.
 template <typename AnyShow>
-auto FindIn(AnyShow& show, const State::Running& running) {
+auto FindIn(AnyShow& show, const Playable& running) {
     auto& entries = running.program ? show.programs : show.scenes;
     const auto entry =
         std::find_if(entries.begin(), entries.end(), [&](const Scene& s) { return s.id == running.id; });
@@ -49,11 +49,11 @@ State::State(Show show) : m_show(std::move(show)) {
     }
 }
 
-const Scene* State::Find(const Running& running) const {
+const Scene* State::Find(const Playable& running) const {
     return FindIn(m_show, running);
 }
 
-void State::Replace(Show show, std::vector<Running> runs, const Color& color, const Universes& held) {
+void State::Replace(Show show, std::vector<Playable> runs, const Color& color, const Universes& held) {
     emit showLeaves();
     show.serial = m_show.serial;
     m_show = std::move(show);
@@ -63,7 +63,7 @@ void State::Replace(Show show, std::vector<Running> runs, const Color& color, co
         }
     }
     m_runs.clear();
-    for (const Running& running : runs) {
+    for (const Playable& running : runs) {
         Run(running, true);
     }
     m_color = color;
@@ -73,7 +73,7 @@ void State::Replace(Show show, std::vector<Running> runs, const Color& color, co
     emit changed();
 }
 
-bool State::Switch(const Running& running, bool bOn) {
+bool State::Switch(const Playable& running, bool bOn) {
     if (!Run(running, bOn)) {
         return false;
     }
@@ -84,7 +84,7 @@ bool State::Switch(const Running& running, bool bOn) {
     return true;
 }
 
-bool State::Run(const Running& running, bool bOn) {
+bool State::Run(const Playable& running, bool bOn) {
     Scene* const pEntry = FindIn(m_show, running);
     if (pEntry == nullptr) {
         return false;
@@ -99,7 +99,7 @@ bool State::Run(const Running& running, bool bOn) {
 }
 
 void State::SetRunning(Scene& entry, bool bProgram, bool bOn) {
-    const Running running{bProgram, entry.id};
+    const Playable running{bProgram, entry.id};
     m_runs.erase(std::remove(m_runs.begin(), m_runs.end(), running), m_runs.end());
     if (bOn) {
         m_runs.push_back(running);
@@ -110,7 +110,7 @@ void State::SetRunning(Scene& entry, bool bProgram, bool bOn) {
 void State::StopAll() {
     m_bTakenUp = true;
     while (!m_runs.empty()) {
-        Switch(Running(m_runs.back()), false);
+        Switch(Playable(m_runs.back()), false);
     }
 }
 

@@ -9,7 +9,6 @@
 
 #include <QObject>
 
-#include <tuple>
 #include <vector>
 
 /// What a show does at this moment: what runs, the operator's colour and commands, the channels that are
@@ -21,16 +20,6 @@ class State : public QObject {
     Q_OBJECT
 
 public:
-    /// Something that runs: a scene or, by its own ids, a program.
-    struct Running {
-        bool program = false;
-        int id = 0;
-        bool operator==(const Running& other) const { return program == other.program && id == other.id; }
-        bool operator<(const Running& other) const {
-            return std::tie(program, id) < std::tie(other.program, other.id);
-        }
-    };
-
     /// Begins as the show says: its scenes run, then its programs, in their order. Its colour has white where
     /// a fixture has.
     explicit State(Show show);
@@ -38,21 +27,21 @@ public:
     /// The show; `state` of its scenes and programs says which run.
     const Show& CurrentShow() const { return m_show; }
     /// What runs, in the order in which it was started.
-    const std::vector<Running>& Runs() const { return m_runs; }
+    const std::vector<Playable>& Runs() const { return m_runs; }
     const Color& CurrentColor() const { return m_color; }
     /// Next and previous are never set in it.
     const Command& CurrentCommand() const { return m_command; }
     const Universes& Held() const { return m_held; }
     /// A scene or program of the show; null for an id that it has not.
-    const Scene* Find(const Running& running) const;
+    const Scene* Find(const Playable& running) const;
 
     /// Plays another show from now on. Of what is to run, what it has not is left out, and of scenes of one
     /// area all but the last; nothing else begins. Commands and the serial stay.
-    void Replace(Show show, std::vector<Running> runs, const Color& color, const Universes& held);
+    void Replace(Show show, std::vector<Playable> runs, const Color& color, const Universes& held);
 
     /// Starts (true) or stops. A scene that starts stops the others of its area; whatever starts, also what
     /// runs already, releases the colour, but no command. False if the show has none such.
-    bool Switch(const Running& running, bool bOn);
+    bool Switch(const Playable& running, bool bOn);
     /// Stops all that runs, for what ran before the program's end to be taken up: it is to stand at once, and
     /// not to fade up once more.
     void StopAll();
@@ -72,7 +61,7 @@ signals:
     void showLeaves();
     void showReplaced();
     /// `bReleasesColor`: by this start the colour, which was on, went off.
-    void switched(const State::Running& running, bool bOn, bool bReleasesColor);
+    void switched(const Playable& running, bool bOn, bool bReleasesColor);
     /// The hand set the colour, or let it go.
     void colorTaken();
     /// The flags are those that are done once.
@@ -82,11 +71,11 @@ signals:
 
 private:
     /// False if the show has none such.
-    bool Run(const Running& running, bool bOn);
+    bool Run(const Playable& running, bool bOn);
     void SetRunning(Scene& entry, bool bProgram, bool bOn);
 
     Show m_show;
-    std::vector<Running> m_runs;
+    std::vector<Playable> m_runs;
     Color m_color;
     Command m_command;
     Universes m_held;

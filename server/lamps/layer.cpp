@@ -54,8 +54,9 @@ void ForEachRun(Layer::Row from, Layer::Row to, Visit visit) {
 Layer::Layer(const std::vector<Cue>& cues, bool bFollows, const Patch& patch) : m_bFollows(bFollows) {
     double end = 0;
     for (std::size_t i = 0; i < cues.size(); ++i) {
-        end += cues[i].fade + cues[i].hold;
-        m_cues.push_back({cues[i].fade, cues[i].hold, end});
+        const double fade = cues[i].pStep->fade * 1000;
+        const double hold = cues[i].pStep->hold * 1000;
+        m_cues.push_back({fade, hold, end += fade + hold});
         Add(static_cast<int>(i), cues[i], patch);
     }
     std::stable_sort(m_named.begin(), m_named.end(),
@@ -71,7 +72,7 @@ Layer::Layer(const std::vector<Cue>& cues, bool bFollows, const Patch& patch) : 
 }
 
 void Layer::Add(int iCue, const Cue& cue, const Patch& patch) {
-    const Slots& levels = *cue.pLevels;
+    const Slots& levels = cue.pStep->levels;
     for (std::size_t i = 0; i < levels.size(); ++i) {
         const std::size_t at = levels[i].at;
         const bool bFine = patch.HasFine(at) && i + 1 < levels.size();

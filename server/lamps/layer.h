@@ -14,12 +14,10 @@
 /// jumps. What it keeps grows with what its cues name, and not with how many there are.
 class Layer {
 public:
-    /// A scene or a step.
+    /// A scene or a step of a program, which the constructor reads.
     struct Cue {
-        const Slots* pLevels = nullptr;  ///< read by the constructor only
-        int submaster = 255;
-        double fade = 0;  ///< milliseconds, as all times here
-        double hold = 0;
+        const Look::Step* pStep;
+        int submaster;
     };
     /// Channels side by side, and where their levels stand among all of them.
     struct Run {
@@ -116,7 +114,7 @@ private:
         float level;
     };
     struct Timing {
-        double fade;
+        double fade;  ///< milliseconds, as all times but those of a show
         double hold;
         double end;  ///< of the hold, since the first cue's beginning
     };

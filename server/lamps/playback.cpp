@@ -19,8 +19,6 @@ constexpr qint64 LongAgoMs = qint64{86400} * 1000 * 5;
 constexpr float Full = 255;
 constexpr std::size_t NoPlace = std::numeric_limits<std::size_t>::max();
 
-const Slots NoLevels;
-
 /// Whether a layer is anywhere brighter than these levels.
 bool ShowsMore(const Layer& layer, const Levels& levels, qint64 nNowMs) {
     FineLevels shown{};
@@ -33,19 +31,17 @@ bool ShowsMore(const Layer& layer, const Levels& levels, qint64 nNowMs) {
 }  // namespace
 
 Playback::Playback(const State& state, Clock clock) : m_state(state), m_patch(state.CurrentShow().fixtures) {
-    AddScenes(state.CurrentShow());
-    AddPrograms(state.CurrentShow());
+    AddLayers(state.CurrentShow());
     FindLatest();
     const qint64 nStartMs = clock() - (state.IsTakenUp() ? LongAgoMs : 0);
     TakeSpeed(nStartMs, state.IsTakenUp());
-    for (const State::Running& running : state.Runs()) {
+    for (const Playable& running : state.Runs()) {
         Switch(running, true, false, nStartMs);
     }
     TakeSpeed(clock(), state.CurrentCommand().hold);
-    connect(&state, &State::switched, this,
-            [this, clock](const State::Running& running, bool bOn, bool bReleases) {
-                Switch(running, bOn, bReleases, clock());
-            });
+    connect(&state, &State::switched, this, [this, clock](const Playable& running, bool bOn, bool bReleases) {
+        Switch(running, bOn, bReleases, clock());
+    });
     connect(&state, &State::colorTaken, this, [this] {
         // Remotes release a colour once more that a start has released: that goes on fading.
         m_released = m_state.CurrentColor().state ? ChannelSet() : m_released;
@@ -56,45 +52,34 @@ Playback::Playback(const State& state, Clock clock) : m_state(state), m_patch(st
     });
 }
 
-void Playback::AddScenes(const Show& show) {
+void Playback::AddLayers(const Show& show) {
+    static const Look Dark{{{}}};
+    const auto look = [&show](const Playable& which) -> const Look& {
+        const auto found = show.looks.find(which);
+        return found == show.looks.end() ? Dark : found->second;
+    };
     std::map<int, std::size_t> areas;
     std::vector<std::vector<Layer::Cue>> layers;
     for (const Scene& scene : show.scenes) {
         const std::size_t layer = areas.emplace(scene.area, areas.size()).first->second;
         layers.resize(areas.size());
+        const Look& shown = look({false, scene.id});
         m_places[{false, scene.id}] = {layer, static_cast<int>(layers[layer].size())};
-        const auto look = show.looks.find(scene.id);
-        layers[layer].push_back(
-            look == show.looks.end()
-                ? Layer::Cue{&NoLevels}
-                : Layer::Cue{&look->second.levels, look->second.submaster, look->second.fade * Second});
+        layers[layer].push_back({&shown.steps.front(), shown.submaster});
     }
-    for (const std::vector<Layer::Cue>& cues : layers) {
-        AddLayer(cues, false);
-    }
-}
-
-void Playback::AddPrograms(const Show& show) {
     for (const Scene& program : show.programs) {
-        const auto chase = show.chases.find(program.id);
-        std::vector<Layer::Cue> cues;
-        if (chase != show.chases.end()) {
-            for (const Chase::Step& step : chase->second.steps) {
-                cues.push_back(
-                    {&step.levels, chase->second.submaster, step.fade * Second, step.hold * Second});
-            }
+        const Look& played = look({true, program.id});
+        m_places[{true, program.id}].layer = layers.size();
+        layers.emplace_back();
+        for (const Look::Step& step : played.steps) {
+            layers.back().push_back({&step, played.submaster});
         }
-        if (cues.empty()) {
-            cues.push_back({&NoLevels});
-        }
-        m_places[{true, program.id}].layer = m_layers.size();
-        AddLayer(cues, true);
     }
-}
-
-void Playback::AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows) {
-    m_layers.emplace_back(cues, bFollows, m_patch);
-    m_started.push_back(0);
+    for (std::size_t i = 0; i < layers.size(); ++i) {
+        m_layers.emplace_back(layers[i], i >= areas.size(), m_patch);
+    }
+    m_started.resize(layers.size());
+    m_pending.resize(layers.size());
 }
 
 void Playback::FindLatest() {
@@ -107,7 +92,6 @@ void Playback::FindLatest() {
     for (const auto& [at, standard] : channels) {
         m_latest.emplace_back(at, standard);
     }
-    m_pending.resize(m_layers.size());
 }
 
 LatestChannel& Playback::Latest(std::size_t at) {
@@ -115,7 +99,7 @@ LatestChannel& Playback::Latest(std::size_t at) {
                              [](const LatestChannel& channel, std::size_t n) { return channel.At() < n; });
 }
 
-void Playback::Switch(const State::Running& running, bool bOn, bool bReleasesColor, qint64 nNowMs) {
+void Playback::Switch(const Playable& running, bool bOn, bool bReleasesColor, qint64 nNowMs) {
     const auto [layer, iScene] = m_places.at(running);
     const int iCue = running.program ? std::max(m_layers[layer].Sent(), 0) : iScene;
     const bool bFromColor = bOn && (bReleasesColor || ReleaseProgress(nNowMs) < 1);

@@ -67,13 +67,11 @@ private:
                     LatestChannel& channel);
     /// How much is left of the difference to a last show: 1 at first, 0 a second later.
     float LeftOver(qint64 nNowMs) const;
-    void AddScenes(const Show& show);
-    void AddPrograms(const Show& show);
+    void AddLayers(const Show& show);
     void FindLatest();
     /// One that does so already goes on as it does.
-    void Switch(const State::Running& running, bool bOn, bool bReleasesColor, qint64 nNowMs);
+    void Switch(const Playable& running, bool bOn, bool bReleasesColor, qint64 nNowMs);
     void TakeSpeed(qint64 nNowMs, bool bPause);
-    void AddLayer(const std::vector<Layer::Cue>& cues, bool bFollows);
     /// Sends a layer to a cue, -1 to nothing. `bStarts`: it comes to be the last started.
     void Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs);
     /// Lets programs take what they have come to since.
@@ -96,7 +94,7 @@ private:
     ChannelSet m_released;                        ///< what the colour had replaced then
     qint64 m_nReleaseMs = 0;
     double m_releaseFade = 0;
-    std::map<State::Running, Place> m_places;
+    std::map<Playable, Place> m_places;
     quint64 m_nStarts = 0;
     std::vector<std::pair<std::size_t, float>>
         m_left;              ///< by how much levels differed from those of a last show

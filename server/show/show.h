@@ -8,6 +8,7 @@
 
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 /// Units of one kind, patched side by side.
@@ -35,22 +36,25 @@ struct Slot {
 /// Each channel once at most, in rising order; both halves of a channel with a fine half, or none.
 using Slots = std::vector<Slot>;
 
-/// What the lamps do in a scene.
+/// What the lamps do: in a scene one step, in a program one after the other, and round again.
 struct Look {
-    Slots levels;
-    int submaster = 255;  ///< 0 to 255, over all of it
-    double fade = 0;      ///< seconds, from 0 on
-};
-
-/// What they do in a program: one step after the other, and round again.
-struct Chase {
     struct Step {
         Slots levels;
         double fade = 0;  ///< seconds until it stands, from 0 on
         double hold = 0;  ///< seconds that it stands, from 0 on
     };
     std::vector<Step> steps;
-    int submaster = 255;
+    int submaster = 255;  ///< 0 to 255, over all of it
+};
+
+/// Which scene or, by its own ids, which program.
+struct Playable {
+    bool program = false;
+    int id = 0;
+    bool operator==(const Playable& other) const { return program == other.program && id == other.id; }
+    bool operator<(const Playable& other) const {
+        return std::tie(program, id) < std::tie(other.program, other.id);
+    }
 };
 
 /// What a server plays: its serial, its scenes and its programs, and the lamps that they light.
@@ -59,8 +63,7 @@ struct Show {
     std::vector<Scene> scenes;
     std::vector<Scene> programs;
     std::vector<Fixture> fixtures;
-    std::map<int, Look> looks;    ///< by the scene's id; a scene that has none lights nothing
-    std::map<int, Chase> chases;  ///< by the program's id; the same
+    std::map<Playable, Look> looks;  ///< what has none lights nothing
 
     /// A small house with a stage, for people who have no show of their own at hand: shows/house.json.
     static Show BuiltIn();

@@ -129,69 +129,66 @@ private:
 
     void ReadScene(const JsonItem& item) {
         Scene scene;
-        Look look;
+        Look look{{{}}};
         bool bLook = false;
-        Keys keys = LookKeys(look.levels, look.fade, bLook, Optional);
+        Keys keys = StepKeys(look.steps.front(), bLook, Optional);
         keys.push_back({"area", Optional, [&](const auto& m) { scene.area = m.Int(0); }});
-        ReadEntry(item, keys, scene, m_sceneIds, look.submaster, bLook);
+        ReadEntry(item, keys, {false}, scene, look, bLook);
         if (scene.state && scene.area >= 0 && !m_runningAreas.insert(scene.area).second) {
             item.Fail("another scene of area " + std::to_string(scene.area) + " runs at the start already");
-        }
-        if (bLook) {
-            m_show.looks[scene.id] = std::move(look);
         }
         m_show.scenes.push_back(scene);
     }
 
     void ReadProgram(const JsonItem& item) {
         Scene program;
-        Chase chase;
+        Look look;
         bool bSteps = false;
         const auto readStep = [&](const JsonItem& step) {
-            Chase::Step& read = chase.steps.emplace_back();
-            Keys keys = LookKeys(read.levels, read.fade, bSteps, Needed);
+            Look::Step& read = look.steps.emplace_back();
+            Keys keys = StepKeys(read, bSteps, Needed);
             keys.push_back({"hold", Optional, [&](const auto& m) { read.hold = m.Seconds(); }});
             step.ReadMembers(keys);
         };
-        const Keys keys{{"steps", Optional, [&](const auto& m) { m.ForEachElement("a step", readStep); }}};
-        ReadEntry(item, keys, program, m_programIds, chase.submaster, bSteps);
-        if (bSteps) {
-            m_show.chases[program.id] = std::move(chase);
-        }
+        ReadEntry(item, {{"steps", Optional, [&](const auto& m) { m.ForEachElement("a step", readStep); }}},
+                  {true}, program, look, bSteps);
         m_show.programs.push_back(program);
     }
 
     /// Reads a scene or program, its own keys first. Where it has lamps, its level is their submaster; else
     /// any number is one, for it only goes to remotes.
-    static void ReadEntry(const JsonItem& item, Keys keys, Scene& entry, std::set<int>& ids, int& nSubmaster,
-                          const bool& bLamps) {
+    void ReadEntry(const JsonItem& item, Keys keys, Playable which, Scene& entry, Look& look,
+                   const bool& bLamps) {
         const auto readId = [&](const JsonItem& m) {
-            entry.id = m.Int();
-            if (!ids.insert(entry.id).second) {
+            entry.id = which.id = m.Int();
+            if (!m_ids.insert(which).second) {
                 m.Fail("the id " + std::to_string(entry.id) + " stands for " + item.Name() + " already");
             }
         };
         const auto readLevel = [&](const JsonItem& m) {
             entry.level = bLamps ? m.Int(0, 255) : m.Int();
-            nSubmaster = entry.level;
+            look.submaster = entry.level;
         };
         keys.push_back({"id", Needed, readId});
         keys.push_back({"name", Needed, [&](const auto& m) { entry.name = m.Text(); }});
         keys.push_back({"level", Optional, readLevel});
         keys.push_back({"state", Optional, [&](const auto& m) { entry.state = m.Bool(); }});
         item.ReadMembers(keys);
+        if (bLamps) {
+            m_show.looks[which] = std::move(look);
+        }
     }
 
     /// What a scene and a step have in common; `bLook` comes to say that there is some of it.
-    Keys LookKeys(Slots& levels, double& fade, bool& bLook, bool bNeeded) {
-        const auto readLevels = [this, &levels, &bLook](const JsonItem& m) {
+    Keys StepKeys(Look::Step& step, bool& bLook, bool bNeeded) {
+        const auto readLevels = [this, &step, &bLook](const JsonItem& m) {
             bLook = true;
-            m.ForEachMember([&](const auto& list) { ReadLevels(list, levels); });
-            Sort(levels);
+            m.ForEachMember([&](const auto& list) { ReadLevels(list, step.levels); });
+            Sort(step.levels);
         };
-        const auto readFade = [&fade, &bLook](const JsonItem& m) {
+        const auto readFade = [&step, &bLook](const JsonItem& m) {
             bLook = true;
-            fade = m.Seconds();
+            step.fade = m.Seconds();
         };
         return {{"levels", bNeeded, readLevels}, {"fade", Optional, readFade}};
     }
@@ -227,8 +224,7 @@ private:
     Show m_show;
     std::map<std::string, Target> m_targets;
     std::map<std::size_t, std::size_t> m_patched;  ///< the fixture that has a channel
-    std::set<int> m_sceneIds;
-    std::set<int> m_programIds;
+    std::set<Playable> m_ids;
     std::set<int> m_runningAreas;
     std::size_t m_nLevels = 0;
 };
