@@ -24,24 +24,17 @@ std::unique_ptr<simdjson::dom::parser>& SpareParser() {
 }  // namespace
 
 double JSONNode::AsNumber() const {
-    switch (m_element.type()) {
-        case simdjson::dom::element_type::INT64:
-            return static_cast<double>(int64_t(m_element));
-        case simdjson::dom::element_type::UINT64:
-            return static_cast<double>(uint64_t(m_element));
-        case simdjson::dom::element_type::DOUBLE:
-            return double(m_element);
-        case simdjson::dom::element_type::BOOL:
-            return bool(m_element) ? 1.0 : 0.0;
-        case simdjson::dom::element_type::STRING: {
-            const std::string_view sText = StringText();
-            const double value =
-                QByteArray::fromRawData(sText.data(), static_cast<int>(sText.size())).toDouble();
-            return std::isnan(value) ? 0.0 : value;
-        }
-        default:
-            return 0.0;
+    double value = 0.0;
+    bool bValue = false;
+    if (m_element.get(value) == simdjson::SUCCESS) {
+        return value;
     }
+    if (m_element.get(bValue) == simdjson::SUCCESS) {
+        return bValue ? 1.0 : 0.0;
+    }
+    const std::string_view sText = StringText();
+    value = QByteArray::fromRawData(sText.data(), static_cast<int>(sText.size())).toDouble();
+    return std::isnan(value) ? 0.0 : value;
 }
 
 int JSONNode::IntOfNumber() const {

@@ -32,6 +32,11 @@ public:
     /// The text of a string up to its first NUL, in UTF-8, or the digits of a number.
     std::string AsText() const;
 
+    /// Stores the value in a field, as what the field is.
+    void Store(int& nField) const { nField = AsInt(); }
+    void Store(bool& bField) const { bField = AsBool(); }
+    void Store(std::string& sField) const { sField = AsText(); }
+
     /// Calls visit(std::string_view name, const JSONNode& value) for each member of an object, in order;
     /// never for anything else.
     template <typename Visit>

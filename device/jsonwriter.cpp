@@ -7,26 +7,6 @@ JSONWriter::JSONWriter(std::size_t nReserve) {
     m_text.reserve(nReserve);
 }
 
-JSONWriter& JSONWriter::BeginObject(std::string_view sKey) {
-    Open(sKey, '{');
-    return *this;
-}
-
-JSONWriter& JSONWriter::EndObject() {
-    Close('}');
-    return *this;
-}
-
-JSONWriter& JSONWriter::BeginArray(std::string_view sKey) {
-    Open(sKey, '[');
-    return *this;
-}
-
-JSONWriter& JSONWriter::EndArray() {
-    Close(']');
-    return *this;
-}
-
 JSONWriter& JSONWriter::Member(std::string_view sKey, int nValue) {
     StartItem(sKey);
     m_text += std::to_string(nValue);
@@ -63,19 +43,21 @@ void JSONWriter::StartItem(std::string_view sKey) {
     }
 }
 
-void JSONWriter::Open(std::string_view sKey, char bracket) {
+JSONWriter& JSONWriter::Open(std::string_view sKey, char bracket) {
     StartItem(sKey);
     m_text += bracket;
     ++m_nDepth;
     m_bFirst = true;
+    return *this;
 }
 
-void JSONWriter::Close(char bracket) {
+JSONWriter& JSONWriter::Close(char bracket) {
     --m_nDepth;
     m_text += '\n';
     m_text.append(m_nDepth, '\t');
     m_text += bracket;
     m_bFirst = false;
+    return *this;
 }
 
 void JSONWriter::Quote(std::string_view sText) {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <tuple>
 
 /// Writes JSON in the one shape that goes over the wire: each member on a line of its own, a tab for each
 /// level, `"key" : value`, no line break at the end. No kept library prints it, and servers match it byte for
@@ -12,10 +13,10 @@ class JSONWriter {
 public:
     explicit JSONWriter(std::size_t nReserve = 2048);
 
-    JSONWriter& BeginObject(std::string_view sKey = {});
-    JSONWriter& EndObject();
-    JSONWriter& BeginArray(std::string_view sKey = {});
-    JSONWriter& EndArray();
+    JSONWriter& BeginObject(std::string_view sKey = {}) { return Open(sKey, '{'); }
+    JSONWriter& EndObject() { return Close('}'); }
+    JSONWriter& BeginArray(std::string_view sKey = {}) { return Open(sKey, '['); }
+    JSONWriter& EndArray() { return Close(']'); }
 
     JSONWriter& Member(std::string_view sKey, int nValue);
     JSONWriter& Member(std::string_view sKey, bool bValue);
@@ -26,13 +27,20 @@ public:
         return Member(sKey, std::string_view(pValue));
     }
 
+    /// Fields of a record, by a table of `device/members.h`.
+    template <typename Record, typename... Fields>
+    JSONWriter& Members(const Record& record, const std::tuple<Fields...>& members) {
+        std::apply([&](const auto&... member) { (Member(member.name, record.*member.field), ...); }, members);
+        return *this;
+    }
+
     /// The text written so far; the writer is empty afterwards.
     std::string Take();
 
 private:
     void StartItem(std::string_view sKey);
-    void Open(std::string_view sKey, char bracket);
-    void Close(char bracket);
+    JSONWriter& Open(std::string_view sKey, char bracket);
+    JSONWriter& Close(char bracket);
     void Quote(std::string_view sText);
 
     std::string m_text;

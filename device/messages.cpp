@@ -1,6 +1,7 @@
 #include "device/messages.h"
 
 #include "device/jsonwriter.h"
+#include "device/members.h"
 #include "device/universes.h"
 
 namespace {
@@ -16,10 +17,8 @@ std::string End(JSONWriter& writer) {
     return writer.EndObject().EndObject().Take();
 }
 
-void WriteLevels(JSONWriter& writer, const Color& color) {
-    writer.BeginObject("color");
-    writer.Member("r", color.r).Member("g", color.g).Member("b", color.b).Member("w", color.w);
-    writer.EndObject();
+JSONWriter& WriteLevels(JSONWriter& writer, const Color& color) {
+    return writer.BeginObject("color").Members(color, LevelMembers).EndObject();
 }
 
 }  // namespace
@@ -32,15 +31,11 @@ std::string Bare(MessageType type) {
 }
 
 std::string Scene(int nId, int nArea, bool bState) {
-    JSONWriter writer = Begin(MessageType::Scene);
-    writer.Member("id", nId).Member("a", nArea).Member("s", bState);
-    return End(writer);
+    return End(Begin(MessageType::Scene).Member("id", nId).Member("a", nArea).Member("s", bState));
 }
 
 std::string Program(int nId, bool bState) {
-    JSONWriter writer = Begin(MessageType::Program);
-    writer.Member("id", nId).Member("s", bState);
-    return End(writer);
+    return End(Begin(MessageType::Program).Member("id", nId).Member("s", bState));
 }
 
 std::string Color(const ::Color& color) {
@@ -56,21 +51,15 @@ std::string Command(const ::Command& command) {
 }
 
 void WriteContent(JSONWriter& writer, const ::Color& color) {
-    WriteLevels(writer, color);
-    writer.Member("rgbw", color.rgbw).Member("s", color.state);
+    WriteLevels(writer, color).Members(color, ColorMembers);
 }
 
 void WriteContent(JSONWriter& writer, const ::Command& command) {
-    writer.Member("bo", command.bo).Member("next", command.next).Member("prev", command.prev);
-    writer.Member("white", command.white).Member("hold", command.hold);
-    writer.Member("dim", command.dim).Member("speed", command.speed);
+    writer.Members(command, CommandMembers);
 }
 
 std::string Channel(const DmxChan& channel) {
-    JSONWriter writer = Begin(MessageType::Channel);
-    writer.Member("chan", channel.chan).Member("univ", channel.univ);
-    writer.Member("level", channel.level).Member("s", channel.state);
-    return End(writer);
+    return End(Begin(MessageType::Channel).Members(channel, ChannelMembers));
 }
 
 std::string Universe(int nUniverse, unsigned char ucLevel, bool bState) {
@@ -79,8 +68,7 @@ std::string Universe(int nUniverse, unsigned char ucLevel, bool bState) {
     for (int nChannel = 0; nChannel < Universes::Channels; ++nChannel) {
         writer.BeginObject().Member("c", nChannel).Member("l", int{ucLevel}).Member("s", bState).EndObject();
     }
-    writer.EndArray();
-    return End(writer);
+    return End(writer.EndArray());
 }
 
 std::string Universe(int nUniverse, const Universes& universes) {
@@ -93,23 +81,17 @@ std::string Universe(int nUniverse, const Universes& universes) {
             writer.Member("s", true).EndObject();
         }
     }
-    writer.EndArray();
-    return End(writer);
+    return End(writer.EndArray());
 }
 
 std::string UniverseColor(int nUniverse, int nChannel, int nNumber, const ::Color& color) {
     JSONWriter writer = Begin(MessageType::UniverseColor);
     writer.Member("universe", nUniverse).Member("chan", nChannel).Member("number", nNumber);
-    WriteLevels(writer, color);
-    writer.Member("rgbw", color.rgbw);
-    return End(writer);
+    return End(WriteLevels(writer, color).Member("rgbw", color.rgbw));
 }
 
 std::string Record(const Recording& recording) {
-    JSONWriter writer = Begin(MessageType::Record);
-    writer.Member("n", recording.name).Member("a", recording.area);
-    writer.Member("fade", recording.fadeMs).Member("only", recording.only);
-    return End(writer);
+    return End(Begin(MessageType::Record).Members(recording, RecordingMembers));
 }
 
 }  // namespace messages

@@ -1,5 +1,7 @@
 #include "device/readers.h"
 
+#include "device/members.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -7,97 +9,43 @@ namespace {
 
 /// Whether a member goes by that name. A universe asks this 1,500 times; with a length that the compiler
 /// knows, the names are compared in place, without a call.
-template <std::size_t N>
-bool Is(std::string_view sName, const char (&name)[N]) {
-    return sName.size() == N - 1 && std::memcmp(sName.data(), name, N - 1) == 0;
+inline bool Is(std::string_view sName, std::string_view sWanted) {
+    return sName.size() == sWanted.size() && std::memcmp(sName.data(), sWanted.data(), sWanted.size()) == 0;
+}
+
+template <typename Record, typename... Members>
+void ReadMembers(const JSONNode& node, Record& record, const std::tuple<Members...>& members) {
+    node.ForEachMember([&](std::string_view sName, const JSONNode& value) {
+        const auto take = [&](const auto& member) {
+            if (Is(sName, member.name)) {
+                value.Store(record.*member.field);
+            }
+        };
+        std::apply([&](const auto&... member) { (take(member), ...); }, members);
+    });
 }
 
 }  // namespace
 
 void readInto(const JSONNode& node, Scene& scene) {
-    node.ForEachMember([&scene](std::string_view sName, const JSONNode& value) {
-        if (Is(sName, "n")) {
-            scene.name = value.AsText();
-        } else if (Is(sName, "id")) {
-            scene.id = value.AsInt();
-        } else if (Is(sName, "a")) {
-            scene.area = value.AsInt();
-        } else if (Is(sName, "l")) {
-            scene.level = value.AsInt();
-        } else if (Is(sName, "s")) {
-            scene.state = value.AsBool();
-        }
-    });
+    ReadMembers(node, scene, SceneMembers);
 }
 
 void readInto(const JSONNode& node, Color& color) {
-    node.ForEachMember([&color](std::string_view sName, const JSONNode& value) {
-        if (Is(sName, "rgbw")) {
-            color.rgbw = value.AsBool();
-        } else if (Is(sName, "s")) {
-            color.state = value.AsBool();
-        } else if (Is(sName, "color")) {
-            value.ForEachMember([&color](std::string_view sLevel, const JSONNode& level) {
-                if (Is(sLevel, "r")) {
-                    color.r = level.AsInt();
-                } else if (Is(sLevel, "g")) {
-                    color.g = level.AsInt();
-                } else if (Is(sLevel, "b")) {
-                    color.b = level.AsInt();
-                } else if (Is(sLevel, "w")) {
-                    color.w = level.AsInt();
-                }
-            });
-        }
-    });
+    ReadMembers(node, color, ColorMembers);
+    node.ForEachMember("color", [&](const JSONNode& levels) { ReadMembers(levels, color, LevelMembers); });
 }
 
 void readInto(const JSONNode& node, Command& command) {
-    node.ForEachMember([&command](std::string_view sName, const JSONNode& value) {
-        if (Is(sName, "bo")) {
-            command.bo = value.AsBool();
-        } else if (Is(sName, "next")) {
-            command.next = value.AsBool();
-        } else if (Is(sName, "prev")) {
-            command.prev = value.AsBool();
-        } else if (Is(sName, "white")) {
-            command.white = value.AsBool();
-        } else if (Is(sName, "hold")) {
-            command.hold = value.AsBool();
-        } else if (Is(sName, "dim")) {
-            command.dim = value.AsInt();
-        } else if (Is(sName, "speed")) {
-            command.speed = value.AsInt();
-        }
-    });
+    ReadMembers(node, command, CommandMembers);
 }
 
 void readInto(const JSONNode& node, DmxChan& channel) {
-    node.ForEachMember([&channel](std::string_view sName, const JSONNode& value) {
-        if (Is(sName, "chan")) {
-            channel.chan = value.AsInt();
-        } else if (Is(sName, "univ")) {
-            channel.univ = value.AsInt();
-        } else if (Is(sName, "level")) {
-            channel.level = value.AsInt();
-        } else if (Is(sName, "s")) {
-            channel.state = value.AsBool();
-        }
-    });
+    ReadMembers(node, channel, ChannelMembers);
 }
 
 void readInto(const JSONNode& node, Recording& recording) {
-    node.ForEachMember([&recording](std::string_view sName, const JSONNode& value) {
-        if (Is(sName, "n")) {
-            recording.name = value.AsText();
-        } else if (Is(sName, "a")) {
-            recording.area = value.AsInt();
-        } else if (Is(sName, "fade")) {
-            recording.fadeMs = value.AsInt();
-        } else if (Is(sName, "only")) {
-            recording.only = value.AsText();
-        }
-    });
+    ReadMembers(node, recording, RecordingMembers);
 }
 
 namespace {

@@ -26,14 +26,12 @@ void Universes::SetRun(int nUniverse, int nStart, int nCount, const Color& color
     if (!HasUniverse(nUniverse) || !HasChannel(nStart)) {
         return;
     }
+    const std::array levels{color.r, color.g, color.b, color.w};
     const int nWidth = color.rgbw ? 4 : 3;
     const int nLimit = Channels - nWidth;
     for (int nChannel = nStart; nCount > 0 && nChannel < nLimit; nChannel += nWidth, --nCount) {
-        Set(nUniverse, nChannel, color.r, true);
-        Set(nUniverse, nChannel + 1, color.g, true);
-        Set(nUniverse, nChannel + 2, color.b, true);
-        if (color.rgbw) {
-            Set(nUniverse, nChannel + 3, color.w, true);
+        for (int i = 0; i < nWidth; ++i) {
+            Set(nUniverse, nChannel + i, levels.at(static_cast<std::size_t>(i)), true);
         }
     }
 }
