@@ -86,12 +86,14 @@ Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags, const QString& sNetwork
 }
 
 void Corvane::CreatePages() {
-    m_pSceneWnd = new CSceneListWnd(true, this);
-    m_pProgramWnd = new CSceneListWnd(false, this);
+    auto* pSceneWnd = new CSceneListWnd(true, this);
+    auto* pProgramWnd = new CSceneListWnd(false, this);
+    m_pSceneList = pSceneWnd->List();
+    m_pProgramList = pProgramWnd->List();
     m_pPicker = new CColorPicker(this);
     m_pGrid = new ChannelsGrid(this);
     m_pParams = new CParamsCtrl(m_settings, m_sServerAddress, Stores(), this);
-    m_pages = {m_pSceneWnd, m_pProgramWnd, m_pPicker, m_pGrid, m_pParams};
+    m_pages = {pSceneWnd, pProgramWnd, m_pPicker, m_pGrid, m_pParams};
     for (QWidget* pPage : m_pages) {
         pPage->hide();
     }
@@ -107,21 +109,19 @@ void Corvane::CreatePages() {
 
 /// All that the widgets have to tell, one line each.
 void Corvane::CreateConnections() {
-    const CSceneList* pScenes = SceneList();
-    const CSceneList* pPrograms = ProgramList();
     const CColorCircle* pWheel = m_pPicker->Wheel();
     const CCommandWnd* pCommands = m_pPicker->Commands();
     const CChannelSlider* pEditor = m_pGrid->Editor();
     connect(m_pTab, &CPopupTab::tabPressed, this, &Corvane::OnTabPressed);
     connect(m_pMenu, &CPopupMenu::menuChanged, this, &Corvane::OnMenuChanged);
-    connect(pScenes, &CSceneList::stateChanged, this, &Corvane::OnSceneStateChanged);
-    connect(pScenes, &CSceneList::nameChanged, this, &Corvane::OnSceneNameChanged);
-    connect(pScenes, &CSceneList::iconChanged, this, &Corvane::OnSceneIconChanged);
-    connect(pScenes, &CSceneList::colorChanged, this, &Corvane::OnSceneColorChanged);
-    connect(pPrograms, &CSceneList::stateChanged, this, &Corvane::OnProgramStateChanged);
-    connect(pPrograms, &CSceneList::nameChanged, this, &Corvane::OnProgramNameChanged);
-    connect(pPrograms, &CSceneList::iconChanged, this, &Corvane::OnProgramIconChanged);
-    connect(pPrograms, &CSceneList::colorChanged, this, &Corvane::OnProgramColorChanged);
+    connect(m_pSceneList, &CSceneList::stateChanged, this, &Corvane::OnSceneStateChanged);
+    connect(m_pSceneList, &CSceneList::nameChanged, this, &Corvane::OnSceneNameChanged);
+    connect(m_pSceneList, &CSceneList::iconChanged, this, &Corvane::OnSceneIconChanged);
+    connect(m_pSceneList, &CSceneList::colorChanged, this, &Corvane::OnSceneColorChanged);
+    connect(m_pProgramList, &CSceneList::stateChanged, this, &Corvane::OnProgramStateChanged);
+    connect(m_pProgramList, &CSceneList::nameChanged, this, &Corvane::OnProgramNameChanged);
+    connect(m_pProgramList, &CSceneList::iconChanged, this, &Corvane::OnProgramIconChanged);
+    connect(m_pProgramList, &CSceneList::colorChanged, this, &Corvane::OnProgramColorChanged);
     connect(m_pPicker, &CColorPicker::colorChanged, this, &Corvane::OnColorChanged);
     connect(pWheel, &CColorCircle::colorStateChanged, this, &Corvane::OnColorStateChanged);
     connect(m_pPicker->Dimmer(), &CSliderCtrl::valueChanged, this, &Corvane::OnDimmerValueChanged);
@@ -137,8 +137,8 @@ void Corvane::CreateConnections() {
     connect(m_pParams, &CParamsCtrl::showMenu, this, &Corvane::OnShowMenu);
     connect(m_pParams, &CParamsCtrl::enableParam, this, &Corvane::OnEnableParam);
     connect(m_pParams, &CParamsCtrl::pwdStateChanged, this, &Corvane::OnPwdStateChanged);
-    connect(pScenes, &CSceneList::mousePressed, this, &Corvane::OnHideMenu);
-    connect(pPrograms, &CSceneList::mousePressed, this, &Corvane::OnHideMenu);
+    connect(m_pSceneList, &CSceneList::mousePressed, this, &Corvane::OnHideMenu);
+    connect(m_pProgramList, &CSceneList::mousePressed, this, &Corvane::OnHideMenu);
     connect(pWheel, &CColorCircle::mousePressed, this, &Corvane::OnHideMenu);
     connect(pCommands, &CCommandWnd::mousePressed, this, &Corvane::OnHideMenu);
     connect(m_pGrid, &ChannelsGrid::mousePressed, this, &Corvane::OnHideMenu);

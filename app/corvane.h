@@ -27,7 +27,6 @@ class CParamsCtrl;
 class CPopupMenu;
 class CPopupTab;
 class CSceneList;
-class CSceneListWnd;
 class JSONNode;
 class QHBoxLayout;
 class QTimer;
@@ -101,15 +100,7 @@ public:
     const QString& ServerAddress() const { return m_sServerAddress; }
 
 private:
-    /// What made a text wait for the next tick.
-    enum class Cause { User, Release, Poll };
-    struct Pending {
-        std::string text;
-        Cause cause;
-    };
-
     void Write(const std::string& sText);
-    void Defer(const std::string& sText, Cause cause);
     void SetServer(const QString& sAddress);
     bool ChooseNetwork();
     void KeepLooking();
@@ -146,15 +137,17 @@ public:
 
 private:
     void readType(int nType);
-    void readContent(int nType, const JSONNode& content, const QString& sSender);
+    void readContent(int nType, const JSONNode& content);
     void readState(const JSONNode& content);
     void readSceneState(const JSONNode& content);
+    void readScene(const JSONNode& content);
+    void readProg(const JSONNode& content);
     void readSwitch(const JSONNode& content, CSceneList& list);
     void readColor(const JSONNode& content);
     void readCommand(const JSONNode& content);
     void readDmx(const JSONNode& content);
     void readUniverse(const JSONNode& content);
-    void readSerial(const JSONNode& content, const QString& sSender);
+    void readSerial(const JSONNode& content);
     void WarnTooManyUsers();
 
     // The user's hand: corvane_actions.cpp
@@ -163,19 +156,20 @@ private:
     void ReleaseCommands();
     void SendSwitch(const std::string& sText, bool bState);
 
-    /// Nothing is changed, not even on this side, for a server that is not there.
-    template <typename Act>
-    void IfConnected(Act act) {
+    /// Changes the commands and tells the server, if it is there.
+    template <typename Change>
+    void ChangeCommand(Change change) {
         if (m_bConnected) {
-            act();
+            change();
+            SendCommand();
         }
     }
 
     // Pages: corvane_pages.cpp
 public:
     int CurrentPage() const { return m_iCurrentPage; }
-    CSceneList* SceneList() const;
-    CSceneList* ProgramList() const;
+    CSceneList* SceneList() const { return m_pSceneList; }
+    CSceneList* ProgramList() const { return m_pProgramList; }
     CColorPicker* Picker() const { return m_pPicker; }
     ChannelsGrid* Grid() const { return m_pGrid; }
     CParamsCtrl* Params() const { return m_pParams; }
@@ -190,6 +184,7 @@ private:
     void GoToPage(int iPage);
     int FirstOffered() const;
     void LeaveParams();
+    void TakePlace(QWidget* pHost, const QRect& place, QWidget* pOther);
     bool HasKeys(const QWidget* pHost) const;
     void GiveKeys(QWidget* pHost);
     bool IsOffered(int iPage) const;
@@ -246,6 +241,7 @@ private:
     /// What one message may still do: more than any server asks for, less than would hold up the user. What
     /// goes beyond is passed over.
     struct Work {
+        QString sender;  ///< whose it is
         int nContents = 64;
         int nSectionContents = 64;
         int nScenes = 10000;
@@ -277,15 +273,17 @@ private:
     QString m_sInterface;                 ///< address to bind, or "Auto"
     QString m_sBroadcast = "192.168.0.255";
     QString m_sServerAddress = "192.168.0.255";
-    std::optional<Pending> m_pending;
-    std::optional<Pending> m_release;  ///< what gave way to a click and follows it
+    std::optional<std::string> m_pending;  ///< waits for the next tick
+    /// The colour's, by someone else's start. It and a click of the user do not replace each other: the click
+    /// goes first, the release follows.
+    std::optional<std::string> m_release;
     Fragments m_fragments;
     Work m_work;
     QElapsedTimer
         m_warningClosed;  ///< since the warning of too many users; invalid while it may open at once
     QHBoxLayout* m_pLayout;
-    CSceneListWnd* m_pSceneWnd;
-    CSceneListWnd* m_pProgramWnd;
+    CSceneList* m_pSceneList;
+    CSceneList* m_pProgramList;
     CColorPicker* m_pPicker;
     ChannelsGrid* m_pGrid;
     CParamsCtrl* m_pParams;

@@ -4,7 +4,8 @@
 #include "widgets/ccolorpicker.h"
 #include "widgets/channelsgrid.h"
 
-// Customisations stay on this side and are stored whether a server is there or not.
+// For a server that is not there nothing is changed, not even on this side. Customisations stay on this side
+// and are stored all the same.
 
 void Corvane::ReleaseCommands() {
     m_pPicker->ReleaseCommands();
@@ -19,11 +20,11 @@ void Corvane::SendSwitch(const std::string& sText, bool bState) {
     if (bState) {
         ReleaseCommands();
     }
-    IfConnected([&] {
+    if (m_bConnected) {
         m_requestTimer.start();
         m_bStateChangeInFlight = true;
         SendPacket(sText, true);
-    });
+    }
 }
 
 void Corvane::OnSceneNameChanged(int nId, QString sName) {
@@ -55,81 +56,70 @@ void Corvane::OnProgramColorChanged(int nId, QColor color) {
 }
 
 void Corvane::OnColorChanged(unsigned char ucR, unsigned char ucG, unsigned char ucB, unsigned char ucW) {
-    IfConnected([&] {
+    if (m_bConnected) {
         m_color.r = ucR;
         m_color.g = ucG;
         m_color.b = ucB;
         m_color.w = ucW;
         m_color.state = true;
         SendColor();
-    });
+    }
 }
 
 void Corvane::OnColorStateChanged(bool) {
-    IfConnected([&] {
+    if (m_bConnected) {
         m_color.state = false;
         SendColor();
-    });
+    }
 }
 
 void Corvane::OnDimmerValueChanged(int value) {
-    IfConnected([&] {
-        m_command.dim = value * 100 / 255;
-        SendCommand();
-    });
+    ChangeCommand([&] { m_command.dim = value * 100 / 255; });
 }
 
 void Corvane::OnSpeedValueChanged(int value) {
-    IfConnected([&] {
-        m_command.speed = value * 100 / 255;
-        SendCommand();
-    });
+    ChangeCommand([&] { m_command.speed = value * 100 / 255; });
 }
 
 void Corvane::OnWhiteChanged(bool bWhite) {
-    IfConnected([&] {
+    ChangeCommand([&] {
         m_command.white = bWhite;
         m_command.bo = m_command.bo && !bWhite;
-        SendCommand();
     });
 }
 
 void Corvane::OnBlackChanged(bool bBlack) {
-    IfConnected([&] {
+    ChangeCommand([&] {
         m_command.bo = bBlack;
         m_command.white = m_command.white && !bBlack;
-        SendCommand();
     });
 }
 
 /// A pulse: it is in this message and in no other.
 void Corvane::OnNextChanged(bool bNext) {
-    IfConnected([&] {
+    if (m_bConnected) {
         m_command.next = bNext;
         SendCommand();
         m_command.next = false;
-    });
+    }
 }
 
 void Corvane::OnPauseChanged(bool bPause) {
-    IfConnected([&] {
-        m_command.hold = bPause;
-        SendCommand();
-    });
+    ChangeCommand([&] { m_command.hold = bPause; });
 }
 
 void Corvane::OnChannelOff() {
-    IfConnected([&] {
+    if (m_bConnected) {
         SendPacket(messages::Channel({m_pGrid->SelectedChannel(), m_pGrid->CurrentUniverse(), 0, false}),
                    true);
-    });
+    }
 }
 
 void Corvane::OnChannelValueChanged(int value) {
-    IfConnected([&] {
+    if (m_bConnected) {
         SendPacket(messages::Channel({m_pGrid->SelectedChannel(), m_pGrid->CurrentUniverse(), value, true}),
                    true);
-    });
+    }
 }
 
 void Corvane::OnPwdStateChanged(bool bState) {
@@ -150,5 +140,7 @@ void Corvane::OnEnableParam(int iParam, bool bEnable) {
     }
     m_settings.sceneParams.at(static_cast<std::size_t>(iParam)) = bEnable;
     m_warningClosed.invalidate();  // what the user asks for is answered
-    IfConnected([this] { SendState(); });
+    if (m_bConnected) {
+        SendState();
+    }
 }

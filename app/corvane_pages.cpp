@@ -4,41 +4,27 @@
 #include "widgets/ccolorpicker.h"
 #include "widgets/channelsgrid.h"
 #include "widgets/cparamsctrl.h"
-#include "widgets/cscenelistwnd.h"
 
 #include <QHBoxLayout>
 
 #include <utility>
 
-CSceneList* Corvane::SceneList() const {
-    return m_pSceneWnd->List();
-}
-
-CSceneList* Corvane::ProgramList() const {
-    return m_pProgramWnd->List();
-}
-
 void Corvane::ShowPopupTab() {
-    const bool bKeys = HasKeys(m_pMenu);
-    m_pMenu->hide();
-    if (!m_pTab->isVisible()) {
-        m_pTab->setGeometry(Border, height() - 118, 14, 50);
-        m_pTab->show();
-    }
-    if (bKeys) {
-        GiveKeys(m_pTab);
-    }
+    TakePlace(m_pTab, {Border, height() - 118, 14, 50}, m_pMenu);
 }
 
 void Corvane::ShowPopupMenu() {
-    const bool bKeys = HasKeys(m_pTab);
-    m_pTab->hide();
-    if (!m_pMenu->isVisible()) {
-        m_pMenu->setGeometry(Border, Border, CPopupMenu::Width, height() - 2 * Border);
-        m_pMenu->show();
-    }
+    TakePlace(m_pMenu, {Border, Border, CPopupMenu::Width, height() - 2 * Border}, m_pTab);
+}
+
+/// Hides the other, whose keys go on here.
+void Corvane::TakePlace(QWidget* pHost, const QRect& place, QWidget* pOther) {
+    const bool bKeys = HasKeys(pOther);
+    pOther->hide();
+    pHost->setGeometry(place);
+    pHost->show();
     if (bKeys) {
-        GiveKeys(m_pMenu);
+        GiveKeys(pHost);
     }
 }
 

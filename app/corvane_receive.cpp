@@ -11,6 +11,7 @@
 #include <QMessageBox>
 #include <QSignalBlocker>
 
+#include <map>
 #include <stdexcept>
 #include <utility>
 
@@ -56,7 +57,7 @@ void Corvane::ReadData(const QByteArray& datagram, const QString& sSender) {
     if (!message) {
         return;
     }
-    m_work = {};
+    m_work = {sSender};
     try {
         const JSONDocument document(*message);
         int nType = 0;
@@ -65,7 +66,7 @@ void Corvane::ReadData(const QByteArray& datagram, const QString& sSender) {
                 nType = value.AsInt();
                 readType(nType);
             } else if (sName == "content" && value.IsObject() && Take(m_work.nContents)) {
-                readContent(nType, value, sSender);
+                readContent(nType, value);
             }
         });
         if (nType == 0) {
@@ -95,38 +96,18 @@ void Corvane::readType(int nType) {
     }
 }
 
-void Corvane::readContent(int nType, const JSONNode& content, const QString& sSender) {
-    switch (static_cast<MessageType>(nType)) {
-        case MessageType::State:
-            readState(content);
-            break;
-        case MessageType::Scene:
-            readSwitch(content, *SceneList());
-            break;
-        case MessageType::Program:
-            readSwitch(content, *ProgramList());
-            break;
-        case MessageType::Color:
-            readColor(content);
-            break;
-        case MessageType::Command:
-            readCommand(content);
-            break;
-        case MessageType::Channel:
-            readDmx(content);
-            break;
-        case MessageType::Universe:
-            readUniverse(content);
-            break;
-        case MessageType::Serial:
-            readSerial(content, sSender);
-            break;
-        case MessageType::SceneStates:
-            readSceneState(content);
-            break;
-        default:
-            qCInfo(logDrop) << "in: type" << nType << "says nothing to a remote, from" << sSender;
-            break;
+void Corvane::readContent(int nType, const JSONNode& content) {
+    static const std::map<MessageType, void (Corvane::*)(const JSONNode&)> readers{
+        {MessageType::State, &Corvane::readState},           {MessageType::Scene, &Corvane::readScene},
+        {MessageType::Program, &Corvane::readProg},          {MessageType::Color, &Corvane::readColor},
+        {MessageType::Command, &Corvane::readCommand},       {MessageType::Channel, &Corvane::readDmx},
+        {MessageType::Universe, &Corvane::readUniverse},     {MessageType::Serial, &Corvane::readSerial},
+        {MessageType::SceneStates, &Corvane::readSceneState}};
+    const auto reader = readers.find(static_cast<MessageType>(nType));
+    if (reader != readers.end()) {
+        (this->*reader->second)(content);
+    } else {
+        qCInfo(logDrop) << "in: type" << nType << "says nothing to a remote, from" << m_work.sender;
     }
 }
 
@@ -161,20 +142,25 @@ void Corvane::readState(const JSONNode& content) {
 /// An answer that was under way when the user switched something would undo that on screen: it is passed
 /// over.
 void Corvane::readSceneState(const JSONNode& content) {
-    if (!m_bStateChangeInFlight) {
-        ForEachSection(content, m_work.nSectionContents,
-                       [this](std::string_view sName, const JSONNode& node) {
-                           if (sName == "scn" && node.IsArray()) {
-                               SceneList()->ShowRunning(Entries(node, m_work.nScenes));
-                           } else if (sName == "prg" && node.IsArray()) {
-                               ProgramList()->ShowRunning(Entries(node, m_work.nPrograms));
-                           }
-                       });
-    }
-    if (m_bStateChangeInFlight) {
+    if (std::exchange(m_bStateChangeInFlight, false)) {
         qCInfo(logDrop) << "in: scene states that may be older than the user's last switch";
+        return;
     }
-    m_bStateChangeInFlight = false;
+    ForEachSection(content, m_work.nSectionContents, [this](std::string_view sName, const JSONNode& node) {
+        if (sName == "scn" && node.IsArray()) {
+            SceneList()->ShowRunning(Entries(node, m_work.nScenes));
+        } else if (sName == "prg" && node.IsArray()) {
+            ProgramList()->ShowRunning(Entries(node, m_work.nPrograms));
+        }
+    });
+}
+
+void Corvane::readScene(const JSONNode& content) {
+    readSwitch(content, *SceneList());
+}
+
+void Corvane::readProg(const JSONNode& content) {
+    readSwitch(content, *ProgramList());
 }
 
 /// What starts takes the lights over from the colour page. That the colour is released is the one thing
@@ -188,7 +174,7 @@ void Corvane::readSwitch(const JSONNode& content, CSceneList& list) {
         ReleaseCommands();
         if (bHeld && m_bConnected) {
             m_color.state = false;
-            Defer(messages::Color(m_color), Cause::Release);
+            m_release = messages::Color(m_color);
         }
     }
     list.Update(scene, true);
@@ -213,16 +199,15 @@ void Corvane::readUniverse(const JSONNode& content) {
     m_pGrid->Update(readInto(content, m_pGrid->Tables()));
 }
 
-void Corvane::readSerial(const JSONNode& content, const QString& sSender) {
+void Corvane::readSerial(const JSONNode& content) {
     bool bFirst = true;
     content.ForEachMember("serial", [&](const JSONNode& serial) {
-        if (!bFirst) {
+        if (!std::exchange(bFirst, false)) {
             return;
         }
-        bFirst = false;
         const QString sSerial = QString::fromStdString(serial.AsText());
-        qCInfo(logNet) << "server" << sSerial << "at" << sSender;
-        m_pParams->AddSerial(sSerial, sSender);
+        qCInfo(logNet) << "server" << sSerial << "at" << m_work.sender;
+        m_pParams->AddSerial(sSerial, m_work.sender);
         if (Take(m_work.nStateRequests)) {
             SendState();
         }

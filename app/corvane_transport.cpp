@@ -9,11 +9,11 @@
 
 #include <QHostAddress>
 #include <QMessageBox>
+#include <QNetworkDatagram>
 #include <QTimer>
 #include <QUdpSocket>
 
 #include <array>
-#include <cstring>
 #include <utility>
 
 using logging::Summary;
@@ -145,25 +145,14 @@ void Corvane::Refresh() {
 }
 
 void Corvane::SendPacket(const std::string& sText, bool bDeferred) {
-    if (bDeferred) {
-        Defer(sText, Cause::User);
-    } else {
+    if (!bDeferred) {
         Write(sText);
-    }
-}
-
-/// A release and a click of the user do not replace each other: the click goes first, the release follows.
-void Corvane::Defer(const std::string& sText, Cause cause) {
-    if (cause == Cause::Release && m_pending && m_pending->cause == Cause::User) {
-        m_release = Pending{sText, cause};
         return;
     }
-    if (m_pending && m_pending->cause == Cause::Release) {
-        m_release = m_pending;
-    } else if (m_pending) {
-        qCInfo(logDrop).noquote() << "out" << Summary(m_pending->text) << "replaced by" << Summary(sText);
+    if (m_pending) {
+        qCInfo(logDrop).noquote() << "out" << Summary(*m_pending) << "replaced by" << Summary(sText);
     }
-    m_pending = Pending{sText, cause};
+    m_pending = sText;
 }
 
 /// What waits was meant for another server.
@@ -179,12 +168,10 @@ void Corvane::Write(const std::string& sText) {
     if (m_pSocket == nullptr) {
         return;
     }
-    const char* pText = sText.c_str();
+    const QByteArray text(sText.c_str());
     const QHostAddress address(m_sServerAddress);
-    qCInfo(logWire).noquote() << "out" << Summary(QByteArray(pText)) << "to" << address.toString()
-                              << m_nRemotePort;
-    if (m_pSocket->writeDatagram(pText, static_cast<qint64>(std::strlen(pText)), address,
-                                 static_cast<quint16>(m_nRemotePort)) < 0) {
+    qCInfo(logWire).noquote() << "out" << Summary(text) << "to" << address.toString() << m_nRemotePort;
+    if (m_pSocket->writeDatagram(text, address, static_cast<quint16>(m_nRemotePort)) < 0) {
         qCInfo(logDrop) << "out:" << m_pSocket->errorString();
     }
 }
@@ -200,23 +187,15 @@ void Corvane::ReadPacket() {
     turn.start();
     for (int i = 0; i < DatagramsPerRead && !turn.hasExpired(ReadMs) && m_pSocket->hasPendingDatagrams();
          ++i) {
-        const qint64 nSize = m_pSocket->pendingDatagramSize();
-        if (nSize < 1) {
-            // Take the empty datagram off the queue, or the socket never signals again.
+        const QNetworkDatagram datagram = m_pSocket->receiveDatagram();
+        if (datagram.data().isEmpty()) {
             qCInfo(logDrop) << "in: an empty datagram";
-            m_pSocket->readDatagram(nullptr, 0);
             return;
         }
-        QByteArray datagram(static_cast<int>(nSize), Qt::Uninitialized);
-        QHostAddress sender;
-        quint16 nPort = 0;
-        const qint64 nRead = m_pSocket->readDatagram(datagram.data(), datagram.size(), &sender, &nPort);
-        if (nRead < 0) {
-            return;
-        }
-        datagram.truncate(static_cast<int>(nRead));
-        qCInfo(logWire).noquote() << "in" << Summary(datagram) << "from" << sender.toString() << nPort;
-        ReadData(datagram, sender.toString());
+        const QString sSender = datagram.senderAddress().toString();
+        qCInfo(logWire).noquote() << "in" << Summary(datagram.data()) << "from" << sSender
+                                  << datagram.senderPort();
+        ReadData(datagram.data(), sSender);
     }
 }
 
@@ -238,8 +217,8 @@ void Corvane::OnTimer() {
         SendAlive();
     } else if (m_bConnectionLost) {
         return;
-    } else if (m_pending) {
-        Write(std::exchange(m_pending, std::exchange(m_release, {}))->text);
+    } else if (m_pending || m_release) {
+        Write(*std::exchange(m_pending ? m_pending : m_release, {}));
     } else if (m_requestTimer.hasExpired(PollMs)) {
         PollCurrentPage();
         m_requestTimer.start();
@@ -252,7 +231,6 @@ void Corvane::PollCurrentPage() {
                                                  &Corvane::SendCmdState, &Corvane::SendDmxState};
     if (m_iCurrentPage >= 0 && m_iCurrentPage < ParamsPage) {
         (this->*polls.at(static_cast<std::size_t>(m_iCurrentPage)))();
-        m_pending->cause = Cause::Poll;
     }
 }
 
