@@ -19,20 +19,16 @@ CGetNiDlg::CGetNiDlg(const QList<InterfaceAddress>& addresses, QWidget* parent)
     setWindowTitle(tr("Network Interface"));
     setAutoFillBackground(true);
 
-    m_addresses.append("Auto");
-    m_pInterfaces->addItem(tr("Auto"));
+    m_pInterfaces->addItem(tr("Auto"), "Auto");
     for (const InterfaceAddress& address : addresses) {
-        m_addresses.append(address.address);
         if (m_broadcasts.isEmpty()) {
             m_broadcasts.append(address.broadcast);
         }
         m_broadcasts.append(address.broadcast);
-        m_pInterfaces->addItem(address.name + " : " + address.address);
+        m_pInterfaces->addItem(address.name + " : " + address.address, address.address);
     }
-    m_addresses.append("127.0.0.1");
     m_broadcasts.append("127.0.0.1");
-    m_pInterfaces->addItem(tr("Localhost : 127.0.0.1"));
-    m_pInterfaces->setCurrentIndex(0);
+    m_pInterfaces->addItem(tr("Localhost : 127.0.0.1"), "127.0.0.1");
 
     auto* pLabel = new QLabel(tr("Select Network Interface :"));
     pLabel->setBuddy(m_pInterfaces);
@@ -71,7 +67,7 @@ void CGetNiDlg::ShortenEntries() {
 }
 
 QString CGetNiDlg::GetIp() const {
-    return m_addresses.value(m_pInterfaces->currentIndex());
+    return m_pInterfaces->currentData().toString();
 }
 
 QString CGetNiDlg::GetBroadcast() const {

@@ -27,6 +27,5 @@ private:
     void ShortenEntries();
 
     QComboBox* m_pInterfaces;
-    QStringList m_addresses;
     QStringList m_broadcasts;
 };

@@ -12,38 +12,33 @@ bool IsLightingAddress(const QString& sAddress) {
 
 namespace {
 
-/// Every address of this machine whose text passes.
+/// Every IPv4 address of this machine that passes.
 template <typename Passes>
 QList<InterfaceAddress> Addresses(Passes passes) {
     QList<InterfaceAddress> addresses;
-    const QList<QNetworkInterface> interfaces = QNetworkInterface::allInterfaces();
-    for (const QNetworkInterface& interface : interfaces) {
-        const QList<QNetworkAddressEntry> entries = interface.addressEntries();
-        for (const QNetworkAddressEntry& entry : entries) {
-            const QString sAddress = entry.ip().toString();
-            if (passes(interface.name(), sAddress)) {
-                addresses.append({interface.humanReadableName(), sAddress, entry.broadcast().toString()});
+    for (const QNetworkInterface& interface : QNetworkInterface::allInterfaces()) {
+        for (const QNetworkAddressEntry& entry : interface.addressEntries()) {
+            const InterfaceAddress own{interface.humanReadableName(), entry.ip().toString(),
+                                       entry.broadcast().toString()};
+            if (entry.ip().protocol() == QAbstractSocket::IPv4Protocol && passes(own)) {
+                addresses.append(own);
             }
         }
     }
     return addresses;
 }
 
-const QRegularExpression& FourNumbers() {
-    static const QRegularExpression fourNumbers(R"(^\d+(\.\d+){3}$)");
-    return fourNumbers;
-}
-
 }  // namespace
 
 QList<InterfaceAddress> LightingAddresses() {
-    return Addresses([](const QString&, const QString& sAddress) { return IsLightingAddress(sAddress); });
+    return Addresses([](const InterfaceAddress& own) { return IsLightingAddress(own.address); });
 }
 
 bool IsNetwork(const QString& sNetwork) {
+    static const QRegularExpression fourNumbers(R"(^\d+(\.\d+){3}$)");
     // The system's own limits for a name, and no name that is a mistyped address.
     static const QRegularExpression name(R"(^(?![\d.]+$)[^\s/:-][^\s/:]{0,14}$)");
-    const bool bAddress = sNetwork.contains(FourNumbers()) && !QHostAddress(sNetwork).isNull();
+    const bool bAddress = sNetwork.contains(fourNumbers) && !QHostAddress(sNetwork).isNull();
     return bAddress || sNetwork.contains(name);
 }
 
@@ -52,10 +47,8 @@ std::optional<InterfaceAddress> FindNetwork(const QString& sNetwork) {
         const QList<InterfaceAddress> own = LightingAddresses();
         return InterfaceAddress{sNetwork, "Auto", own.isEmpty() ? "127.0.0.1" : own.first().broadcast};
     }
-    const QList<InterfaceAddress> found =
-        Addresses([&sNetwork](const QString& sName, const QString& sAddress) {
-            return sAddress.contains(FourNumbers()) && (sName == sNetwork || sAddress == sNetwork);
-        });
+    const QList<InterfaceAddress> found = Addresses(
+        [&sNetwork](const InterfaceAddress& own) { return own.name == sNetwork || own.address == sNetwork; });
     if (found.isEmpty()) {
         return std::nullopt;
     }

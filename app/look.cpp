@@ -39,6 +39,9 @@ public:
         if (metric == PM_SmallIconSize && qobject_cast<const QMenu*>(widget) != nullptr) {
             return MenuIconSize;
         }
+        if (metric == PM_ScrollBarSliderMin) {
+            return ScrollBarSliderMin;
+        }
         return metric == PM_ScrollBarExtent ? ScrollBarWidth
                                             : QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -81,39 +84,19 @@ public:
         }
     }
 
-    /// A scroll bar is all groove: who wants a step has the wheel and the keys.
+    /// A scroll bar is all groove: who wants a step has the wheel and the keys. The buttons are there, but
+    /// lie beyond its ends.
     QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
                          const QWidget* widget) const override {
         const auto* pBar = qstyleoption_cast<const QStyleOptionSlider*>(option);
         if (control != CC_ScrollBar || pBar == nullptr) {
             return QProxyStyle::subControlRect(control, option, part, widget);
         }
-        const bool bUpright = pBar->orientation == Qt::Vertical;
-        const int nLength = bUpright ? pBar->rect.height() : pBar->rect.width();
-        const qint64 nAll = qint64{pBar->maximum} - pBar->minimum + pBar->pageStep;
-        const int nSlider =
-            std::clamp(static_cast<int>(qint64{pBar->pageStep} * nLength / std::max<qint64>(nAll, 1)),
-                       std::min(24, nLength), nLength);
-        const int nBefore = sliderPositionFromValue(pBar->minimum, pBar->maximum, pBar->sliderPosition,
-                                                    nLength - nSlider, pBar->upsideDown);
-        const auto along = [&](int nFrom, int nTo) {
-            QRect rect = pBar->rect;
-            bUpright ? rect.setTop(pBar->rect.top() + nFrom) : rect.setLeft(pBar->rect.left() + nFrom);
-            bUpright ? rect.setHeight(nTo - nFrom) : rect.setWidth(nTo - nFrom);
-            return rect;
-        };
-        switch (part) {
-            case SC_ScrollBarSlider:
-                return along(nBefore, nBefore + nSlider);
-            case SC_ScrollBarSubPage:
-                return along(0, nBefore);
-            case SC_ScrollBarAddPage:
-                return along(nBefore + nSlider, nLength);
-            case SC_ScrollBarGroove:
-                return pBar->rect;
-            default:
-                return {};
-        }
+        const QPoint button =
+            pBar->orientation == Qt::Vertical ? QPoint(0, ScrollBarWidth) : QPoint(ScrollBarWidth, 0);
+        QStyleOptionSlider longer(*pBar);
+        longer.rect.setBottomRight(pBar->rect.bottomRight() + 2 * button);
+        return QProxyStyle::subControlRect(control, &longer, part, widget).translated(-button) & pBar->rect;
     }
 
     /// The icons of standard buttons come from the desktop's theme. To search for them takes longer than all
@@ -147,6 +130,7 @@ public:
 private:
     static constexpr int MenuIconSize = 32;
     static constexpr int ScrollBarWidth = 10;
+    static constexpr int ScrollBarSliderMin = 24;
 };
 
 QPalette LightPalette() {
