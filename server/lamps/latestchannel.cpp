@@ -20,22 +20,14 @@ void LatestChannel::Remove(std::size_t layer) {
                    m_owners.end());
 }
 
-float LatestChannel::LevelAt(const std::vector<Layer>& layers, const std::vector<Layer::Position>& positions,
-                             qint64 nNowMs) const {
+float LatestChannel::LevelAt(const std::vector<Layer>& layers, qint64 nNowMs) const {
     const auto& [from, bByOwner, since, fade] = m_motion;
     if (m_owners.empty()) {
         return m_default >= 0 && !IsMoving(nNowMs) ? m_default : from;
     }
-    const Owner& owner = m_owners.back();
-    const Layer& layer = layers[owner.layer];
-    const Layer::Position& position = positions[owner.layer];
-    const double elapsed = (bByOwner ? layer.Clock(nNowMs) : static_cast<double>(nNowMs)) - since;
-    if (elapsed >= fade) {
-        return layer.Other(position, owner.other);
-    }
-    const float level =
-        bByOwner ? layer.OtherLevel(position.cue, owner.other) : layer.Other(position, owner.other);
-    return from + (level - from) * static_cast<float>(elapsed / fade);
+    const auto& [nLayer, nStart, level] = m_owners.back();
+    const double elapsed = (bByOwner ? layers[nLayer].Clock(nNowMs) : static_cast<double>(nNowMs)) - since;
+    return elapsed < fade ? from + (level - from) * static_cast<float>(elapsed / fade) : level;
 }
 
 bool LatestChannel::IsMoving(qint64 nNowMs) const {

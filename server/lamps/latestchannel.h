@@ -15,8 +15,8 @@ class LatestChannel {
 public:
     struct Owner {
         std::size_t layer = 0;
-        std::size_t other = 0;  ///< its place in Layer::Others()
-        quint64 start = 0;      ///< the number of the layer's start
+        quint64 start = 0;  ///< the number of the layer's start
+        float level = 0;
     };
     /// It moves from a level to its owner's: in a time by the owner's clock, or by the caller's, in ms.
     struct Motion {
@@ -27,27 +27,22 @@ public:
     };
     static constexpr float NoDefault = -1;
 
-    LatestChannel(std::size_t at, float standard)
-        : m_at(at), m_default(standard), m_motion{std::max(standard, 0.0F)} {}
+    explicit LatestChannel(float standard) : m_default(standard), m_motion{std::max(standard, 0.0F)} {}
 
-    std::size_t At() const { return m_at; }
     bool Has(std::size_t layer) const;
     bool IsOwnedBy(std::size_t layer) const { return !m_owners.empty() && m_owners.back().layer == layer; }
-    /// A layer comes to have a level for it, or has none any more.
+    /// A layer comes to have a level, or another level, for it, or has none any more.
     void Add(const Owner& owner);
     void Remove(std::size_t layer);
 
     void Move(const Motion& motion) { m_motion = motion; }
     const Motion& CurrentMotion() const { return m_motion; }
 
-    /// `positions`: of all layers, at `nNowMs`.
-    float LevelAt(const std::vector<Layer>& layers, const std::vector<Layer::Position>& positions,
-                  qint64 nNowMs) const;
+    float LevelAt(const std::vector<Layer>& layers, qint64 nNowMs) const;
     /// Whether it moves though no layer does.
     bool IsMoving(qint64 nNowMs) const;
 
 private:
-    std::size_t m_at;
     float m_default;
     std::vector<Owner> m_owners;  ///< in the order in which they were started
     Motion m_motion;

@@ -6,6 +6,7 @@
 #include <QtGlobal>
 
 #include <cstddef>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -32,14 +33,8 @@ public:
         const Run* pEnd = nullptr;
         const float* pLevels = nullptr;
     };
-    /// Where a layer is at one moment: so far from one row of levels to another.
-    struct Position {
-        int cue = -1;  ///< the cue that it fades to or stands in; -1 is nothing
-        Row from;
-        Row to;
-        float progress = 1;    ///< 0 to 1
-        bool bEntered = true;  ///< in the cue that it was sent to, not in one that followed by itself
-    };
+    /// Levels of channels that are no light, in rising order.
+    using Others = std::vector<std::pair<std::size_t, float>>;
 
     /// `bFollows`: the cues follow each other, the first one the last.
     Layer(const std::vector<Cue>& cues, bool bFollows, const Patch& patch);
@@ -53,6 +48,10 @@ public:
     void Pause(bool bPause, qint64 nNowMs);
     /// How fast time goes by for it; 1 as written.
     void SetRate(double rate, qint64 nNowMs);
+    /// When by its own clock it is to go on to the cue that follows; infinity for never.
+    double NextAt() const;
+    /// Does that, when the time has come. Rounds that nobody sees are left out.
+    void GoOn(qint64 nNowMs);
 
     /// Stands at once in the cue that it was sent to.
     void Stand();
@@ -61,16 +60,19 @@ public:
 
     bool IsOn() const { return m_iCue >= 0; }
     bool Follows() const { return m_bFollows; }
-    /// Where it was sent last; -1 to nothing.
-    int Sent() const { return m_iCue; }
+    /// The cue that it is in or fades to; -1 is nothing.
+    int CurrentCue() const { return m_iCue; }
     int CueCount() const { return static_cast<int>(m_cues.size()); }
-    Position At(qint64 nNowMs) const;
     bool IsMoving(qint64 nNowMs) const;
-    /// How long the cue that it is in takes to fade by the caller's clock.
-    double FadeMs(qint64 nNowMs) const;
+    /// When it came there, by its own clock.
+    double Since() const { return m_start; }
+    /// How long the cue that it is in takes to fade, by its own clock.
+    double CueFade() const { return IsOn() ? TimingOf(m_iCue).fade : 0; }
+    /// The same by the caller's.
+    double FadeMs() const { return CueFade() / m_rate; }
 
     /// Raises levels to what it does to the lit channels.
-    void MergeInto(FineLevels& levels, const Position& position) const;
+    void MergeInto(FineLevels& levels, qint64 nNowMs) const;
 
     /// Goes to its cue's levels at once in these channels, which nobody sees at the moment.
     void Skip(const ChannelSet& hidden);
@@ -79,20 +81,12 @@ public:
     double Clock(qint64 nNowMs) const;
     /// How many milliseconds of the caller's have gone by since its own clock showed this.
     double SinceMs(double clock, qint64 nNowMs) const { return (Clock(nNowMs) - clock) / m_rate; }
-    /// When by its own clock it comes to a cue, since it was sent where it is; infinity for never.
-    double ReachedAt(int iCue) const;
-    double CueFade(int iCue) const { return TimingOf(iCue).fade; }
 
-    /// The channels that are no light, in rising order.
-    const std::vector<std::size_t>& Others() const { return m_others; }
-    /// The first cue from this one on, round and round where cues follow each other, that gives a level to
-    /// one of them, by its place in Others(); -1 for none.
-    int NextNaming(int iCue, std::size_t iOther) const;
-    /// The level of one of them in a cue. In a program it keeps what an earlier step gave it, round and
-    /// round; -1 is none.
-    float OtherLevel(int iCue, std::size_t iOther) const;
-    /// What one of them is at.
-    float Other(const Position& position, std::size_t iOther) const;
+    /// Which channels that are no light a cue names.
+    const Others& OthersOf(int iCue) const { return TimingOf(iCue).others; }
+    /// What the cue that it is in gives one of them. In a program it is what an earlier step gave it, round
+    /// and round.
+    std::optional<float> OtherLevel(std::size_t at) const;
 
 private:
     /// Rows, one behind the other.
@@ -103,44 +97,39 @@ private:
 
         void Add(std::size_t at, float level);
         void EndRow() { ends.push_back(runs.size()); }
-        Row At(std::size_t iRow) const {
-            return {runs.data() + (iRow > 0 ? ends[iRow - 1] : 0), runs.data() + ends[iRow], levels.data()};
+        Row At(int iRow) const {
+            const auto row = static_cast<std::size_t>(iRow);
+            return {runs.data() + (row > 0 ? ends[row - 1] : 0), runs.data() + ends[row], levels.data()};
         }
-    };
-    /// Where a cue names one of the other channels.
-    struct Named {
-        std::size_t at;
-        int cue;
-        float level;
     };
     struct Timing {
         double fade;  ///< milliseconds, as all times but those of a show
         double hold;
-        double end;  ///< of the hold, since the first cue's beginning
+        Others others;
+    };
+    /// So far from one row of levels to another.
+    struct Position {
+        Row from;
+        Row to;
+        float progress;  ///< 0 to 1
     };
 
-    void Add(int iCue, const Cue& cue, const Patch& patch);
-    /// Where cues name one of the other channels.
-    std::pair<const Named*, const Named*> NamingOf(std::size_t iOther) const {
-        return {m_named.data() + (iOther > 0 ? m_otherEnds[iOther - 1] : 0),
-                m_named.data() + m_otherEnds[iOther]};
-    }
     const Timing& TimingOf(int iCue) const { return m_cues[static_cast<std::size_t>(iCue)]; }
-    int Before(int iCue) const { return iCue > 0 ? iCue - 1 : static_cast<int>(m_cues.size()) - 1; }
+    Position At(qint64 nNowMs) const;
+    bool Stands() const { return m_bPaused && IsOn() && !m_bWaits; }
     void SetClock(qint64 nNowMs);
     void KeepWhatShows(qint64 nNowMs);
 
     bool m_bFollows;
     std::vector<Timing> m_cues;
-    Rows m_rows;                 ///< one for each cue
-    std::vector<Named> m_named;  ///< by channel, then by cue
-    std::vector<std::size_t> m_others;
-    std::vector<std::size_t> m_otherEnds;  ///< for each of them its end in m_named
+    Rows m_rows;         ///< one for each cue
+    double m_cycle = 0;  ///< how long all of them take
 
-    int m_iCue = -1;        ///< where it was sent; -1 to nothing
-    double m_start = 0;     ///< when, by its own clock
+    int m_iCue = -1;
+    double m_start = 0;     ///< when it came there, by its own clock
     double m_stopFade = 0;  ///< how long it takes to nothing
-    Rows m_kept;            ///< one: what it showed then
+    Rows m_kept;            ///< one: what it showed when it was sent there
+    int m_iFrom = -1;       ///< the cue that it came from by itself; -1: it was sent
     bool m_bPaused = false;
     bool m_bWaits = false;  ///< sent to a cue while paused: stays in it
     double m_rate = 1;

@@ -22,7 +22,7 @@ constexpr std::size_t NoPlace = std::numeric_limits<std::size_t>::max();
 /// Whether a layer is anywhere brighter than these levels.
 bool ShowsMore(const Layer& layer, const Levels& levels, qint64 nNowMs) {
     FineLevels shown{};
-    layer.MergeInto(shown, layer.At(nNowMs));
+    layer.MergeInto(shown, nNowMs);
     return !std::equal(shown.begin(), shown.end(), levels.begin(), [](float level, unsigned char ucMost) {
         return level < static_cast<float>(ucMost) + 1;
     });
@@ -32,7 +32,6 @@ bool ShowsMore(const Layer& layer, const Levels& levels, qint64 nNowMs) {
 
 Playback::Playback(const State& state, Clock clock) : m_state(state), m_patch(state.CurrentShow().fixtures) {
     AddLayers(state.CurrentShow());
-    FindLatest();
     const qint64 nStartMs = clock() - (state.IsTakenUp() ? LongAgoMs : 0);
     TakeSpeed(nStartMs, state.IsTakenUp());
     for (const Playable& running : state.Runs()) {
@@ -79,39 +78,32 @@ void Playback::AddLayers(const Show& show) {
         m_layers.emplace_back(layers[i], i >= areas.size(), m_patch);
     }
     m_started.resize(layers.size());
-    m_pending.resize(layers.size());
-}
-
-void Playback::FindLatest() {
-    std::map<std::size_t, float> channels = m_patch.Defaults();
+    for (const auto& [at, standard] : m_patch.Defaults()) {
+        m_latest.emplace(at, standard);
+    }
     for (const Layer& layer : m_layers) {
-        for (const std::size_t at : layer.Others()) {
-            channels.insert({at, LatestChannel::NoDefault});
+        for (int i = 0; i < layer.CueCount(); ++i) {
+            for (const auto& other : layer.OthersOf(i)) {
+                m_latest.emplace(other.first, LatestChannel::NoDefault);
+            }
         }
     }
-    for (const auto& [at, standard] : channels) {
-        m_latest.emplace_back(at, standard);
-    }
-}
-
-LatestChannel& Playback::Latest(std::size_t at) {
-    return *std::lower_bound(m_latest.begin(), m_latest.end(), at,
-                             [](const LatestChannel& channel, std::size_t n) { return channel.At() < n; });
 }
 
 void Playback::Switch(const Playable& running, bool bOn, bool bReleasesColor, qint64 nNowMs) {
+    Advance(nNowMs);
     const auto [layer, iScene] = m_places.at(running);
-    const int iCue = running.program ? std::max(m_layers[layer].Sent(), 0) : iScene;
+    const int iCue = running.program ? std::max(m_layers[layer].CurrentCue(), 0) : iScene;
     const bool bFromColor = bOn && (bReleasesColor || ReleaseProgress(nNowMs) < 1);
     if (bFromColor) {
         Color color = m_state.CurrentColor();
         color.state = bReleasesColor;
         FineLevels lit{};
-        const ChannelSet painted = Lit(color, PositionsAt(nNowMs), nNowMs, lit);
+        const ChannelSet painted = Lit(color, nNowMs, lit);
         m_released = bReleasesColor ? painted : m_released;
         m_lit = lit;
     }
-    if ((m_layers[layer].Sent() == iCue) != bOn) {
+    if ((m_layers[layer].CurrentCue() == iCue) != bOn) {
         Send(layer, bOn ? iCue : -1, true, nNowMs);
     }
     if (bFromColor) {
@@ -119,76 +111,65 @@ void Playback::Switch(const Playable& running, bool bOn, bool bReleasesColor, qi
         // half-way.
         m_layers[layer].Skip(m_released);
         m_nReleaseMs = nNowMs;
-        m_releaseFade = m_layers[layer].FadeMs(nNowMs);
+        m_releaseFade = m_layers[layer].FadeMs();
     }
 }
 
 void Playback::Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs) {
-    Advance(nNowMs);
     Layer& sent = m_layers[layer];
-    const Positions before = PositionsAt(nNowMs);
-    std::vector<float> shown;
-    for (const std::size_t at : sent.Others()) {
-        shown.push_back(Latest(at).LevelAt(m_layers, before, nNowMs));
-    }
-    double fade = sent.FadeMs(nNowMs);
+    double fade = sent.FadeMs();
     if (iCue < 0) {
         sent.Stop(nNowMs);
     } else {
         sent.GoTo(iCue, nNowMs);
-        fade = sent.FadeMs(nNowMs);
+        fade = sent.FadeMs();
         m_started[layer] = bStarts ? ++m_nStarts : m_started[layer];
     }
-    std::vector<Pending>& pending = m_pending[layer];
-    pending.clear();
-    for (std::size_t iOther = 0; iOther < shown.size(); ++iOther) {
-        LatestChannel& channel = Latest(sent.Others()[iOther]);
-        const bool bOwned = channel.IsOwnedBy(layer);
-        const int iNaming = iCue < 0 ? -1 : sent.NextNaming(iCue, iOther);
-        const bool bKept = sent.Follows() && !bStarts && channel.Has(layer);
-        if (iCue >= 0 && (iNaming == iCue || bKept)) {
-            channel.Add({layer, iOther, m_started[layer]});
-        } else {
-            channel.Remove(layer);
-            if (iNaming >= 0) {
-                pending.push_back({iNaming, iOther});
-            }
+    for (auto& [at, channel] : m_latest) {
+        const float shown = channel.LevelAt(m_layers, nNowMs);
+        if (channel.IsOwnedBy(layer) && bStarts) {
+            channel.Move({shown, false, static_cast<double>(nNowMs), fade});
+        } else if (channel.IsOwnedBy(layer)) {
+            channel.Move({shown, true, sent.Since(), sent.CueFade()});
         }
-        if (channel.IsOwnedBy(layer)) {
-            channel.Move({shown[iOther], true, sent.ReachedAt(iCue), sent.CueFade(iCue)});
-        } else if (bOwned) {
-            channel.Move({shown[iOther], false, static_cast<double>(nNowMs), fade});
+        if (bStarts) {
+            channel.Remove(layer);
         }
     }
-    std::stable_sort(pending.begin(), pending.end(), [&sent](const Pending& a, const Pending& b) {
-        return sent.ReachedAt(a.cue) < sent.ReachedAt(b.cue);
-    });
+    if (iCue >= 0) {
+        Claim(layer, nNowMs);
+    }
+}
+
+void Playback::Claim(std::size_t layer, qint64 nNowMs) {
+    const Layer& claims = m_layers[layer];
+    for (const auto& [at, level] : claims.OthersOf(claims.CurrentCue())) {
+        LatestChannel& channel = m_latest.at(at);
+        const float shown = channel.LevelAt(m_layers, nNowMs);
+        channel.Add({layer, m_started[layer], level});
+        if (channel.IsOwnedBy(layer)) {
+            channel.Move({shown, true, claims.Since(), claims.CueFade()});
+        }
+    }
 }
 
 void Playback::Advance(qint64 nNowMs) {
-    for (std::size_t i = 0; i < m_layers.size(); ++i) {
-        const Layer& layer = m_layers[i];
-        std::vector<Pending>& pending = m_pending[i];
-        std::size_t nTaken = 0;
-        for (; nTaken < pending.size(); ++nTaken) {
-            const auto [iCue, iOther] = pending[nTaken];
-            const double reached = layer.ReachedAt(iCue);
-            if (layer.Clock(nNowMs) < reached) {
-                break;
-            }
-            const qint64 nThenMs = nNowMs - static_cast<qint64>(layer.SinceMs(reached, nNowMs));
-            LatestChannel& channel = Latest(layer.Others()[iOther]);
-            const float shown = channel.LevelAt(m_layers, PositionsAt(nThenMs), nThenMs);
-            channel.Add({i, iOther, m_started[i]});
-            if (channel.IsOwnedBy(i)) {
-                channel.Move({shown, true, reached, layer.CueFade(iCue)});
-            }
+    const auto isSooner = [nNowMs](const Layer& a, const Layer& b) {
+        return a.SinceMs(a.NextAt(), nNowMs) > b.SinceMs(b.NextAt(), nNowMs);
+    };
+    for (;;) {
+        const auto next = std::min_element(m_layers.begin(), m_layers.end(), isSooner);
+        const double sinceMs = next == m_layers.end() ? -1 : next->SinceMs(next->NextAt(), nNowMs);
+        if (sinceMs < 0) {
+            return;
         }
-        pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(nTaken));
+        next->GoOn(nNowMs);
+        Claim(static_cast<std::size_t>(next - m_layers.begin()), nNowMs - static_cast<qint64>(sinceMs));
     }
 }
 
 void Playback::TakeSpeed(qint64 nNowMs, bool bPause) {
+    Advance(nNowMs);
     const double rate = std::exp2((m_state.CurrentCommand().speed - WrittenSpeed) / SpeedStep);
     for (Layer& layer : m_layers) {
         if (layer.Follows()) {
@@ -199,10 +180,11 @@ void Playback::TakeSpeed(qint64 nNowMs, bool bPause) {
 }
 
 void Playback::StepPrograms(int nSteps, qint64 nNowMs) {
+    Advance(nNowMs);
     for (std::size_t i = 0; nSteps != 0 && i < m_layers.size(); ++i) {
         if (m_layers[i].Follows() && m_layers[i].IsOn()) {
             const int nCues = m_layers[i].CueCount();
-            Send(i, (m_layers[i].At(nNowMs).cue + nSteps + nCues) % nCues, false, nNowMs);
+            Send(i, (m_layers[i].CurrentCue() + nSteps + nCues) % nCues, false, nNowMs);
         }
     }
 }
@@ -212,14 +194,7 @@ bool Playback::IsMoving(qint64 nNowMs) const {
            std::any_of(m_layers.begin(), m_layers.end(),
                        [nNowMs](const Layer& layer) { return layer.IsMoving(nNowMs); }) ||
            std::any_of(m_latest.begin(), m_latest.end(),
-                       [nNowMs](const LatestChannel& channel) { return channel.IsMoving(nNowMs); });
-}
-
-Playback::Positions Playback::PositionsAt(qint64 nNowMs) const {
-    Positions positions(m_layers.size());
-    std::transform(m_layers.begin(), m_layers.end(), positions.begin(),
-                   [nNowMs](const Layer& layer) { return layer.At(nNowMs); });
-    return positions;
+                       [nNowMs](const auto& latest) { return latest.second.IsMoving(nNowMs); });
 }
 
 float Playback::ReleaseProgress(qint64 nNowMs) const {
@@ -227,10 +202,9 @@ float Playback::ReleaseProgress(qint64 nNowMs) const {
     return m_released.any() && elapsed < m_releaseFade ? static_cast<float>(elapsed / m_releaseFade) : 1;
 }
 
-ChannelSet Playback::Lit(const Color& color, const Positions& positions, qint64 nNowMs,
-                         FineLevels& levels) const {
-    for (std::size_t layer = 0; layer < m_layers.size(); ++layer) {
-        m_layers[layer].MergeInto(levels, positions[layer]);
+ChannelSet Playback::Lit(const Color& color, qint64 nNowMs, FineLevels& levels) const {
+    for (const Layer& layer : m_layers) {
+        layer.MergeInto(levels, nNowMs);
     }
     for (const auto& [at, difference] : m_left) {
         levels[at] = std::clamp(levels[at] + difference * LeftOver(nNowMs), 0.0F, Full);
@@ -279,8 +253,9 @@ std::vector<std::size_t> Playback::TakeOverLayers(const Playback& last, const Le
             continue;
         }
         const Layer& now = m_layers[to->second.layer];
-        const bool bBoth = running.program ? was.IsOn() && now.IsOn()
-                                           : was.Sent() == from.cue && now.Sent() == to->second.cue;
+        const bool bBoth = running.program
+                               ? was.IsOn() && now.IsOn()
+                               : was.CurrentCue() == from.cue && now.CurrentCue() == to->second.cue;
         if (bBoth) {
             m_layers[to->second.layer].GoOnFrom(was);
             places[from.layer] = to->second.layer;
@@ -298,64 +273,42 @@ std::vector<std::size_t> Playback::TakeOverLayers(const Playback& last, const Le
             m_layers.push_back(std::move(ending));
         }
     }
-    m_pending.resize(m_layers.size());
     return places;
 }
 
 void Playback::TakeOverLatest(const Playback& last, const Levels& open,
                               const std::vector<std::size_t>& places, qint64 nNowMs) {
-    std::map<std::size_t, const LatestChannel*> known;
-    for (const LatestChannel& channel : last.m_latest) {
-        known[channel.At()] = &channel;
-    }
-    for (LatestChannel& channel : m_latest) {
-        const auto was = known.find(channel.At());
-        channel.Move({});
-        if (was != known.end()) {
-            TakeOwners(*was->second, places, channel);
-            known.erase(was);
+    static const LatestChannel Unknown(LatestChannel::NoDefault);
+    for (const auto& was : last.m_latest) {
+        if (m_patch.IsOther(was.first)) {  // what nobody names any more stays
+            m_latest.emplace(was.first, LatestChannel::NoDefault);
         }
     }
-    Advance(nNowMs);
     Levels now{};
-    const Positions positions = PositionsAt(nNowMs);
-    const auto openLevel = [&](std::size_t at) {
-        return static_cast<float>(open[at]) +
-               (m_patch.HasFine(at) ? static_cast<float>(open[at + 1]) / 256 : 0);
-    };
-    for (LatestChannel& channel : m_latest) {
-        const std::size_t at = channel.At();
-        m_patch.Put(at, channel.LevelAt(m_layers, positions, nNowMs), now);
+    for (auto& [at, channel] : m_latest) {
+        const auto was = last.m_latest.find(at);
+        TakeOwners(at, was == last.m_latest.end() ? Unknown : was->second, places);
+        m_patch.Put(at, channel.LevelAt(m_layers, nNowMs), now);
         const std::size_t fine = at + (m_patch.HasFine(at) ? 1 : 0);
         if (now[at] != open[at] || now[fine] != open[fine]) {
-            channel.Move({openLevel(at), false, static_cast<double>(nNowMs), Second});
+            const float level =
+                static_cast<float>(open[at]) + (fine == at ? 0 : static_cast<float>(open[fine]) / 256);
+            channel.Move({level, false, static_cast<double>(nNowMs), Second});
         }
     }
-    for (const auto& [at, pLast] : known) {
-        if (m_patch.IsOther(at)) {  // which nobody names any more: it stays
-            m_latest.emplace_back(at, LatestChannel::NoDefault);
-            m_latest.back().Move({openLevel(at)});
-        }
-    }
-    std::sort(m_latest.begin(), m_latest.end(),
-              [](const LatestChannel& a, const LatestChannel& b) { return a.At() < b.At(); });
 }
 
 /// What a program of the last show had come to, its successor has come to as well.
-void Playback::TakeOwners(const LatestChannel& last, const std::vector<std::size_t>& places,
-                          LatestChannel& channel) {
+void Playback::TakeOwners(std::size_t at, const LatestChannel& last, const std::vector<std::size_t>& places) {
+    LatestChannel& channel = m_latest.at(at);
+    channel.Move({});
     for (std::size_t from = 0; from < places.size(); ++from) {
         const std::size_t to = places[from];
-        if (to == NoPlace || !last.Has(from)) {
+        if (to == NoPlace || !(last.Has(from) || channel.Has(to))) {
             continue;
         }
-        std::vector<Pending>& pending = m_pending[to];
-        const auto come = std::find_if(pending.begin(), pending.end(), [&](const Pending& p) {
-            return m_layers[to].Others()[p.other] == channel.At();
-        });
-        if (come != pending.end()) {
-            channel.Add({to, come->other, m_started[to]});
-            pending.erase(come);
+        if (const std::optional<float> level = m_layers[to].OtherLevel(at)) {
+            channel.Add({to, m_started[to], *level});
         }
         if (last.IsOwnedBy(from) && channel.IsOwnedBy(to)) {
             channel.Move(last.CurrentMotion());
@@ -370,12 +323,11 @@ float Playback::LeftOver(qint64 nNowMs) const {
 void Playback::Render(qint64 nNowMs, const Command& command, Levels& levels) {
     Advance(nNowMs);
     const Universes& held = m_state.Held();
-    const Positions positions = PositionsAt(nNowMs);
     FineLevels merged{};
-    Lit(m_state.CurrentColor(), positions, nNowMs, merged);
+    Lit(m_state.CurrentColor(), nNowMs, merged);
     m_patch.Grade(merged, command, levels);
-    for (const LatestChannel& channel : m_latest) {
-        m_patch.Put(channel.At(), channel.LevelAt(m_layers, positions, nNowMs), levels);
+    for (const auto& [at, channel] : m_latest) {
+        m_patch.Put(at, channel.LevelAt(m_layers, nNowMs), levels);
     }
     for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
         if (!held.IsHeld(nUniverse)) {

@@ -49,49 +49,38 @@ private:
         std::size_t layer = 0;
         int cue = 0;  ///< of a scene; a program goes on in the one that it was sent to
     };
-    /// A step that a program has not come to yet, and a channel of its Layer::Others() that it is the first
-    /// to name.
-    struct Pending {
-        int cue = 0;
-        std::size_t other = 0;
-    };
-    using Positions = std::vector<Layer::Position>;
-
     void Render(qint64 nNowMs, const Command& command, Levels& levels);
     /// Returns for each layer of the last one the layer here that goes on from it, or NoPlace. What ended
     /// goes on only if it gives no more than was seen: the operator's colour may have been over it.
     std::vector<std::size_t> TakeOverLayers(const Playback& last, const Levels& open, qint64 nNowMs);
     void TakeOverLatest(const Playback& last, const Levels& open, const std::vector<std::size_t>& places,
                         qint64 nNowMs);
-    void TakeOwners(const LatestChannel& last, const std::vector<std::size_t>& places,
-                    LatestChannel& channel);
+    void TakeOwners(std::size_t at, const LatestChannel& last, const std::vector<std::size_t>& places);
     /// How much is left of the difference to a last show: 1 at first, 0 a second later.
     float LeftOver(qint64 nNowMs) const;
     void AddLayers(const Show& show);
-    void FindLatest();
     /// One that does so already goes on as it does.
     void Switch(const Playable& running, bool bOn, bool bReleasesColor, qint64 nNowMs);
     void TakeSpeed(qint64 nNowMs, bool bPause);
     /// Sends a layer to a cue, -1 to nothing. `bStarts`: it comes to be the last started.
     void Send(std::size_t layer, int iCue, bool bStarts, qint64 nNowMs);
-    /// Lets programs take what they have come to since.
+    /// Has the layer's cue, to which it comes now, take the channels that it names.
+    void Claim(std::size_t layer, qint64 nNowMs);
+    /// Lets programs come to the steps that have come due since.
     void Advance(qint64 nNowMs);
-    LatestChannel& Latest(std::size_t at);
     void StepPrograms(int nSteps, qint64 nNowMs);
-    Positions PositionsAt(qint64 nNowMs) const;
     /// The share of the fade in which the colour's last light goes.
     float ReleaseProgress(qint64 nNowMs) const;
     /// What all layers and the colour make, before the commands. Returns what the colour replaces.
-    ChannelSet Lit(const Color& color, const Positions& positions, qint64 nNowMs, FineLevels& levels) const;
+    ChannelSet Lit(const Color& color, qint64 nNowMs, FineLevels& levels) const;
 
     const State& m_state;
     Patch m_patch;
     std::vector<Layer> m_layers;     ///< of the areas, of the programs, then what has ended with another show
     std::vector<quint64> m_started;  ///< for each layer the number of its last start
-    std::vector<std::vector<Pending>> m_pending;  ///< for each layer, in the order in which they come
-    std::vector<LatestChannel> m_latest;          ///< by channel
-    FineLevels m_lit{};                           ///< what was lit when a start released the colour
-    ChannelSet m_released;                        ///< what the colour had replaced then
+    std::map<std::size_t, LatestChannel> m_latest;  ///< by channel
+    FineLevels m_lit{};                             ///< what was lit when a start released the colour
+    ChannelSet m_released;                          ///< what the colour had replaced then
     qint64 m_nReleaseMs = 0;
     double m_releaseFade = 0;
     std::map<Playable, Place> m_places;
