@@ -51,7 +51,7 @@ bool OnWayland() {
 Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags, const QString& sNetwork)
     : PaintedWidget(parent, flags),
       m_sNetwork(sNetwork),
-      m_pLayout(new QHBoxLayout),
+      m_pLayout(new QHBoxLayout(this)),
       m_background(artwork::Picture(BackgroundPath)) {
     setAccessibleName(QApplication::applicationDisplayName());
     setLayoutDirection(Qt::LeftToRight);  // of addresses and levels, in every language
@@ -71,7 +71,6 @@ Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags, const QString& sNetwork
     CreateConnections();
 
     m_pLayout->setContentsMargins(Border, Border, Border, Border);
-    setLayout(m_pLayout);
     GoToPage(IsOffered(ColorPage) ? ColorPage : FirstOffered());
     ShowPopupTab();
     // As long as no key has asked for a control, none has the keys.
@@ -94,7 +93,7 @@ void Corvane::CreatePages() {
     m_pGrid = new ChannelsGrid(this);
     m_pParams = new CParamsCtrl(m_settings, m_sServerAddress, Stores(), this);
     m_pages = {pSceneWnd, pProgramWnd, m_pPicker, m_pGrid, m_pParams};
-    for (QWidget* pPage : m_pages) {
+    for (QWidget* pPage : std::as_const(m_pages)) {
         pPage->hide();
     }
 
@@ -280,10 +279,3 @@ void Corvane::mouseMoveEvent(QMouseEvent* event) {
     }
     move(m_windowAtPress + way);
 }
-
-void Corvane::mouseReleaseEvent(QMouseEvent*) {
-    LetGo();
-}
-
-/// The second click of a double click is no press: it must neither close the window nor start a drag.
-void Corvane::mouseDoubleClickEvent(QMouseEvent*) {}

@@ -17,7 +17,6 @@
 #include <QRect>
 #include <QString>
 
-#include <array>
 #include <optional>
 #include <string>
 
@@ -66,8 +65,9 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent*) override { LetGo(); }
+    /// The second click of a double click is no press: it must neither close the window nor start a drag.
+    void mouseDoubleClickEvent(QMouseEvent*) override {}
 
 private:
     /// The frame round the page, which is also where the window can be dragged.
@@ -100,7 +100,7 @@ public:
     const QString& ServerAddress() const { return m_sServerAddress; }
 
 private:
-    void Write(const std::string& sText);
+    void Write(const QByteArray& text);
     void SetServer(const QString& sAddress);
     bool ChooseNetwork();
     void KeepLooking();
@@ -188,8 +188,6 @@ private:
     bool HasKeys(const QWidget* pHost) const;
     void GiveKeys(QWidget* pHost);
     bool IsOffered(int iPage) const;
-    /// Null for what is no page.
-    QWidget* PageWidget(int iPage) const;
 
     // Slots
 public slots:
@@ -198,11 +196,11 @@ public slots:
     void ReadPacket();
 
     // of the menu, and "connect again": corvane_pages.cpp, corvane_transport.cpp
-    void OnTabPressed();
+    void OnTabPressed() { ShowPopupMenu(); }
     /// Shows a page, or connects again (CPopupMenu::Refresh). Leaving the parameters locks them if the user
     /// wants them locked. Any other index leaves no page on screen.
     void OnMenuChanged(int iMenu);
-    void OnHideMenu();
+    void OnHideMenu() { ShowPopupTab(); }
     /// Starts over on the first pair of ports.
     void Refresh();
 
@@ -273,10 +271,10 @@ private:
     QString m_sInterface;                 ///< address to bind, or "Auto"
     QString m_sBroadcast = "192.168.0.255";
     QString m_sServerAddress = "192.168.0.255";
-    std::optional<std::string> m_pending;  ///< waits for the next tick
+    std::optional<QByteArray> m_pending;  ///< waits for the next tick
     /// The colour's, by someone else's start. It and a click of the user do not replace each other: the click
     /// goes first, the release follows.
-    std::optional<std::string> m_release;
+    std::optional<QByteArray> m_release;
     Fragments m_fragments;
     Work m_work;
     QElapsedTimer
@@ -287,7 +285,7 @@ private:
     CColorPicker* m_pPicker;
     ChannelsGrid* m_pGrid;
     CParamsCtrl* m_pParams;
-    std::array<QWidget*, Pages> m_pages{};
+    QList<QWidget*> m_pages;  ///< by Page
     CPopupTab* m_pTab;
     CPopupMenu* m_pMenu;
     QPixmap m_background;

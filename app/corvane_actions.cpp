@@ -57,11 +57,7 @@ void Corvane::OnProgramColorChanged(int nId, QColor color) {
 
 void Corvane::OnColorChanged(unsigned char ucR, unsigned char ucG, unsigned char ucB, unsigned char ucW) {
     if (m_bConnected) {
-        m_color.r = ucR;
-        m_color.g = ucG;
-        m_color.b = ucB;
-        m_color.w = ucW;
-        m_color.state = true;
+        m_color = {ucR, ucG, ucB, ucW, m_color.rgbw, true};
         SendColor();
     }
 }

@@ -28,21 +28,13 @@ void Corvane::TakePlace(QWidget* pHost, const QRect& place, QWidget* pOther) {
     }
 }
 
-void Corvane::OnTabPressed() {
-    ShowPopupMenu();
-}
-
-void Corvane::OnHideMenu() {
-    ShowPopupTab();
-}
-
 void Corvane::OnMenuChanged(int iMenu) {
     if (iMenu == CPopupMenu::Refresh) {
         Refresh();
         return;
     }
     bool bKeys = HasKeys(m_pMenu);
-    if (QWidget* pLeft = PageWidget(std::exchange(m_iCurrentPage, iMenu))) {
+    if (QWidget* pLeft = m_pages.value(std::exchange(m_iCurrentPage, iMenu))) {
         bKeys = bKeys || HasKeys(pLeft);
         m_pLayout->removeWidget(pLeft);
         if (pLeft->isAncestorOf(focusWidget())) {
@@ -50,7 +42,7 @@ void Corvane::OnMenuChanged(int iMenu) {
         }
         pLeft->hide();
     }
-    QWidget* pPage = PageWidget(iMenu);
+    QWidget* pPage = m_pages.value(iMenu);
     if (pPage == nullptr) {
         return;
     }
@@ -108,8 +100,4 @@ int Corvane::FirstOffered() const {
 /// Whether the settings let the user see a page.
 bool Corvane::IsOffered(int iPage) const {
     return iPage == ParamsPage || m_settings.menuVisible.at(static_cast<std::size_t>(iPage));
-}
-
-QWidget* Corvane::PageWidget(int iPage) const {
-    return iPage >= 0 && iPage < Pages ? m_pages.at(static_cast<std::size_t>(iPage)) : nullptr;
 }

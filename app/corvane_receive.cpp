@@ -174,7 +174,7 @@ void Corvane::readSwitch(const JSONNode& content, CSceneList& list) {
         ReleaseCommands();
         if (bHeld && m_bConnected) {
             m_color.state = false;
-            m_release = messages::Color(m_color);
+            m_release = QByteArray::fromStdString(messages::Color(m_color));
         }
     }
     list.Update(scene, true);

@@ -145,14 +145,15 @@ void Corvane::Refresh() {
 }
 
 void Corvane::SendPacket(const std::string& sText, bool bDeferred) {
+    const QByteArray text(sText.c_str());
     if (!bDeferred) {
-        Write(sText);
+        Write(text);
         return;
     }
     if (m_pending) {
-        qCInfo(logDrop).noquote() << "out" << Summary(*m_pending) << "replaced by" << Summary(sText);
+        qCInfo(logDrop).noquote() << "out" << Summary(*m_pending) << "replaced by" << Summary(text);
     }
-    m_pending = sText;
+    m_pending = text;
 }
 
 /// What waits was meant for another server.
@@ -164,11 +165,10 @@ void Corvane::SetServer(const QString& sAddress) {
     }
 }
 
-void Corvane::Write(const std::string& sText) {
+void Corvane::Write(const QByteArray& text) {
     if (m_pSocket == nullptr) {
         return;
     }
-    const QByteArray text(sText.c_str());
     const QHostAddress address(m_sServerAddress);
     qCInfo(logWire).noquote() << "out" << Summary(text) << "to" << address.toString() << m_nRemotePort;
     if (m_pSocket->writeDatagram(text, address, static_cast<quint16>(m_nRemotePort)) < 0) {

@@ -5,16 +5,15 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <vector>
+
 namespace {
 
 /// The normal or the selected pictures of the entries.
-std::array<QPixmap, CPopupMenu::Entries> EntryPictures(const QString& sSuffix) {
-    const std::array<const char*, CPopupMenu::Entries> names{"Scene", "Prog",   "Color",
-                                                             "Chan",  "Params", "Refresh"};
-    std::array<QPixmap, CPopupMenu::Entries> pictures;
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        pictures.at(i) =
-            artwork::Picture(QString(":/Corvane/Images/MenuBut%1%2.png").arg(names.at(i), sSuffix));
+std::vector<QPixmap> EntryPictures(const QString& sSuffix) {
+    std::vector<QPixmap> pictures;
+    for (const char* pName : {"Scene", "Prog", "Color", "Chan", "Params", "Refresh"}) {
+        pictures.push_back(artwork::Picture(QString(":/Corvane/Images/MenuBut%1%2.png").arg(pName, sSuffix)));
     }
     return pictures;
 }
@@ -76,10 +75,6 @@ void CPopupMenu::mousePressEvent(QMouseEvent* event) {
     m_iPrevious = m_iSelected;
     SetSelected(iMenu);
     emit menuChanged(iMenu);
-}
-
-void CPopupMenu::mouseReleaseEvent(QMouseEvent*) {
-    LetGo();
 }
 
 /// The refresh entry is lit only while it is held; the menu goes on showing the page the user is on.

@@ -40,7 +40,7 @@ protected:
     void LetGo() override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent*) override { LetGo(); }
 
 private:
     void UpdateRects();

@@ -4,6 +4,7 @@
 #include "device/text.h"
 
 #include <algorithm>
+#include <numeric>
 
 std::optional<QByteArray> Fragments::Join(const QByteArray& datagram, const QString& sSender) {
     const QByteArray text = datagram.left(TextSize(datagram));
@@ -15,8 +16,7 @@ std::optional<QByteArray> Fragments::Join(const QByteArray& datagram, const QStr
     pieces.text.append(text.constData(), nPiece);
     pieces.nOpen += static_cast<int>(std::count(text.begin(), text.end(), '{') -
                                      std::count(text.begin(), text.end(), '}'));
-    m_nSize += nPiece;
-    if (m_nSize > MaxSize && DropLongest() == sSender) {
+    if (Size() > MaxSize && DropLongest() == sSender) {
         return std::nullopt;
     }
     if (pieces.nOpen != 0) {
@@ -32,14 +32,16 @@ void Fragments::Clear() {
         LogDrop(pieces, "their rest had not come before the next question");
     }
     m_waiting.clear();
-    m_nSize = 0;
 }
 
 void Fragments::Clear(const QString& sSender) {
-    m_waiting.remove_if([&](const Pieces& pieces) {
-        m_nSize -= pieces.sender == sSender ? pieces.text.size() : 0;
-        return pieces.sender == sSender;
-    });
+    m_waiting.remove_if([&](const Pieces& pieces) { return pieces.sender == sSender; });
+}
+
+/// Of all that waits.
+QByteArray::size_type Fragments::Size() const {
+    return std::accumulate(m_waiting.begin(), m_waiting.end(), QByteArray::size_type{0},
+                           [](auto nSize, const Pieces& pieces) { return nSize + pieces.text.size(); });
 }
 
 /// The pieces of a sender, who becomes the one heard last.
@@ -52,7 +54,6 @@ Fragments::Pieces& Fragments::Of(const QString& sSender) {
     }
     if (m_waiting.size() == MaxSenders) {
         LogDrop(m_waiting.back(), "too many senders");
-        m_nSize -= m_waiting.back().text.size();
         m_waiting.pop_back();
     }
     m_waiting.push_front({sSender, {}, 0});

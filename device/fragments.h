@@ -37,9 +37,9 @@ private:
     };
 
     static void LogDrop(const Pieces& pieces, const char* pReason);
+    QByteArray::size_type Size() const;
     Pieces& Of(const QString& sSender);
     QString DropLongest();
 
-    std::list<Pieces> m_waiting;        ///< who was heard last comes first
-    QByteArray::size_type m_nSize = 0;  ///< of all that waits
+    std::list<Pieces> m_waiting;  ///< who was heard last comes first
 };

@@ -67,6 +67,8 @@ std::string_view JSONNode::StringText() const {
 JSONDocument::JSONDocument(const QByteArray& text) : m_pParser(std::move(SpareParser())) {
     if (m_pParser == nullptr) {
         m_pParser = std::make_unique<simdjson::dom::parser>();
+        // It keeps the depth when it grows. Without memory for this there is none to parse with, either.
+        static_cast<void>(m_pParser->allocate(64, MaxDepth));
     }
     const QByteArray bytes = QByteArray::fromRawData(text.constData(), TextSize(text));
     simdjson::error_code error = Parse(bytes);
@@ -85,12 +87,5 @@ JSONDocument::~JSONDocument() {
 }
 
 simdjson::error_code JSONDocument::Parse(const QByteArray& text) {
-    const auto nSize = static_cast<std::size_t>(text.size());
-    if (m_pParser->capacity() < nSize || m_pParser->max_depth() != MaxDepth) {
-        const simdjson::error_code error = m_pParser->allocate(std::max<std::size_t>(nSize, 64), MaxDepth);
-        if (error != simdjson::SUCCESS) {
-            return error;
-        }
-    }
-    return m_pParser->parse(text.constData(), nSize).get(m_root);
+    return m_pParser->parse(text.constData(), static_cast<std::size_t>(text.size())).get(m_root);
 }

@@ -93,10 +93,7 @@ public:
     explicit JSONDocument(const QByteArray& text);
 
     ~JSONDocument();
-    JSONDocument(const JSONDocument&) = delete;
-    JSONDocument& operator=(const JSONDocument&) = delete;
-    JSONDocument(JSONDocument&&) = delete;
-    JSONDocument& operator=(JSONDocument&&) = delete;
+    Q_DISABLE_COPY_MOVE(JSONDocument)
 
     JSONNode Root() const { return JSONNode(m_root); }
 

@@ -1,22 +1,9 @@
 #include "device/jsonwriter.h"
 
 #include <cstdio>
-#include <utility>
 
 JSONWriter::JSONWriter(std::size_t nReserve) {
     m_text.reserve(nReserve);
-}
-
-JSONWriter& JSONWriter::Member(std::string_view sKey, int nValue) {
-    StartItem(sKey);
-    m_text += std::to_string(nValue);
-    return *this;
-}
-
-JSONWriter& JSONWriter::Member(std::string_view sKey, bool bValue) {
-    StartItem(sKey);
-    m_text += bValue ? "true" : "false";
-    return *this;
 }
 
 JSONWriter& JSONWriter::Member(std::string_view sKey, std::string_view sValue) {
@@ -25,10 +12,10 @@ JSONWriter& JSONWriter::Member(std::string_view sKey, std::string_view sValue) {
     return *this;
 }
 
-std::string JSONWriter::Take() {
-    m_nDepth = 0;
-    m_bFirst = true;
-    return std::exchange(m_text, {});
+JSONWriter& JSONWriter::Bare(std::string_view sKey, std::string_view sValue) {
+    StartItem(sKey);
+    m_text += sValue;
+    return *this;
 }
 
 void JSONWriter::StartItem(std::string_view sKey) {

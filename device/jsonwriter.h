@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <utility>
 
 /// Writes JSON in the one shape that goes over the wire: each member on a line of its own, a tab for each
 /// level, `"key" : value`, no line break at the end. No kept library prints it, and servers match it byte for
@@ -18,8 +19,8 @@ public:
     JSONWriter& BeginArray(std::string_view sKey = {}) { return Open(sKey, '['); }
     JSONWriter& EndArray() { return Close(']'); }
 
-    JSONWriter& Member(std::string_view sKey, int nValue);
-    JSONWriter& Member(std::string_view sKey, bool bValue);
+    JSONWriter& Member(std::string_view sKey, int nValue) { return Bare(sKey, std::to_string(nValue)); }
+    JSONWriter& Member(std::string_view sKey, bool bValue) { return Bare(sKey, bValue ? "true" : "false"); }
     /// The text is UTF-8 and ends at its first NUL.
     JSONWriter& Member(std::string_view sKey, std::string_view sValue);
     /// Without this a literal would rather become a bool than a view.
@@ -35,9 +36,10 @@ public:
     }
 
     /// The text written so far; the writer is empty afterwards.
-    std::string Take();
+    std::string Take() { return std::exchange(m_text, {}); }
 
 private:
+    JSONWriter& Bare(std::string_view sKey, std::string_view sValue);
     void StartItem(std::string_view sKey);
     JSONWriter& Open(std::string_view sKey, char bracket);
     JSONWriter& Close(char bracket);

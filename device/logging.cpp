@@ -55,8 +55,4 @@ QString Summary(const QByteArray& datagram) {
     return QString("%1, %2 bytes").arg(sKind).arg(datagram.size());
 }
 
-QString Summary(const std::string& sText) {
-    return Summary(QByteArray::fromStdString(sText));
-}
-
 }  // namespace logging

@@ -7,7 +7,6 @@
 #include <QString>
 
 #include <mutex>
-#include <string>
 
 // What a report of a fault needs to know. Silent unless asked for: QT_LOGGING_RULES="corvane.*=true". What
 // came from the network is printed as a QString or QByteArray, quoted, which escapes all that could move a
@@ -24,8 +23,7 @@ class Session {
 public:
     Session();
     ~Session();
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
+    Q_DISABLE_COPY_MOVE(Session)
 
 private:
     static void Take(QtMsgType type, const QMessageLogContext& context, const QString& sText);
@@ -37,6 +35,5 @@ private:
 /// What kind of message a datagram is, from its first "typ", and its size: "state (7), 433 bytes". The later
 /// pieces of a split message, and whatever has no type, are "piece".
 QString Summary(const QByteArray& datagram);
-QString Summary(const std::string& sText);
 
 }  // namespace logging

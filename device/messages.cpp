@@ -26,8 +26,7 @@ JSONWriter& WriteLevels(JSONWriter& writer, const Color& color) {
 namespace messages {
 
 std::string Bare(MessageType type) {
-    JSONWriter writer;
-    return writer.BeginObject().Member("typ", static_cast<int>(type)).EndObject().Take();
+    return JSONWriter().BeginObject().Member("typ", static_cast<int>(type)).EndObject().Take();
 }
 
 std::string Scene(int nId, int nArea, bool bState) {

@@ -11,8 +11,7 @@ class TerminationSignals : public QObject {
 public:
     TerminationSignals();
     ~TerminationSignals() override;
-    TerminationSignals(const TerminationSignals&) = delete;
-    TerminationSignals& operator=(const TerminationSignals&) = delete;
+    Q_DISABLE_COPY_MOVE(TerminationSignals)
 
     /// Has the signals wait for such an object: to be called before another thread is made, whose end by a
     /// signal would be the program's.

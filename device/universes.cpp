@@ -26,12 +26,12 @@ void Universes::SetRun(int nUniverse, int nStart, int nCount, const Color& color
     if (!HasUniverse(nUniverse) || !HasChannel(nStart)) {
         return;
     }
-    const std::array levels{color.r, color.g, color.b, color.w};
+    const std::array emitters{color.r, color.g, color.b, color.w};
     const int nWidth = color.rgbw ? 4 : 3;
     const int nLimit = Channels - nWidth;
     for (int nChannel = nStart; nCount > 0 && nChannel < nLimit; nChannel += nWidth, --nCount) {
         for (int i = 0; i < nWidth; ++i) {
-            Set(nUniverse, nChannel + i, levels.at(static_cast<std::size_t>(i)), true);
+            Set(nUniverse, nChannel + i, emitters.at(static_cast<std::size_t>(i)), true);
         }
     }
 }

@@ -114,21 +114,22 @@ void Overwrite(const QString& sPath, const QByteArray& text) {
     }
 }
 
+template <typename Value>
+void ReplaceIf(bool bSet, Value& old, const Value& value) {
+    if (bSet) {
+        old = value;
+    }
+}
+
 void Merge(QList<SceneParam>& records, int nId, const QString& sName, const QString& sIcon,
            const QColor& color) {
     const auto record = Find(records, nId);
     if (record == records.end()) {
         records.append({nId, sName, sIcon, color});
-        return;
-    }
-    if (!sName.isEmpty()) {
-        record->name = sName;
-    }
-    if (!sIcon.isEmpty()) {
-        record->icon = sIcon;
-    }
-    if (color.isValid()) {
-        record->color = color;
+    } else {
+        ReplaceIf(!sName.isEmpty(), record->name, sName);
+        ReplaceIf(!sIcon.isEmpty(), record->icon, sIcon);
+        ReplaceIf(color.isValid(), record->color, color);
     }
 }
 
@@ -234,16 +235,9 @@ void CIniFile::SaveProgramParams(int nId, const QString& sName, const QString& s
 void CIniFile::Overlay(const QList<SceneParam>& records, int nId, QString& sName, QString& sIcon,
                        QColor& color) const {
     const auto record = Find(records, nId);
-    if (record == records.end()) {
-        return;
-    }
-    if (sceneParams[0] && !record->name.isEmpty()) {
-        sName = record->name;
-    }
-    if (sceneParams[1] && !record->icon.isEmpty()) {
-        sIcon = record->icon;
-    }
-    if (sceneParams[2] && record->color.isValid()) {
-        color = record->color;
+    if (record != records.end()) {
+        ReplaceIf(sceneParams[0] && !record->name.isEmpty(), sName, record->name);
+        ReplaceIf(sceneParams[1] && !record->icon.isEmpty(), sIcon, record->icon);
+        ReplaceIf(sceneParams[2] && record->color.isValid(), color, record->color);
     }
 }
