@@ -31,27 +31,11 @@ Letter LetterOf(unsigned char ucKind) {
     return static_cast<Letter>(ucKind & LetterBits);
 }
 
-float Replacement(unsigned char ucKind, const Color& color) {
+/// What a colour makes of the channels of each letter.
+std::array<float, Letters.size()> Replacements(const Color& color) {
     const auto level = [](int nLevel) { return static_cast<float>(std::clamp(nLevel, 0, 255)); };
-    if ((ucKind & (color.rgbw ? TakesRgbw : TakesRgb)) == 0) {
-        return Kept;
-    }
-    switch (LetterOf(ucKind)) {
-        case Intensity:
-            return Full;
-        case Red:
-            return level(color.r);
-        case Green:
-            return level(color.g);
-        case Blue:
-            return level(color.b);
-        case White:
-            return color.rgbw ? level(color.w) : Kept;
-        case Emitter:
-            return 0;
-        default:
-            return Kept;
-    }
+    return {Kept, Full, level(color.r), level(color.g), level(color.b), color.rgbw ? level(color.w) : Kept,
+            0,    Kept};
 }
 
 Grading GradingOf(unsigned char ucKind, const Command& command) {
@@ -73,42 +57,35 @@ Grading GradingOf(unsigned char ucKind, const Command& command) {
 
 Patch::Patch(const std::vector<Fixture>& fixtures) {
     for (const Fixture& fixture : fixtures) {
-        const int nWidth = static_cast<int>(fixture.layout.size());
-        for (int i = 0; i < fixture.count && nWidth > 0; ++i) {
-            const int nStart = fixture.channel + i * nWidth;
-            if (!Universes::HasUniverse(fixture.universe) || !Universes::HasChannel(nStart) ||
-                !Universes::HasChannel(nStart + nWidth - 1)) {
-                break;
-            }
-            Add(fixture, i, Universes::At(fixture.universe, nStart));
-            m_used.set(static_cast<std::size_t>(fixture.universe));
+        for (int i = 0; i < fixture.count; ++i) {
+            Add(fixture, i);
         }
+        m_used.set(static_cast<std::size_t>(fixture.universe));
     }
 }
 
-void Patch::Add(const Fixture& fixture, int iUnit, std::size_t start) {
+void Patch::Add(const Fixture& fixture, int iUnit) {
     const std::string& sLayout = fixture.layout;
     const auto has = [&sLayout](const char* pLetters) {
         return sLayout.find_first_of(pLetters) != std::string::npos;
     };
     const int nShared =
         fixture.independent ? Independent : (has("rgb") ? TakesRgb : 0) | (has("rgbw") ? TakesRgbw : 0);
-    for (std::size_t i = 0; i < sLayout.size(); ++i) {
+    const std::size_t first = static_cast<std::size_t>(iUnit) * sLayout.size();
+    std::size_t at = Universes::At(fixture.universe, fixture.channel) + first;
+    for (std::size_t i = 0; i < sLayout.size(); ++i, ++at) {
         const std::size_t nFound = Letters.find(sLayout[i]);
         const auto letter = nFound < Letters.size() ? static_cast<Letter>(nFound) : Nothing;
         const bool bDimmed = letter == Intensity || (letter != Other && !has("i"));
-        m_kinds.at(start + i) = static_cast<unsigned char>(letter | nShared | (bDimmed ? Dimmed : 0));
-        m_fine.set(start + i, i + 1 < sLayout.size() && sLayout[i + 1] == 'f');
-        const std::size_t nDefault = static_cast<std::size_t>(iUnit) * sLayout.size() + i;
-        if (letter == Other && nDefault < fixture.defaults.size()) {
-            const int nFine = HasFine(start + i) ? fixture.defaults.at(nDefault + 1) : 0;
-            m_defaults[start + i] =
-                static_cast<float>(fixture.defaults[nDefault]) + static_cast<float>(nFine) / 256;
-        }
-    }
-    for (std::size_t at = start; at < start + sLayout.size(); ++at) {
+        m_kinds.at(at) = static_cast<unsigned char>(letter | nShared | (bDimmed ? Dimmed : 0));
+        m_fine[at] = i + 1 < sLayout.size() && sLayout[i + 1] == 'f';
         if (HasFine(at) && IsLit(at)) {
             m_widened.push_back(at);
+        }
+        if (letter == Other && !fixture.defaults.empty()) {
+            const int nFine = HasFine(at) ? fixture.defaults.at(first + i + 1) : 0;
+            m_defaults[at] =
+                static_cast<float>(fixture.defaults.at(first + i)) + static_cast<float>(nFine) / 256;
         }
     }
 }
@@ -146,14 +123,12 @@ void Patch::Put(std::size_t at, float level, Levels& levels) const {
 }
 
 ChannelSet Patch::Paint(const Color& color, FineLevels& show) const {
-    std::array<float, Kinds> replaced;
-    for (std::size_t i = 0; i < Kinds; ++i) {
-        replaced[i] = Replacement(static_cast<unsigned char>(i), color);
-    }
+    const auto replacements = Replacements(color);
+    const int nTakes = color.rgbw ? TakesRgbw : TakesRgb;
     ChannelSet painted;
     for (std::size_t at = 0; at < m_kinds.size(); ++at) {
-        const float level = replaced[m_kinds[at]];
-        if (level >= 0) {
+        const float level = replacements[LetterOf(m_kinds[at])];
+        if ((m_kinds[at] & nTakes) != 0 && level >= 0) {
             painted.set(at);
             show[at] = m_fine[at] ? level * Widened : level;
         }

@@ -28,7 +28,7 @@ using UniverseSet = std::bitset<Universes::Count>;
 /// What every channel is for, and what colour, white, dimmer and black-out make of it.
 class Patch {
 public:
-    /// What lies outside the universes is left out; where two fixtures overlap, the later counts.
+    /// Of fixtures within their universes, none over another, as a show that was read has them.
     explicit Patch(const std::vector<Fixture>& fixtures);
 
     /// The universes that have a fixture.
@@ -57,7 +57,7 @@ public:
     void Grade(const FineLevels& show, const Command& command, Levels& levels) const;
 
 private:
-    void Add(const Fixture& fixture, int iUnit, std::size_t start);
+    void Add(const Fixture& fixture, int iUnit);
 
     std::array<unsigned char, std::tuple_size_v<Levels>> m_kinds{};
     ChannelSet m_fine;

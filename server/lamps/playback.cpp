@@ -246,30 +246,25 @@ std::vector<std::size_t> Playback::TakeOverLayers(const Playback& last, const Le
         layer.Stand();
     }
     std::vector<std::size_t> places(last.m_layers.size(), NoPlace);
-    for (const auto& [running, from] : last.m_places) {
-        const Layer& was = last.m_layers[from.layer];
-        const auto to = m_places.find(running);
-        if (to == m_places.end()) {
+    for (const Playable& running : m_state.Runs()) {
+        const std::size_t to = m_places.at(running).layer;
+        const auto from = last.m_places.find(running);
+        if (from == last.m_places.end()) {
             continue;
         }
-        const Layer& now = m_layers[to->second.layer];
-        const bool bBoth = running.program
-                               ? was.IsOn() && now.IsOn()
-                               : was.CurrentCue() == from.cue && now.CurrentCue() == to->second.cue;
-        if (bBoth) {
-            m_layers[to->second.layer].GoOnFrom(was);
-            places[from.layer] = to->second.layer;
+        const auto [layer, iCue] = from->second;
+        const int iLast = last.m_layers[layer].CurrentCue();
+        if (running.program ? iLast >= 0 : iLast == iCue) {
+            m_layers[to].GoOnFrom(last.m_layers[layer]);
+            places[layer] = to;
         }
     }
     for (std::size_t from = 0; from < places.size(); ++from) {
         Layer ending = last.m_layers[from];
-        if (places[from] != NoPlace) {
-            continue;
-        }
         if (ending.IsOn()) {
             ending.Stop(nNowMs);
         }
-        if (ending.IsMoving(nNowMs) && !ShowsMore(ending, open, nNowMs)) {
+        if (places[from] == NoPlace && ending.IsMoving(nNowMs) && !ShowsMore(ending, open, nNowMs)) {
             m_layers.push_back(std::move(ending));
         }
     }
