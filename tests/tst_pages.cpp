@@ -396,7 +396,7 @@ private slots:
         QCOMPARE(m_pList->minimumHeight(), 105);
         m_pList->Update({Scene{"caf\xC3\xA9", 5, 0, 0, false}, Scene{"x", 10, 0, 0, true}}, settings);
         const auto shown = [this](int i) { return Item(i).name + Item(i).icon + Item(i).color.name(); };
-        QCOMPARE(shown(0), "caf\u00E9" + catalogue::DefaultIconList()[0] + "#787878");
+        QCOMPARE(shown(0), "caf\u00E9" + catalogue::IconLists()[0][0] + "#787878");
         QCOMPARE(shown(1), QString("Mineicon#ff0000"));
         m_pList->Update(Scene{"", 10, 0, 0, false}, true);
         const QImage name = m_pList->grab(m_pList->PartRect(1).adjusted(60, 0, -40, 0)).toImage();

@@ -566,8 +566,7 @@ private slots:
     /// Each icon that can be chosen has its picture, and one of its own.
     void catalogueOfIcons() {
         QList<QImage> seen;
-        for (const auto& icons : {catalogue::DefaultIconList(), catalogue::IconList1(),
-                                  catalogue::IconList2(), catalogue::IconList3(), catalogue::IconList4()}) {
+        for (const QStringList& icons : catalogue::IconLists()) {
             for (const QString& sIcon : icons) {
                 const QImage icon = artwork::Picture(sIcon).toImage();
                 QVERIFY2(!icon.isNull() && !seen.contains(icon), qPrintable(sIcon));

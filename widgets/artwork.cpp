@@ -12,8 +12,7 @@ static void InitCollection() {
 namespace artwork {
 
 void OpenCollection() {
-    static const bool bOpen = (InitCollection(), true);
-    Q_UNUSED(bOpen)
+    InitCollection();
 }
 
 namespace {
@@ -36,19 +35,22 @@ QPixmap Load(const QString& sPath) {
     return QPixmap::fromImage(sharp);
 }
 
-QHash<QString, QPixmap>& Pictures() {
-    static QHash<QString, QPixmap> pictures;
-    return pictures;
-}
-
 }  // namespace
 
 QPixmap Picture(const QString& sPath) {
-    if (!sPath.startsWith(":/")) {
-        return {};
+    static QHash<QString, QPixmap> pictures;
+    if (sPath.startsWith(":/") && !pictures.contains(sPath)) {
+        pictures.insert(sPath, Load(sPath));
     }
-    const auto known = Pictures().constFind(sPath);
-    return known != Pictures().constEnd() ? *known : *Pictures().insert(sPath, Load(sPath));
+    return pictures.value(sPath);
+}
+
+QString PathOf(const QString& sName) {
+    return ":/Corvane/Images/" + sName + ".png";
+}
+
+QPixmap Named(const QString& sName) {
+    return Picture(PathOf(sName));
 }
 
 QIcon Icon(const QString& sPath) {

@@ -16,7 +16,13 @@ void OpenCollection();
 /// settings may hold one, gives none and is not opened.
 QPixmap Picture(const QString& sPath);
 
-/// The same for a menu or a button.
+/// The path of a picture by its name alone, such as "SwitchOn".
+QString PathOf(const QString& sName);
+
+/// The picture of a name.
+QPixmap Named(const QString& sName);
+
+/// A picture by its path, for a menu or a button.
 QIcon Icon(const QString& sPath);
 
 /// The opaque pixels of a picture, in logical pixels whatever the density: a window's shape.

@@ -17,6 +17,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -34,6 +35,17 @@ QRect NameRect(const QRect& tile) {
     return {tile.topLeft() + QPoint(60, 0), tile.bottomRight() - QPoint(40, 0)};
 }
 
+void PaintIcon(QPainter& painter, const QPixmap& pixmap, const QPoint& corner) {
+    constexpr int nShown = 40;
+    const QSize size = artwork::LogicalSize(pixmap);
+    if (size.height() > nShown) {
+        const QSize shown(size.width() * nShown / size.height(), nShown);
+        painter.drawPixmap(QRect(corner + QPoint(0, 6), shown), pixmap);
+    } else {
+        painter.drawPixmap(corner + QPoint(0, (RowHeight - size.height()) / 2), pixmap);
+    }
+}
+
 }  // namespace
 
 CSceneList::CSceneList(bool bScenes, QWidget* parent) : PaintedWidget(parent), m_bScenes(bScenes) {
@@ -44,20 +56,21 @@ void CSceneList::Update(const QList<Scene>& scenes, const CIniFile& settings) {
     // The context menu or one of its dialogs may be open: what it acts on must stay the same scene.
     const int nContextId = m_items.value(m_iContext).id;
     const int nRingId = m_items.value(RingPart()).id;
+    const QString& sDefaultIcon = catalogue::IconLists()[0][m_bScenes ? 0 : 1];
 
     ForgetParts();
     m_items.clear();
     m_firstOfId.clear();
     m_items.reserve(scenes.size());
     for (const Scene& scene : scenes) {
-        SceneItem item;
-        item.name = QString::fromStdString(scene.name);
-        item.icon = catalogue::DefaultIconList()[m_bScenes ? 0 : 1];
-        item.color = QColor(120, 120, 120);
-        item.id = scene.id;
-        item.group = scene.area;
-        item.level = scene.level;
-        item.state = scene.state;
+        SceneItem item{QString::fromStdString(scene.name),
+                       sDefaultIcon,
+                       QColor(120, 120, 120),
+                       {},
+                       scene.id,
+                       scene.area,
+                       scene.level,
+                       scene.state};
         if (m_bScenes) {
             settings.SetSceneParams(item.id, item.name, item.icon, item.color);
         } else {
@@ -87,7 +100,6 @@ void CSceneList::Update(const Scene& scene, bool bExclusive) {
     }
     if (bExclusive) {
         Switch(iItem, scene.state);
-        Exclude(iItem);
         TellParts();
     } else {
         m_items[iItem].state = scene.state;
@@ -116,13 +128,12 @@ void CSceneList::UpdateRects() {
 
 void CSceneList::SetSceneIcon(const QString& sIcon) {
     SceneItem* pItem = ContextItem();
-    if (pItem == nullptr) {
-        return;
+    if (pItem != nullptr) {
+        pItem->icon = sIcon;
+        pItem->pixmap = artwork::Picture(sIcon);
+        Repaint(m_iContext);
+        emit iconChanged(pItem->id, sIcon);
     }
-    pItem->icon = sIcon;
-    pItem->pixmap = artwork::Picture(sIcon);
-    Repaint(m_iContext);
-    emit iconChanged(pItem->id, sIcon);
 }
 
 void CSceneList::OnRename() {
@@ -130,19 +141,17 @@ void CSceneList::OnRename() {
     if (pContext == nullptr) {
         return;
     }
-    bool bOk = false;
     const QString sName =
         CIniFile::OneLine(QInputDialog::getText(this, tr("Rename"), tr("Name :"), QLineEdit::Normal,
-                                                CIniFile::OneLine(pContext->name.left(MaxRenamed)), &bOk));
-    // The list may have been rebuilt meanwhile: look the tile up again.
+                                                CIniFile::OneLine(pContext->name.left(MaxRenamed))));
+    // Empty if cancelled. The list may have been rebuilt meanwhile: look the tile up again.
     SceneItem* pItem = ContextItem();
-    if (!bOk || sName.isEmpty() || pItem == nullptr) {
-        return;
+    if (pItem != nullptr && !sName.isEmpty()) {
+        pItem->name = sName;
+        Repaint(m_iContext);
+        TellParts();
+        emit nameChanged(pItem->id, sName);
     }
-    pItem->name = sName;
-    Repaint(m_iContext);
-    TellParts();
-    emit nameChanged(pItem->id, sName);
 }
 
 void CSceneList::OnColor() {
@@ -152,31 +161,11 @@ void CSceneList::OnColor() {
     }
     const QColor color = QColorDialog::getColor(pContext->color, this);
     SceneItem* pItem = ContextItem();
-    if (!color.isValid() || pItem == nullptr) {
-        return;
+    if (pItem != nullptr && color.isValid()) {
+        pItem->color = color;
+        Repaint(m_iContext);
+        emit colorChanged(pItem->id, color);
     }
-    pItem->color = color;
-    Repaint(m_iContext);
-    emit colorChanged(pItem->id, color);
-}
-
-void CSceneList::OnDefaultIcon() {
-    ChooseIcon(catalogue::DefaultIconList());
-}
-void CSceneList::OnIcon1() {
-    ChooseIcon(catalogue::IconList1());
-}
-void CSceneList::OnIcon2() {
-    ChooseIcon(catalogue::IconList2());
-}
-void CSceneList::OnIcon3() {
-    ChooseIcon(catalogue::IconList3());
-}
-void CSceneList::OnIcon4() {
-    ChooseIcon(catalogue::IconList4());
-}
-void CSceneList::OnIcon5() {
-    ChooseIcon(catalogue::IconList5());
 }
 
 PaintedPart CSceneList::Part(int iPart) const {
@@ -216,10 +205,6 @@ void CSceneList::paintEvent(QPaintEvent* event) {
     }
 }
 
-void CSceneList::resizeEvent(QResizeEvent*) {
-    UpdateRects();
-}
-
 void CSceneList::mousePressEvent(QMouseEvent* event) {
     emit mousePressed();
     const int iItem = PartAt(event->pos());
@@ -232,7 +217,6 @@ void CSceneList::mousePressEvent(QMouseEvent* event) {
         return;
     }
     Switch(iItem, !m_items[iItem].state);
-    Exclude(iItem);
     TellParts();
     const SceneItem& item = m_items[iItem];
     emit stateChanged(item.group, item.id, item.state);
@@ -255,8 +239,6 @@ void CSceneList::PaintItem(QPainter& painter, int iItem) const {
     static const QFont nameFont = NameFont();
     static const QFontMetrics nameMetrics(nameFont);
     static const QFont idFont = fonts::Bold("Comic", 12);
-    static const QPixmap checkBox = artwork::Picture(":/Corvane/Images/CheckBox.png");
-    static const QPixmap checkBoxSel = artwork::Picture(":/Corvane/Images/CheckBoxSel.png");
 
     const SceneItem& item = m_items[iItem];
     const QRect tile = PartRect(iItem);
@@ -279,7 +261,8 @@ void CSceneList::PaintItem(QPainter& painter, int iItem) const {
     painter.drawText(nameRect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      nameMetrics.elidedText(sSeen, Qt::ElideRight, nameRect.width()));
 
-    painter.drawPixmap(QPoint(bottomRight.x() - 30, topLeft.y() + 6), item.state ? checkBoxSel : checkBox);
+    painter.drawPixmap(QPoint(bottomRight.x() - 30, topLeft.y() + 6),
+                       artwork::Named(item.state ? "CheckBoxSel" : "CheckBox"));
 
     const QString sId = Number(item);
     painter.setPen(item.state ? selectedPen : QPen(onColor));
@@ -290,33 +273,15 @@ void CSceneList::PaintItem(QPainter& painter, int iItem) const {
     PaintIcon(painter, item.pixmap, topLeft + QPoint(10, 0));
 }
 
-void CSceneList::PaintIcon(QPainter& painter, const QPixmap& pixmap, const QPoint& corner) {
-    constexpr int nShown = 40;
-    const QSize size = artwork::LogicalSize(pixmap);
-    if (size.height() > nShown) {
-        const QSize shown(size.width() * nShown / size.height(), nShown);
-        painter.drawPixmap(QRect(corner + QPoint(0, 6), shown), pixmap);
-    } else {
-        painter.drawPixmap(corner + QPoint(0, (RowHeight - size.height()) / 2), pixmap);
-    }
-}
-
-/// Switches off whatever a scene that runs excludes.
-void CSceneList::Exclude(int iItem) {
-    if (!m_bScenes || !m_items[iItem].state) {
-        return;
-    }
-    for (int i = 0; i < PartCount(); ++i) {
-        if (i != iItem && m_items[i].group == m_items[iItem].group) {
-            Switch(i, false);
-        }
-    }
-}
-
 void CSceneList::Switch(int iItem, bool bState) {
     if (m_items[iItem].state != bState) {
         m_items[iItem].state = bState;
         Repaint(iItem);
+    }
+    for (int i = 0; m_bScenes && bState && i < PartCount(); ++i) {
+        if (i != iItem && m_items[i].group == m_items[iItem].group) {
+            Switch(i, false);
+        }
     }
 }
 
@@ -325,31 +290,24 @@ void CSceneList::Repaint(int iItem) {
 }
 
 void CSceneList::OpenMenu(const QPoint& position) {
+    constexpr std::array choices{&CSceneList::OnDefaultIcon, &CSceneList::OnIcon1, &CSceneList::OnIcon2,
+                                 &CSceneList::OnIcon3,       &CSceneList::OnIcon4, &CSceneList::OnIcon5};
     QMenu menu(this);
-    menu.addAction(artwork::Icon(":/Corvane/Images/Text.png"), tr("Rename"), this, &CSceneList::OnRename);
-    menu.addAction(artwork::Icon(":/Corvane/Images/Color.png"), tr("Color"), this, &CSceneList::OnColor);
+    menu.addAction(QIcon(artwork::Named("Text")), tr("Rename"), this, &CSceneList::OnRename);
+    menu.addAction(QIcon(artwork::Named("Color")), tr("Color"), this, &CSceneList::OnColor);
     menu.addSeparator();
-    AddIcons(menu, catalogue::DefaultIconList(), &CSceneList::OnDefaultIcon);
-    const std::pair<const QStringList&, Slot> families[] = {{catalogue::IconList1(), &CSceneList::OnIcon1},
-                                                            {catalogue::IconList2(), &CSceneList::OnIcon2},
-                                                            {catalogue::IconList3(), &CSceneList::OnIcon3},
-                                                            {catalogue::IconList4(), &CSceneList::OnIcon4},
-                                                            {catalogue::IconList5(), &CSceneList::OnIcon5}};
-    for (const auto& [icons, slot] : families) {
-        QMenu* pFamily = menu.addMenu(artwork::Icon(icons.first()), QString());
-        AddIcons(*pFamily, icons, slot);
+    for (std::size_t iList = 0; iList < choices.size(); ++iList) {
+        const QStringList& icons = catalogue::IconLists().at(iList);
+        QMenu* pMenu = iList == 0 ? &menu : menu.addMenu(artwork::Icon(icons.first()), QString());
+        for (int i = 0; i < icons.size(); ++i) {
+            pMenu->addAction(artwork::Icon(icons[i]), QString(), this, choices.at(iList))->setData(i);
+        }
     }
     menu.exec(position);
 }
 
-void CSceneList::AddIcons(QMenu& menu, const QStringList& icons, Slot slot) {
-    for (int i = 0; i < icons.size(); ++i) {
-        menu.addAction(artwork::Icon(icons[i]), QString(), this, slot)->setData(i);
-    }
-}
-
-/// The action that was chosen knows its place in its list.
-void CSceneList::ChooseIcon(const QStringList& icons) {
+void CSceneList::ChooseIcon(std::size_t iList) {
+    const QStringList& icons = catalogue::IconLists().at(iList);
     const auto* pAction = qobject_cast<QAction*>(sender());
     const int i = pAction != nullptr ? pAction->data().toInt() : -1;
     if (i >= 0 && i < icons.size()) {

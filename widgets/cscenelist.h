@@ -9,11 +9,9 @@
 #include <QPixmap>
 #include <QRect>
 #include <QString>
-#include <QStringList>
 #include <QVector>
 
 class CIniFile;
-class QMenu;
 class QPainter;
 
 /// A two-column grid of tiles, one for each of the server's scenes or programs. A click switches a tile, a
@@ -71,35 +69,32 @@ public:
 public slots:
     void OnRename();
     void OnColor();
-    void OnDefaultIcon();
-    void OnIcon1();
-    void OnIcon2();
-    void OnIcon3();
-    void OnIcon4();
-    void OnIcon5();
+    void OnDefaultIcon() { ChooseIcon(0); }
+    void OnIcon1() { ChooseIcon(1); }
+    void OnIcon2() { ChooseIcon(2); }
+    void OnIcon3() { ChooseIcon(3); }
+    void OnIcon4() { ChooseIcon(4); }
+    void OnIcon5() { ChooseIcon(5); }
 
 protected:
     /// Of a name that is cut off.
     QString PartTip(int iPart) const override;
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
+    void resizeEvent(QResizeEvent*) override { UpdateRects(); }
     void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    using Slot = void (CSceneList::*)();
-
     static QString Number(const SceneItem& item);
     /// Where a tile that was at a place stands now, -1 for gone.
     int Follow(int iItem, int nId) const;
     void PaintItem(QPainter& painter, int iItem) const;
-    static void PaintIcon(QPainter& painter, const QPixmap& pixmap, const QPoint& corner);
+    /// A scene that is switched on switches off whatever it excludes.
     void Switch(int iItem, bool bState);
-    void Exclude(int iItem);
     void Repaint(int iItem);
     void OpenMenu(const QPoint& position);
-    void AddIcons(QMenu& menu, const QStringList& icons, Slot slot);
-    void ChooseIcon(const QStringList& icons);
+    /// Of a list of the catalogue; the action that was chosen knows its place there.
+    void ChooseIcon(std::size_t iList);
     SceneItem* ContextItem();
 
     bool m_bScenes;

@@ -20,6 +20,5 @@ CSceneListWnd::CSceneListWnd(bool bScenes, QWidget* parent)
 
     auto* pLayout = new QHBoxLayout(this);
     pLayout->setContentsMargins(0, 0, 0, 0);
-    pLayout->setSpacing(0);
     pLayout->addWidget(pArea);
 }

@@ -2,14 +2,12 @@
 
 #include <QStringList>
 
+#include <array>
+
 /// The pictures a user may give a scene or a program, as resource paths.
 namespace catalogue {
 
-const QStringList& DefaultIconList();  ///< the scene's and the program's own
-const QStringList& IconList1();        ///< lighting
-const QStringList& IconList2();        ///< outdoors
-const QStringList& IconList3();        ///< indoors
-const QStringList& IconList4();        ///< music
-const QStringList& IconList5();        ///< time of day
+/// The scene's and the program's own, then five families: lighting, outdoors, indoors, music, time of day.
+const std::array<QStringList, 6>& IconLists();
 
 }  // namespace catalogue
