@@ -20,13 +20,10 @@ CChannelSlider::CChannelSlider(QWidget* parent)
     connect(pOk, &QPushButton::pressed, this, &CChannelSlider::OnSliderOk);
     connect(pOff, &QPushButton::pressed, this, &CChannelSlider::OnSliderOff);
 
-    auto* pBar = new QHBoxLayout;
-    pBar->setContentsMargins(0, 0, 0, 0);
-    pBar->addWidget(m_pControl);
     auto* pColumn = new QVBoxLayout;
     pColumn->setContentsMargins(0, 0, 0, 0);
     pColumn->addSpacing(10);
-    pColumn->addLayout(pBar);
+    pColumn->addWidget(m_pControl, 0, Qt::AlignHCenter);
     pColumn->addSpacing(10);
     pColumn->addWidget(pOk);
     pColumn->addWidget(pOff);
@@ -46,15 +43,10 @@ void CChannelSlider::OnSliderOk() {
     emit ok(m_pControl->Value());
 }
 
-void CChannelSlider::OnSliderOff() {
-    emit off();
-}
-
 void CChannelSlider::paintEvent(QPaintEvent*) {
-    static const QPixmap backPicture = artwork::Picture(":/Corvane/Images/MenuBack.png");
     static const QFont channelFont = fonts::Bold("Arial", 12);
     QPainter painter(this);
-    painter.drawPixmap(rect(), backPicture);
+    painter.drawPixmap(rect(), artwork::Named("MenuBack"));
     painter.setPen(QColor(60, 60, 60));
     painter.drawRect(QRect(QPoint(0, 0), QPoint(width() - 2, height() - 2)));
     painter.setFont(channelFont);

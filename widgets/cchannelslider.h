@@ -25,7 +25,7 @@ public:
 
 public slots:
     void OnSliderOk();
-    void OnSliderOff();
+    void OnSliderOff() { emit off(); }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

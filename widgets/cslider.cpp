@@ -14,19 +14,6 @@ constexpr int Width = 34;
 constexpr int CursorHeight = 34;
 constexpr int EndHeight = 11;  ///< of the pictures at the track's lower end
 
-QString ThemeName(eSliderLevelClr color) {
-    switch (color) {
-        case slcRed:
-            return "Red";
-        case slcGreen:
-            return "Green";
-        case slcBlue:
-            return "Blue";
-        default:
-            return "Grey";
-    }
-}
-
 }  // namespace
 
 CSlider::CSlider(eSliderLevelClr color, QWidget* parent) : PaintedWidget(parent) {
@@ -35,9 +22,9 @@ CSlider::CSlider(eSliderLevelClr color, QWidget* parent) : PaintedWidget(parent)
 }
 
 void CSlider::SetLevelColor(eSliderLevelClr color) {
-    const QString sTheme = ":/Corvane/Images/slider" + ThemeName(color);
-    m_fillBottom = artwork::Picture(sTheme + "Bot.png");
-    m_fillCenter = artwork::Picture(sTheme + "Center.png");
+    const QHash<int, Theme> themes{
+        {slcRed, {"Red", Qt::red}}, {slcGreen, {"Green", Qt::green}}, {slcBlue, {"Blue", Qt::blue}}};
+    m_theme = themes.value(color, {"Grey", QColor(100, 100, 100)});
     update();
 }
 
@@ -62,13 +49,8 @@ QRect CSlider::CursorRect() const {
 
 void CSlider::UpdateValue(int y) {
     const QRect track = GetSliderRect();
-    if (y < track.top()) {
-        ChooseLevel(255);
-    } else if (y > track.bottom()) {
-        ChooseLevel(0);
-    } else {
-        ChooseLevel((track.bottom() - y) * 255 / track.height());
-    }
+    // A row above the track is full already, one below it nothing.
+    ChooseLevel(std::clamp((track.bottom() - y) * 255 / std::max(1, track.height()), 0, 255));
 }
 
 void CSlider::ChooseLevel(int nLevel) {
@@ -99,10 +81,6 @@ void CSlider::mousePressEvent(QMouseEvent* event) {
     UpdateValue(event->pos().y());
 }
 
-void CSlider::mouseReleaseEvent(QMouseEvent*) {
-    LetGo();
-}
-
 void CSlider::LetGo() {
     if (m_bPressed) {
         m_bPressed = false;
@@ -117,21 +95,17 @@ void CSlider::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void CSlider::paintEvent(QPaintEvent*) {
-    static const QPixmap top = artwork::Picture(":/Corvane/Images/sliderTop.png");
-    static const QPixmap bottom = artwork::Picture(":/Corvane/Images/sliderBot.png");
-    static const QPixmap center = artwork::Picture(":/Corvane/Images/sliderCenter.png");
-    static const QPixmap cursor = artwork::Picture(":/Corvane/Images/sliderCursor.png");
-
     const QRect cursorRect = CursorRect();
     const int nY = cursorRect.top() + CursorHeight / 2;
+    const QString sFill = "slider" + m_theme.name;
 
     QPainter painter(this);
-    painter.drawPixmap(0, 0, top);
-    painter.drawPixmap(QRect(0, 10, width(), height() - 20), center);
-    painter.drawPixmap(0, height() - EndHeight, bottom);
+    painter.drawPixmap(0, 0, artwork::Named("sliderTop"));
+    painter.drawPixmap(QRect(0, 10, width(), height() - 20), artwork::Named("sliderCenter"));
+    painter.drawPixmap(0, height() - EndHeight, artwork::Named("sliderBot"));
     if (m_nLevel > 0) {
-        painter.drawPixmap(QRect(0, nY, Width, height() - 10 - nY), m_fillCenter);
-        painter.drawPixmap(0, height() - EndHeight, m_fillBottom);
+        painter.drawPixmap(QRect(0, nY, Width, height() - 10 - nY), artwork::Named(sFill + "Center"));
+        painter.drawPixmap(0, height() - EndHeight, artwork::Named(sFill + "Bot"));
     }
-    painter.drawPixmap(cursorRect.topLeft(), cursor);
+    painter.drawPixmap(cursorRect.topLeft(), artwork::Named("sliderCursor"));
 }

@@ -2,8 +2,9 @@
 
 #include "widgets/paintedwidget.h"
 
-#include <QPixmap>
+#include <QColor>
 #include <QRect>
+#include <QString>
 
 /// The colour of a level's fill, caption and button; any other value is grey.
 enum eSliderLevelClr : int { slcGrey = 0, slcRed = 1, slcGreen = 2, slcBlue = 3 };
@@ -18,9 +19,16 @@ signals:
     void valueChanged(int value);
 
 public:
+    /// What its pictures are named after, and the colour of its caption.
+    struct Theme {
+        QString name;
+        QColor caption;
+    };
+
     CSlider(eSliderLevelClr color, QWidget* parent);
 
     void SetLevelColor(eSliderLevelClr color);
+    const Theme& LevelTheme() const { return m_theme; }
     int Level() const { return m_nLevel; }
     /// Shows a level without telling anyone. 256, the 100 percent of a server, is drawn a shade higher than
     /// 255; one beyond 0 to 256 is kept and drawn as the nearest.
@@ -39,7 +47,7 @@ protected:
     void LetGo() override;
     bool Steer(int nKey) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent*) override { LetGo(); }
     void mouseMoveEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
@@ -49,6 +57,5 @@ private:
     bool m_bPressed = false;
     int m_nLevel = 0;
     int m_nStep = 1;
-    QPixmap m_fillBottom;
-    QPixmap m_fillCenter;
+    Theme m_theme;
 };

@@ -3,7 +3,6 @@
 #include "widgets/artwork.h"
 #include "widgets/fonts.h"
 
-#include <QHBoxLayout>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QVBoxLayout>
@@ -16,43 +15,18 @@ constexpr int Width = 54;
 /// Where the level stands in figures, beside the icon if there is one.
 constexpr QRect CaptionRect(QPoint(0, 0), QPoint(Width - 1, 19));
 
-struct Theme {
-    QColor caption;
-    const char* pMax;
-};
-
-Theme ThemeOf(eSliderLevelClr color) {
-    switch (color) {
-        case slcRed:
-            return {Qt::red, "MaxRed"};
-        case slcGreen:
-            return {Qt::green, "MaxGreen"};
-        case slcBlue:
-            return {Qt::blue, "MaxBlue"};
-        default:
-            return {QColor(100, 100, 100), "MaxGrey"};
-    }
-}
-
 }  // namespace
 
 CSliderCtrl::CSliderCtrl(eSliderLevelClr color, bool bDefault, QWidget* parent)
-    : PaintedWidget(parent),
-      m_bDefault(bDefault),
-      m_captionPen(ThemeOf(color).caption),
-      m_max(artwork::Picture(QString(":/Corvane/Images/%1.png").arg(ThemeOf(color).pMax))),
-      m_pSlider(new CSlider(color, this)) {
+    : PaintedWidget(parent), m_bDefault(bDefault), m_pSlider(new CSlider(color, this)) {
     setFixedWidth(Width);
     connect(m_pSlider, &CSlider::valueChanged, this, &CSliderCtrl::OnSliderValueChanged);
 
-    auto* pBar = new QHBoxLayout;
-    pBar->setContentsMargins(0, 0, 0, 0);
-    pBar->addWidget(m_pSlider);
     auto* pLayout = new QVBoxLayout(this);
     pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->setSpacing(0);
     pLayout->addSpacing(GetMaxRect().bottom() + 10);
-    pLayout->addLayout(pBar);
+    pLayout->addWidget(m_pSlider, 0, Qt::AlignHCenter);
     if (m_bDefault) {
         pLayout->addSpacing(60);
     }
@@ -94,13 +68,9 @@ void CSliderCtrl::OnSliderValueChanged(int value) {
 void CSliderCtrl::mousePressEvent(QMouseEvent* event) {
     const int iPart = PartAt(event->pos());
     if (iPart >= 0) {
-        Choose(iPart == 0 ? 255 : 128);
+        SetValue(iPart == 0 ? 255 : 128);
+        emit valueChanged(Value());
     }
-}
-
-void CSliderCtrl::Choose(int nValue) {
-    SetValue(nValue);
-    emit valueChanged(nValue);
 }
 
 PaintedPart CSliderCtrl::Part(int iPart) const {
@@ -122,7 +92,7 @@ void CSliderCtrl::paintEvent(QPaintEvent*) {
     static const QFont captionFont = fonts::Bold("Comic", 12);
 
     QPainter painter(this);
-    painter.setPen(m_captionPen);
+    painter.setPen(m_pSlider->LevelTheme().caption);
     QRect captionRect = CaptionRect;
     if (!m_icon.isNull()) {
         painter.drawPixmap(0, 0, m_icon);
@@ -131,10 +101,11 @@ void CSliderCtrl::paintEvent(QPaintEvent*) {
     const QString sCaption = Caption();
     painter.setFont(fonts::Fitting(captionFont, sCaption, captionRect.width()));
     painter.drawText(captionRect, Qt::AlignCenter, sCaption);
-    painter.drawPixmap(GetMaxRect().topLeft(), m_max);
+    const QPixmap full = artwork::Named("Max" + m_pSlider->LevelTheme().name);
+    painter.drawPixmap(GetMaxRect().topLeft(), full);
     if (m_bDefault) {
         painter.setFont(captionFont);
-        painter.drawPixmap(GetDefaultRect().topLeft(), m_max);
+        painter.drawPixmap(GetDefaultRect().topLeft(), full);
         painter.drawText(GetDefaultRect().translated(0, 25), Qt::AlignCenter, tr("50%"));
     }
 }

@@ -3,7 +3,6 @@
 #include "widgets/cslider.h"
 #include "widgets/paintedwidget.h"
 
-#include <QPen>
 #include <QPixmap>
 
 /// A level with its caption, a button for full and, if wished, one for half.
@@ -43,13 +42,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void Choose(int nValue);
     QString Caption() const;
 
     bool m_bShowPercent = true;
     bool m_bDefault;
-    QPen m_captionPen;
-    QPixmap m_max;
     QPixmap m_icon;
     CSlider* m_pSlider;
 };
