@@ -55,22 +55,17 @@ void CColorCircle::Pick(int nHue, int nSaturation) {
     m_hsv = {nHue, nSaturation, m_nBrightness};
     m_rgb = m_hsv.toRGB();
     SetRGBValues(false);
-    ComputeRects();
 }
 
 void CColorCircle::SetBright(int nValue) {
     m_nBrightness = std::clamp(nValue, 0, 255);
-    m_hsv.value = m_nBrightness;
-    m_rgb = m_hsv.toRGB();
-    SetRGBValues(false);
-    UpdateShown();
+    Pick(m_hsv.hue, m_hsv.saturation);
 }
 
 void CColorCircle::SetColor(const QColor& color, bool bQuiet) {
     m_rgb = {color.red(), color.green(), color.blue()};
     m_hsv = m_rgb.toHSV();
     SetRGBValues(bQuiet);
-    ComputeRects();
 }
 
 void CColorCircle::SetRGBValues(bool bQuiet) {
@@ -83,18 +78,16 @@ void CColorCircle::SetRGBValues(bool bQuiet) {
         }
         Send();
     }
+    ComputeRects();
 }
 
 void CColorCircle::SwitchState(bool bNotify) {
     m_bOn = !m_bOn;
     update(PartRect(OnOff));
     TellParts();
-    if (!bNotify) {
-        return;
-    }
-    if (m_bOn) {
+    if (bNotify && m_bOn) {
         Send();
-    } else {
+    } else if (bNotify) {
         emit colorStateChanged(false);
     }
 }
@@ -179,34 +172,22 @@ void CColorCircle::mousePressEvent(QMouseEvent* event) {
     TrackPoint(event->pos());
 }
 
-void CColorCircle::mouseReleaseEvent(QMouseEvent*) {
-    LetGo();
-}
-
 void CColorCircle::mouseMoveEvent(QMouseEvent* event) {
     TrackPoint(event->pos());
 }
 
 void CColorCircle::paintEvent(QPaintEvent* event) {
-    static const QPixmap wheel = artwork::Picture(":/Corvane/Images/ColorPicker.png");
-    static const QPixmap switchOn = artwork::Picture(":/Corvane/Images/SwitchOn.png");
-    static const QPixmap switchOff = artwork::Picture(":/Corvane/Images/SwitchOff.png");
-    static const QPixmap sliders = artwork::Picture(":/Corvane/Images/RGBSliders.png");
-    static const QPixmap slidersSel = artwork::Picture(":/Corvane/Images/RGBSlidersSel.png");
-    static const QPixmap commands = artwork::Picture(":/Corvane/Images/Commands.png");
-    static const QPixmap commandsSel = artwork::Picture(":/Corvane/Images/CommandsSel.png");
-
     // The painter is clipped to what is asked for, so each picture costs only its part of that.
     const QRegion& asked = event->region();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.drawPixmap(Centre - QPoint(Radius, Radius), wheel);
-    const std::array<const QPixmap*, Buttons> shown{m_bOn ? &switchOn : &switchOff,
-                                                    m_bSliders ? &slidersSel : &sliders,
-                                                    m_bSliders ? &commands : &commandsSel};
+    painter.drawPixmap(Centre - QPoint(Radius, Radius), artwork::Named("ColorPicker"));
+    const std::array<const char*, Buttons> shown{m_bOn ? "SwitchOn" : "SwitchOff",
+                                                 m_bSliders ? "RGBSlidersSel" : "RGBSliders",
+                                                 m_bSliders ? "Commands" : "CommandsSel"};
     for (int i = 0; i < Buttons; ++i) {
         if (asked.intersects(PartRect(i))) {
-            painter.drawPixmap(PartRect(i).topLeft(), *shown.at(static_cast<std::size_t>(i)));
+            painter.drawPixmap(PartRect(i).topLeft(), artwork::Named(shown.at(static_cast<std::size_t>(i))));
         }
     }
     painter.setPen(QColor(50, 50, 50));

@@ -42,6 +42,8 @@ public:
     QColor GetColor() const { return {m_rgb.red, m_rgb.green, m_rgb.blue}; }
     int Value() const { return m_hsv.value; }
     bool IsOn() const { return m_bOn; }
+    /// Tells the current colour, to be sent.
+    void Send();
     /// A press that began on the wheel goes on: moves pick.
     bool IsPressed() const { return m_bPressed; }
 
@@ -62,14 +64,13 @@ protected:
     bool Steer(int nKey) override;
     void LetGo() override { m_bPressed = false; }
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent*) override { LetGo(); }
     void mouseMoveEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
     void Pick(int nHue, int nSaturation);
     void SetRGBValues(bool bQuiet);
-    void Send();
     QRect MarkerRect() const;
     void UpdateShown();
 

@@ -8,7 +8,6 @@
 #include "widgets/csliderctrl.h"
 
 #include <QHBoxLayout>
-#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -31,11 +30,12 @@ CColorPicker::CColorPicker(QWidget* parent)
     : QWidget(parent),
       m_levels{new CSliderCtrl(slcRed, false, this), new CSliderCtrl(slcGreen, false, this),
                new CSliderCtrl(slcBlue, false, this), new CSliderCtrl(slcGrey, false, this)},
-      m_pRow(new QHBoxLayout),
       m_pWheel(new CColorCircle(Red(), Green(), Blue(), this)),
       m_pCommands(new CCommandWnd(this)),
       m_pDimmer(PercentControl("Dimmer", tr("Dimmer"))),
-      m_pSpeed(PercentControl("Speed", tr("Speed"))) {
+      m_pSpeed(PercentControl("Speed", tr("Speed"))),
+      m_beside{Red(), Green(), Blue(), White()},
+      m_aside{m_pCommands, m_pDimmer, m_pSpeed} {
     const std::array<QString, 4> names{tr("Red"), tr("Green"), tr("Blue"), tr("White")};
     for (std::size_t i = 0; i < m_levels.size(); ++i) {
         m_levels.at(i)->setAccessibleName(names.at(i));
@@ -48,21 +48,16 @@ CColorPicker::CColorPicker(QWidget* parent)
     connect(m_pWheel, &CColorCircle::colorPicked, this, &CColorPicker::SetColorValue);
     connect(m_pWheel, &CColorCircle::modePressed, this, &CColorPicker::SwitchCmdMode);
 
-    m_pRow->setContentsMargins(0, 20, 20, 20);
-    m_pRow->setSpacing(2);
-    for (CSliderCtrl* pLevel : m_levels) {
-        m_pRow->addWidget(pLevel);
+    auto* pRow = new QHBoxLayout;
+    pRow->setContentsMargins(0, 20, 20, 20);
+    pRow->setSpacing(2);
+    for (QWidget* pWidget : m_beside + m_aside) {
+        pRow->addWidget(pWidget);
     }
-    auto* pColumn = new QVBoxLayout;
-    pColumn->setContentsMargins(0, 0, 0, 0);
-    pColumn->setSpacing(0);
-    pColumn->addStretch();
-    pColumn->addWidget(m_pWheel);
-    pColumn->addStretch();
     auto* pLayout = new QHBoxLayout(this);
     pLayout->setSpacing(0);
-    pLayout->addLayout(m_pRow);
-    pLayout->addLayout(pColumn);
+    pLayout->addLayout(pRow);
+    pLayout->addWidget(m_pWheel);
 
     m_pWheel->SetColor(Qt::white, true);
     White()->SetValue(255);
@@ -73,7 +68,7 @@ CSliderCtrl* CColorPicker::PercentControl(const QString& sPicture, const QString
     pControl->SetValue(128);
     // The server is told percents: a step of one would often say the same again.
     pControl->Slider()->SetStep(3);
-    pControl->SetIcon(artwork::Picture(":/Corvane/Images/" + sPicture + ".png"));
+    pControl->SetIcon(artwork::Named(sPicture));
     pControl->setToolTip(sPurpose);
     pControl->setAccessibleName(sPurpose);
     pControl->hide();
@@ -81,24 +76,9 @@ CSliderCtrl* CColorPicker::PercentControl(const QString& sPicture, const QString
 }
 
 void CColorPicker::SwitchCmdMode() {
-    m_bCmdMode = !m_bCmdMode;
-    const std::array<QWidget*, 4> levels{Red(), Green(), Blue(), White()};
-    const std::array<QWidget*, 3> commands{m_pCommands, m_pDimmer, m_pSpeed};
-    const auto leave = [this](QWidget* pWidget) {
-        m_pRow->removeWidget(pWidget);
-        pWidget->hide();
-    };
-    const auto enter = [this](QWidget* pWidget) {
-        m_pRow->addWidget(pWidget);
-        pWidget->show();
-    };
-    if (m_bCmdMode) {
-        std::for_each(levels.begin(), levels.end(), leave);
-        std::for_each(commands.begin(), commands.end(), enter);
-    } else {
-        std::for_each(commands.begin(), commands.end(), leave);
-        std::for_each(levels.begin(), levels.end(), enter);
-    }
+    m_beside.swap(m_aside);
+    std::for_each(m_aside.cbegin(), m_aside.cend(), [](QWidget* pWidget) { pWidget->hide(); });
+    std::for_each(m_beside.cbegin(), m_beside.cend(), [](QWidget* pWidget) { pWidget->show(); });
 }
 
 void CColorPicker::SetColorValue(unsigned char ucR, unsigned char ucG, unsigned char ucB) {
@@ -116,10 +96,8 @@ void CColorPicker::Update(const Color& color, const Command& command) {
     m_pWheel->SetColor(QColor(ClampLevel(color.r), ClampLevel(color.g), ClampLevel(color.b)), true);
     if (m_bWhiteMode) {
         m_ucWhite = static_cast<unsigned char>(ClampLevel(color.w));
-        White()->SetValue(m_ucWhite);
-    } else {
-        White()->SetValue(m_pWheel->Value());
     }
+    White()->SetValue(m_bWhiteMode ? m_ucWhite : m_pWheel->Value());
     m_pDimmer->SetValue(LevelOfPercent(command.dim));
     m_pSpeed->SetValue(LevelOfPercent(command.speed));
     m_pCommands->Update(command);
@@ -132,25 +110,12 @@ void CColorPicker::ReleaseCommands() {
     m_pCommands->ReleaseCommands();
 }
 
-void CColorPicker::OnRValueChanged(int value) {
-    const QColor color = m_pWheel->GetColor();
-    SetPart(value, color.green(), color.blue());
-}
-
-void CColorPicker::OnGValueChanged(int value) {
-    const QColor color = m_pWheel->GetColor();
-    SetPart(color.red(), value, color.blue());
-}
-
-void CColorPicker::OnBValueChanged(int value) {
-    const QColor color = m_pWheel->GetColor();
-    SetPart(color.red(), color.green(), value);
-}
-
 /// While the wheel is dragged, the wheel decides.
-void CColorPicker::SetPart(int nRed, int nGreen, int nBlue) {
+void CColorPicker::SetPart(void (QColor::*set)(int), int nLevel) {
     if (!m_pWheel->IsPressed()) {
-        m_pWheel->SetColor(QColor(nRed, nGreen, nBlue), false);
+        QColor color = m_pWheel->GetColor();
+        (color.*set)(nLevel);
+        m_pWheel->SetColor(color, false);
     }
 }
 
@@ -160,7 +125,5 @@ void CColorPicker::OnWValueChanged(int value) {
         return;
     }
     m_ucWhite = static_cast<unsigned char>(value);
-    const QColor color = m_pWheel->GetColor();
-    emit colorChanged(static_cast<unsigned char>(color.red()), static_cast<unsigned char>(color.green()),
-                      static_cast<unsigned char>(color.blue()), m_ucWhite);
+    m_pWheel->Send();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QColor>
+#include <QList>
 #include <QWidget>
 
 #include <array>
@@ -7,7 +9,6 @@
 class CColorCircle;
 class CCommandWnd;
 class CSliderCtrl;
-class QHBoxLayout;
 struct Color;
 struct Command;
 
@@ -44,22 +45,22 @@ public:
     CSliderCtrl* Speed() const { return m_pSpeed; }
 
 public slots:
-    void OnRValueChanged(int value);
-    void OnGValueChanged(int value);
-    void OnBValueChanged(int value);
+    void OnRValueChanged(int value) { SetPart(&QColor::setRed, value); }
+    void OnGValueChanged(int value) { SetPart(&QColor::setGreen, value); }
+    void OnBValueChanged(int value) { SetPart(&QColor::setBlue, value); }
     void OnWValueChanged(int value);
 
 private:
     CSliderCtrl* PercentControl(const QString& sPicture, const QString& sPurpose);
-    void SetPart(int nRed, int nGreen, int nBlue);
+    void SetPart(void (QColor::*set)(int), int nLevel);
 
-    bool m_bWhiteMode = false;  ///< the server has a white channel
-    bool m_bCmdMode = false;
+    bool m_bWhiteMode = false;    ///< the server has a white channel
     unsigned char m_ucWhite = 0;  ///< the last white level; sent even after white mode has gone off
     std::array<CSliderCtrl*, 4> m_levels{};  ///< red, green, blue, white
-    QHBoxLayout* m_pRow;
     CColorCircle* m_pWheel;
     CCommandWnd* m_pCommands;
     CSliderCtrl* m_pDimmer;
     CSliderCtrl* m_pSpeed;
+    QList<QWidget*> m_beside;  ///< what stands beside the wheel
+    QList<QWidget*> m_aside;   ///< what does in the other mode
 };

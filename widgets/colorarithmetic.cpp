@@ -66,9 +66,7 @@ int Distance(const QPoint& a, const QPoint& b) {
 }
 
 double AngleFromPoint(const QPoint& point, const QPoint& centre) {
-    const int nY = centre.y() - point.y();
-    const int nX = point.x() - centre.x();
-    return nX == 0 && nY == 0 ? 0.0 : std::atan2(nY, nX);
+    return std::atan2(centre.y() - point.y(), point.x() - centre.x());
 }
 
 HSVColor HSVFromPoint(const QPoint& point, const QPoint& centre, int nRadius) {
