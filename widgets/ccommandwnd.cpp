@@ -6,19 +6,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-namespace {
-
-std::array<QPixmap, CCommandWnd::Buttons> ButtonPictures(const QString& sSuffix) {
-    const std::array<const char*, CCommandWnd::Buttons> names{"White", "Black", "Next", "Pause"};
-    std::array<QPixmap, CCommandWnd::Buttons> pictures;
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        pictures.at(i) = artwork::Picture(QString(":/Corvane/Images/%1%2.png").arg(names.at(i), sSuffix));
-    }
-    return pictures;
-}
-
-}  // namespace
-
 CCommandWnd::CCommandWnd(QWidget* parent) : PaintedWidget(parent) {
     setFixedSize(110, 320);
     setAccessibleName(tr("Commands"));
@@ -42,34 +29,20 @@ PaintedPart CCommandWnd::Part(int iPart) const {
 }
 
 void CCommandWnd::mousePressEvent(QMouseEvent* event) {
+    constexpr std::array changed{&CCommandWnd::whiteChanged, &CCommandWnd::blackChanged,
+                                 &CCommandWnd::nextChanged, &CCommandWnd::pauseChanged};
     emit mousePressed();
-    switch (PartAt(event->pos())) {
-        case White:
-            m_on[White] = !m_on[White];
-            m_on[Black] = m_on[Black] && !m_on[White];
-            emit whiteChanged(m_on[White]);
-            break;
-        case Black:
-            m_on[Black] = !m_on[Black];
-            m_on[White] = m_on[White] && !m_on[Black];
-            emit blackChanged(m_on[Black]);
-            break;
-        case Next:
-            m_on[Next] = true;
-            emit nextChanged(true);
-            break;
-        case Pause:
-            m_on[Pause] = !m_on[Pause];
-            emit pauseChanged(m_on[Pause]);
-            break;
-        default:
-            return;
+    const int iPart = PartAt(event->pos());
+    if (iPart < 0) {
+        return;
     }
+    const auto i = static_cast<std::size_t>(iPart);
+    m_on.at(i) = iPart == Next || !m_on.at(i);
+    if (m_on.at(i) && iPart <= Black) {
+        m_on.at(iPart == White ? Black : White) = false;
+    }
+    emit(this->*changed.at(i))(m_on.at(i));
     ShowParts();
-}
-
-void CCommandWnd::mouseReleaseEvent(QMouseEvent*) {
-    LetGo();
 }
 
 /// The server takes next as one event, so that letting go says nothing.
@@ -81,11 +54,10 @@ void CCommandWnd::LetGo() {
 }
 
 void CCommandWnd::paintEvent(QPaintEvent*) {
-    static const auto offPictures = ButtonPictures("");
-    static const auto onPictures = ButtonPictures("Sel");
+    const std::array<const char*, Buttons> names{"White", "Black", "Next", "Pause"};
     QPainter painter(this);
-    for (std::size_t i = 0; i < m_on.size(); ++i) {
-        painter.drawPixmap(PartRect(static_cast<int>(i)).topLeft(),
-                           (m_on.at(i) ? onPictures : offPictures).at(i));
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const QString sName = QString(names.at(i)) + (m_on.at(i) ? "Sel" : "");
+        painter.drawPixmap(PartRect(static_cast<int>(i)).topLeft(), artwork::Named(sName));
     }
 }

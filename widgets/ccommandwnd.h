@@ -40,7 +40,7 @@ public:
 protected:
     void LetGo() override;
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent*) override { LetGo(); }
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -71,15 +71,6 @@ int ChannelsGrid::SelectedChannel() const {
     return IndexOf(m_pEditor->Channel());
 }
 
-void ChannelsGrid::OnSliderOk(int) {
-    CloseEditor(true);
-}
-
-/// The level stays while the channel is off.
-void ChannelsGrid::OnSliderOff() {
-    CloseEditor(false);
-}
-
 void ChannelsGrid::CloseEditor(bool bState) {
     m_universes.Set(m_nUniverse, SelectedChannel(), m_pEditor->Control()->Value(), bState);
     HideEditor();
@@ -175,15 +166,12 @@ QString ChannelsGrid::LevelText(int iCell) const {
 }
 
 void ChannelsGrid::paintEvent(QPaintEvent* event) {
-    static const std::array<QPixmap, BarParts> bar{
-        artwork::Picture(":/Corvane/Images/Left.png"), artwork::Picture(":/Corvane/Images/Less.png"),
-        artwork::Picture(":/Corvane/Images/UnivBox.png"), artwork::Picture(":/Corvane/Images/Plus.png"),
-        artwork::Picture(":/Corvane/Images/Right.png")};
+    static const std::array<const char*, BarParts> bar{"Left", "Less", "UnivBox", "Plus", "Right"};
     static const QFont universeFont = fonts::Bold("Arial", 10);
 
     QPainter painter(this);
     for (int i = 0; i < BarParts; ++i) {
-        painter.drawPixmap(PartRect(i).topLeft(), bar.at(static_cast<std::size_t>(i)));
+        painter.drawPixmap(PartRect(i).topLeft(), artwork::Named(bar.at(static_cast<std::size_t>(i))));
     }
     painter.setFont(universeFont);
     painter.setPen(Qt::white);

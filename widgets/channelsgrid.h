@@ -63,8 +63,9 @@ public:
     QRect PartRect(int iPart) const override { return m_rects.at(static_cast<std::size_t>(iPart)); }
 
 public slots:
-    void OnSliderOk(int nLevel);
-    void OnSliderOff();
+    void OnSliderOk(int) { CloseEditor(true); }
+    /// The level stays while the channel is off.
+    void OnSliderOff() { CloseEditor(false); }
 
 protected:
     /// A cell says all of itself.

@@ -39,7 +39,5 @@ void CSwitchCtrl::mousePressEvent(QMouseEvent* event) {
 }
 
 void CSwitchCtrl::paintEvent(QPaintEvent*) {
-    static const QPixmap onPicture = artwork::Picture(":/Corvane/Images/SwitchOn.png");
-    static const QPixmap offPicture = artwork::Picture(":/Corvane/Images/SwitchOff.png");
-    QPainter(this).drawPixmap(m_switchRect.topLeft(), m_bState ? onPicture : offPicture);
+    QPainter(this).drawPixmap(m_switchRect.topLeft(), artwork::Named(m_bState ? "SwitchOn" : "SwitchOff"));
 }

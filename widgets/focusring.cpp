@@ -2,8 +2,6 @@
 
 #include <QPainter>
 
-FocusRing::FocusRing(QWidget* parent) : QFocusFrame(parent) {}
-
 void FocusRing::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setPen(QPen(QColor(100, 160, 255), 2, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));

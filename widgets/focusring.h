@@ -9,7 +9,7 @@ public:
     /// How far it reaches beyond the control.
     static constexpr int Width = 3;
 
-    explicit FocusRing(QWidget* parent);
+    using QFocusFrame::QFocusFrame;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
