@@ -14,17 +14,11 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPushButton>
-#include <QScopedValueRollback>
+#include <QSignalBlocker>
 #include <QUrl>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 namespace {
-
-QString ImagePath(const QString& sName) {
-    return ":/Corvane/Images/" + sName + ".png";
-}
 
 void Describe(QWidget* pWidget, const QString& sPurpose) {
     pWidget->setToolTip(sPurpose);
@@ -34,7 +28,7 @@ void Describe(QWidget* pWidget, const QString& sPurpose) {
 /// A label that shows a picture, and what it stands for.
 QLabel* PictureLabel(const QString& sName, const QString& sPurpose) {
     auto* pLabel = new QLabel;
-    pLabel->setPixmap(artwork::Picture(ImagePath(sName)));
+    pLabel->setPixmap(artwork::Named(sName));
     Describe(pLabel, sPurpose);
     return pLabel;
 }
@@ -43,7 +37,10 @@ QLabel* PictureLabel(const QString& sName, const QString& sPurpose) {
 
 CParamsCtrl::CParamsCtrl(const CIniFile& settings, const QString& sIp,
                          const std::optional<StoreLinks>& stores, QWidget* parent)
-    : QWidget(parent), m_bLocked(settings.pwdState), m_sStoredPassword(settings.pwdValue), m_stores(stores) {
+    : QWidget(parent),
+      m_bLocked(settings.pwdState),
+      m_sStoredPassword(settings.pwdValue),
+      m_stores(stores.value_or(StoreLinks())) {
     auto* pRows = new QVBoxLayout;
     pRows->addStretch();
     pRows->addLayout(ServerRow());
@@ -63,15 +60,14 @@ CParamsCtrl::CParamsCtrl(const CIniFile& settings, const QString& sIp,
         Switch("Text", tr("Own names of scenes and programs"), params[0], &CParamsCtrl::OnTextScenes),
         Switch("Icon", tr("Own icons of scenes and programs"), params[1], &CParamsCtrl::OnIconScenes),
         Switch("Color", tr("Own colors of scenes and programs"), params[2], &CParamsCtrl::OnColorScenes)};
-    for (std::size_t i = 0; i < m_switches.size(); ++i) {
-        if (i == visible.size()) {
-            pRows->addStretch();
-        }
-        pRows->addWidget(m_switches[i]);
-        m_switches[i]->setFocusPolicy(i == 0 ? Qt::TabFocus : Qt::NoFocus);
+    for (CSwitchIconCtrl* pSwitch : m_switches) {
+        pRows->addWidget(pSwitch);
+        pSwitch->setFocusPolicy(pSwitch == m_switches.first() ? Qt::TabFocus : Qt::NoFocus);
+        m_lockable += pSwitch;
     }
+    pRows->insertStretch(pRows->indexOf(m_switches[4]));  // between pages and customisation
     pRows->addStretch();
-    if (m_stores) {
+    if (stores) {
         pRows->addLayout(StoreRow());
         pRows->addStretch();
     }
@@ -105,33 +101,35 @@ QHBoxLayout* CParamsCtrl::ServerRow() {
 
 QHBoxLayout* CParamsCtrl::AddressRow() {
     auto* pRow = new QHBoxLayout;
+    const auto add = [this, pRow](QWidget* pWidget) {
+        pRow->addWidget(pWidget);
+        m_lockable += pWidget;
+    };
     pRow->setSpacing(0);
-    m_pIpLabel = PictureLabel("IP", tr("Address of the server"));
-    pRow->addWidget(m_pIpLabel);
+    add(PictureLabel("IP", tr("Address of the server")));
     pRow->addSpacing(10);
     for (std::size_t i = 0; i < m_fields.size(); ++i) {
         if (i > 0) {
-            m_dots[i - 1] = new QLabel(".");
-            m_dots[i - 1]->setAlignment(Qt::AlignCenter);
-            pRow->addWidget(m_dots[i - 1]);
+            auto* pDot = new QLabel(".");
+            pDot->setAlignment(Qt::AlignCenter);
+            add(pDot);
         }
         m_fields[i] = new QLineEdit;
         m_fields[i]->setAlignment(Qt::AlignCenter);
         m_fields[i]->setInputMask("000");
         m_fields[i]->setFixedWidth(40);
         Describe(m_fields[i], tr("Address of the server, field %1 of 4").arg(i + 1));
-        pRow->addWidget(m_fields[i]);
+        add(m_fields[i]);
     }
     pRow->addSpacing(10);
     constexpr QSize size(50, 29);
-    m_pRefresh = new QPushButton;
-    m_pRefresh->setFocusPolicy(Qt::TabFocus);
-    m_pRefresh->setIcon(artwork::Icon(ImagePath("MenuButRefresh")));
-    m_pRefresh->setIconSize(size);
-    m_pRefresh->setFixedSize(size);
-    Describe(m_pRefresh, tr("Connect again"));
-    connect(m_pRefresh, &QPushButton::pressed, this, &CParamsCtrl::OnRefresh);
-    pRow->addWidget(m_pRefresh);
+    auto* pRefresh = new QPushButton(artwork::Named("MenuButRefresh"), QString());
+    pRefresh->setFocusPolicy(Qt::TabFocus);
+    pRefresh->setIconSize(size);
+    pRefresh->setFixedSize(size);
+    Describe(pRefresh, tr("Connect again"));
+    connect(pRefresh, &QPushButton::pressed, this, &CParamsCtrl::OnRefresh);
+    add(pRefresh);
     return pRow;
 }
 
@@ -173,7 +171,7 @@ QHBoxLayout* CParamsCtrl::StoreRow() {
 
 CSwitchIconCtrl* CParamsCtrl::Switch(const QString& sPicture, const QString& sPurpose, bool bState,
                                      void (CParamsCtrl::*slot)(bool)) {
-    auto* pSwitch = new CSwitchIconCtrl(ImagePath(sPicture), nullptr);
+    auto* pSwitch = new CSwitchIconCtrl(artwork::PathOf(sPicture), nullptr);
     Describe(pSwitch, sPurpose);
     pSwitch->SetState(bState);
     connect(pSwitch, &CSwitchIconCtrl::stateChanged, this, slot);
@@ -181,7 +179,7 @@ CSwitchIconCtrl* CParamsCtrl::Switch(const QString& sPicture, const QString& sPu
 }
 
 void CParamsCtrl::AddSerial(const QString& sSerial, const QString& sAddress) {
-    const QScopedValueRollback<bool> filling(m_bFilling, true);
+    const QSignalBlocker filling(m_pServers);  // its change is not the user's
     if (!m_pServers->Add(sSerial, sAddress) || m_bChosen) {
         return;
     }
@@ -191,21 +189,11 @@ void CParamsCtrl::AddSerial(const QString& sSerial, const QString& sAddress) {
     m_pServers->setCurrentIndex(0);
 }
 
-void CParamsCtrl::SetIp(QString sAddress) {
-    if (sAddress.isEmpty()) {
-        return;
+void CParamsCtrl::SetIp(const QString& sAddress) {
+    const auto nDots = sAddress.count('.');
+    for (int i = 0; i < 4 && i <= nDots && !sAddress.isEmpty(); ++i) {
+        m_fields.at(static_cast<std::size_t>(i))->setText(sAddress.section('.', i, i < 3 ? i : -1));
     }
-    for (std::size_t i = 0; i < 3; ++i) {
-        const auto nDot = sAddress.indexOf('.');
-        if (nDot < 0) {
-            // What is left over is the field of its own place; those after it stay.
-            m_fields[i]->setText(sAddress);
-            return;
-        }
-        m_fields[i]->setText(sAddress.left(nDot));
-        sAddress.remove(0, nDot + 1);
-    }
-    m_fields[3]->setText(sAddress);
 }
 
 QString CParamsCtrl::GetIp() const {
@@ -233,29 +221,17 @@ void CParamsCtrl::ShowCtrls() {
 }
 
 void CParamsCtrl::SetCtrlsVisible(bool bVisible) {
-    m_pIpLabel->setVisible(bVisible);
-    m_pRefresh->setVisible(bVisible);
-    for (QLabel* pDot : m_dots) {
-        pDot->setVisible(bVisible);
-    }
-    for (QLineEdit* pField : m_fields) {
-        pField->setVisible(bVisible);
-    }
-    for (CSwitchIconCtrl* pSwitch : m_switches) {
-        pSwitch->setVisible(bVisible);
+    for (QWidget* pWidget : std::as_const(m_lockable)) {
+        pWidget->setVisible(bVisible);
     }
 }
 
 void CParamsCtrl::OnSerialChanged(int iIndex) {
-    if (m_bFilling || m_pServers->Address(iIndex).isEmpty()) {
+    if (m_pServers->Address(iIndex).isEmpty()) {
         return;
     }
     m_bChosen = true;
     SetIp(m_pServers->Address(iIndex));
-    emit refresh();
-}
-
-void CParamsCtrl::OnRefresh() {
     emit refresh();
 }
 
@@ -272,58 +248,23 @@ void CParamsCtrl::OnPwdStateChanged(bool bState) {
     }
 }
 
-void CParamsCtrl::OnShowScenes(bool bShow) {
-    emit showMenu(0, bShow);
-}
-void CParamsCtrl::OnShowPrograms(bool bShow) {
-    emit showMenu(1, bShow);
-}
-void CParamsCtrl::OnShowColor(bool bShow) {
-    emit showMenu(2, bShow);
-}
-void CParamsCtrl::OnShowChannels(bool bShow) {
-    emit showMenu(3, bShow);
-}
-void CParamsCtrl::OnTextScenes(bool bEnable) {
-    emit enableParam(0, bEnable);
-}
-void CParamsCtrl::OnIconScenes(bool bEnable) {
-    emit enableParam(1, bEnable);
-}
-void CParamsCtrl::OnColorScenes(bool bEnable) {
-    emit enableParam(2, bEnable);
-}
-
 void CParamsCtrl::OnAndroid() {
-    if (m_stores) {
-        QDesktopServices::openUrl(QUrl(m_stores->android));
-    }
+    QDesktopServices::openUrl(QUrl(m_stores.android));
 }
 
 void CParamsCtrl::OnIOS() {
-    if (m_stores) {
-        QDesktopServices::openUrl(QUrl(m_stores->ios));
-    }
+    QDesktopServices::openUrl(QUrl(m_stores.ios));
 }
 
 void CParamsCtrl::keyPressEvent(QKeyEvent* event) {
-    const auto here = std::find(m_switches.begin(), m_switches.end(), window()->focusWidget());
-    const auto last = std::prev(m_switches.end());
-    auto there = here;
-    if (event->key() == Qt::Key_Up && here != m_switches.begin() && here <= last) {
-        --there;
-    } else if (event->key() == Qt::Key_Down && here < last) {
-        ++there;
-    }
-    if (there == here) {
+    auto* pHere = qobject_cast<CSwitchIconCtrl*>(window()->focusWidget());
+    const int nWay = int{event->key() == Qt::Key_Down} - int{event->key() == Qt::Key_Up};
+    auto* pThere = pHere == nullptr ? nullptr : m_switches.value(m_switches.indexOf(pHere) + nWay);
+    if (nWay == 0 || pThere == nullptr) {
         event->ignore();
         return;
     }
-    (*here)->setFocusPolicy(Qt::NoFocus);
-    (*there)->setFocusPolicy(Qt::TabFocus);
-    (*there)->setFocus(Qt::TabFocusReason);
-}
-
-void CParamsCtrl::mousePressEvent(QMouseEvent*) {
-    emit mousePressed();
+    pHere->setFocusPolicy(Qt::NoFocus);
+    pThere->setFocusPolicy(Qt::TabFocus);
+    pThere->setFocus(Qt::TabFocusReason);
 }

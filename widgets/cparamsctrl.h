@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QWidget>
 
@@ -10,9 +11,7 @@ class CIniFile;
 class CSwitchCtrl;
 class CSwitchIconCtrl;
 class QHBoxLayout;
-class QLabel;
 class QLineEdit;
-class QPushButton;
 class ServerList;
 
 /// Web addresses of the mobile applications.
@@ -50,7 +49,7 @@ public:
     const ServerList& Servers() const { return *m_pServers; }
 
     /// Shows an address a.b.c.d. One with fewer parts leaves the last fields as they are, none leaves all.
-    void SetIp(QString sAddress);
+    void SetIp(const QString& sAddress);
     /// The four fields as they stand, joined by dots: no check is made.
     QString GetIp() const;
     /// Shows the address of the server that is selected, if one is.
@@ -67,22 +66,22 @@ public:
 
 public slots:
     void OnSerialChanged(int iIndex);
-    void OnRefresh();
+    void OnRefresh() { emit refresh(); }
     void OnPwdStateChanged(bool bState);
-    void OnShowScenes(bool bShow);
-    void OnShowPrograms(bool bShow);
-    void OnShowColor(bool bShow);
-    void OnShowChannels(bool bShow);
-    void OnTextScenes(bool bEnable);
-    void OnIconScenes(bool bEnable);
-    void OnColorScenes(bool bEnable);
+    void OnShowScenes(bool bShow) { emit showMenu(0, bShow); }
+    void OnShowPrograms(bool bShow) { emit showMenu(1, bShow); }
+    void OnShowColor(bool bShow) { emit showMenu(2, bShow); }
+    void OnShowChannels(bool bShow) { emit showMenu(3, bShow); }
+    void OnTextScenes(bool bEnable) { emit enableParam(0, bEnable); }
+    void OnIconScenes(bool bEnable) { emit enableParam(1, bEnable); }
+    void OnColorScenes(bool bEnable) { emit enableParam(2, bEnable); }
     void OnAndroid();
     void OnIOS();
 
 protected:
     /// The switches are one stop of Tab; arrows lead from one to the next.
     void keyPressEvent(QKeyEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent*) override { emit mousePressed(); }
 
 private:
     QHBoxLayout* ServerRow();
@@ -93,17 +92,14 @@ private:
                             void (CParamsCtrl::*slot)(bool));
     void SetCtrlsVisible(bool bVisible);
 
-    bool m_bFilling = false;  ///< AddSerial() is at work: the list's change is not the user's
-    bool m_bChosen = false;   ///< the user has chosen a server of the list
+    bool m_bChosen = false;  ///< the user has chosen a server of the list
     bool m_bLocked;
     QString m_sStoredPassword;
-    std::optional<StoreLinks> m_stores;
+    StoreLinks m_stores;  ///< empty where the page has no links
     ServerList* m_pServers;
-    QLabel* m_pIpLabel;
     std::array<QLineEdit*, 4> m_fields{};
-    std::array<QLabel*, 3> m_dots{};
-    QPushButton* m_pRefresh;
     QLineEdit* m_pPassword;
     CSwitchCtrl* m_pLock;
-    std::array<CSwitchIconCtrl*, 7> m_switches{};
+    QList<CSwitchIconCtrl*> m_switches;
+    QList<QWidget*> m_lockable;  ///< what the lock hides
 };
