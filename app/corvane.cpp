@@ -193,7 +193,10 @@ void Corvane::paintEvent(QPaintEvent* event) {
 
 void Corvane::keyPressEvent(QKeyEvent* event) {
     const int nKey = event->key();
-    const int iPage = nKey - Qt::Key_1;
+    const bool bDigit = nKey >= Qt::Key_1 && nKey <= Qt::Key_9;
+    // Where the digits take Shift, as in France, it is the key that counts: the first of its row has the
+    // code 10.
+    const int iPage = bDigit ? nKey - Qt::Key_1 : static_cast<int>(event->nativeScanCode()) - 10;
     auto* pButton = qobject_cast<QPushButton*>(focusWidget());
     event->accept();
     if (nKey == Qt::Key_Escape) {

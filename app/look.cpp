@@ -60,6 +60,18 @@ public:
         }
     }
 
+    /// A link has no panel to show where the keys go.
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+        const auto* pButton = qstyleoption_cast<const QStyleOptionButton*>(option);
+        if (element == CE_PushButtonBevel && pButton != nullptr &&
+            (pButton->features & QStyleOptionButton::CommandLinkButton) != 0 &&
+            (pButton->state & State_HasFocus) != 0) {
+            Panel(painter, option, Qt::transparent);
+        }
+        QProxyStyle::drawControl(element, option, painter, widget);
+    }
+
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                             const QWidget* widget) const override {
         const auto* pList = qstyleoption_cast<const QStyleOptionComboBox*>(option);

@@ -440,9 +440,9 @@ private slots:
             {"#7", "Space"},
             {"Pages;Color", "Ctrl+3"},
             {"Red max", "Space"},
-            {"Green@5 370", "Tab Tab Tab Home"},
+            {"Green@5 370", "Tab Tab Tab Home Space"},
             {"Blue@5 370", "Tab Tab Home"},
-            {"Color wheel@210 210", "Tab Tab Tab Home"},
+            {"Color wheel@210 210", "Tab Tab Tab Home Return"},
             {"Color on or off", "Tab Space"},
             {"Commands, dimmer and speed", "Tab Tab Space"},
             {"Black", "Tab Down Space"},
@@ -498,6 +498,15 @@ private slots:
             QTest::mouseClick(m_pWindow->windowHandle(), Qt::LeftButton, {}, QPoint(750, 300));
             press("Space");  // the keys have left again
             shown.at(bKeys) = m_pWindow->grab().toImage();
+            for (int i = 0; i < 12; ++i) {  // wherever the keys go, it can be seen
+                const QImage before = m_pWindow->grab().toImage();
+                press("Tab");
+                QVERIFY2(m_pWindow->grab().toImage() != before, qPrintable(QString::number(i)));
+            }
+            // The third key of the row of digits, where it is a quote without Shift.
+            QKeyEvent quote(QEvent::KeyPress, Qt::Key_QuoteDbl, Qt::ControlModifier, 12, 0, 0);
+            QCoreApplication::sendEvent(m_pWindow.get(), &quote);
+            QCOMPARE(m_pWindow->CurrentPage(), 2);
         }
         QVERIFY(sent[0].size() > 15);
         QCOMPARE(sent[1], sent[0]);

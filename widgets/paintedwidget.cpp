@@ -236,7 +236,9 @@ void PaintedWidget::keyPressEvent(QKeyEvent* event) {
         }
     } else if (IsPress(nKey)) {
         event->accept();
-        if (!event->isAutoRepeat()) {
+        const QAccessible::Role role = (m_iRing == Self ? Whole() : Part(m_iRing)).role;
+        // On a level or the wheel a press is at a place, which a key has not.
+        if (!event->isAutoRepeat() && role != QAccessible::Slider && role != QAccessible::ColorChooser) {
             Click(m_iRing == Self ? WholeRect() : PartRect(m_iRing));
         }
     } else if (Steer(nKey) || (IsArrow(nKey) && MoveRing(nKey))) {
