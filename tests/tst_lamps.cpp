@@ -88,18 +88,15 @@ private slots:
         const QByteArray root = "001000004153432d45312e3137000000";
         const QByteArray cid = "00112233445566778899aabbccddeeff";
         const QByteArray name = QByteArray("Corvane é" + QByteArray(52, '.')).toHex() + "0000";
-        sacn::DataPacket packet(source, 0x1234);
-        packet.Slots()[0] = 255;
-        packet.Slots()[511] = 1;
-        packet.Next();
-        QCOMPARE(packet.Next().toHex(), root + "726e00000004" + cid + "725800000002" + name +
-                                            "96000002001234720b02a100000001020100ff" + QByteArray(1020, '0') +
-                                            "01");
-        QCOMPARE(packet.Next(true).mid(111, 2).toHex(), QByteArray("0340"));
+        const QByteArray levels = '\xff' + QByteArray(510, '\0') + '\1';
+        QCOMPARE(sacn::Data(source, 0x1234, 2, levels).toHex(),
+                 root + "726e00000004" + cid + "725800000002" + name +
+                     "96000002001234720b02a100000001020100" + levels.toHex());
+        QCOMPARE(sacn::Data(source, 0x1234, 3, levels, true).mid(111, 2).toHex(), QByteArray("0340"));
         QCOMPARE(sacn::Discovery(source, {1, 0x0203}).toHex(),
                  root + "706c00000008" + cid + "705600000002" + name + "00000000700c00000001000000010203");
         source.name = "Corvane 0042";
-        QCOMPARE(sacn::DataPacket(source, 1).Next().mid(44, 64), "Corvane 0042" + QByteArray(52, '\0'));
+        QCOMPARE(sacn::Data(source, 1, 1, levels).mid(44, 64), "Corvane 0042" + QByteArray(52, '\0'));
     }
 
     /// Frame by frame: what is sent, and what is not. A packet may get lost, also those that tell of an end,

@@ -5,6 +5,7 @@
 #include <QtGlobal>
 
 #include <functional>
+#include <utility>
 
 /// Tells a log of what goes wrong over and over: each reason at once when it is new, and then once a minute
 /// at most; and when all is well again.
@@ -15,17 +16,15 @@ public:
     explicit Complaints(Log log) : m_log(std::move(log)) {}
 
     void Fails(const QString& sReason, qint64 nNowMs) {
-        const auto told = m_told.constFind(sReason);
-        if (told == m_told.constEnd() || nNowMs - *told >= 60000) {
+        if (!m_told.contains(sReason) || nNowMs - m_told[sReason] >= 60000) {
             m_log("sACN: cannot send: " + sReason + "; goes on trying");
             m_told[sReason] = nNowMs;
             m_bTold = true;
         }
     }
     void Works() {
-        if (m_bTold) {
+        if (std::exchange(m_bTold, false)) {
             m_log("sACN: works again");
-            m_bTold = false;
         }
     }
 

@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QUuid>
 
-#include <array>
 #include <string>
 #include <vector>
 
@@ -22,20 +21,9 @@ struct Source {
     int priority = 100;  ///< 0 to 200; of several sources of a universe the highest is obeyed
 };
 
-/// The levels of one universe, to be filled in and sent over and over.
-class DataPacket {
-public:
-    /// All slots are 0.
-    DataPacket(const Source& source, int nUniverse);
-
-    /// The bytes to send, 638 of them. Each call is a new packet, its sequence number one higher.
-    const QByteArray& Next(bool bTerminated = false);
-    unsigned char* Slots();
-    const unsigned char* Slots() const;
-
-private:
-    QByteArray m_bytes;
-};
+/// The levels of one universe, 512 of them. Each packet's number is one higher than that of the one before.
+QByteArray Data(const Source& source, int nUniverse, quint8 ucNumber, const QByteArray& levels,
+                bool bTerminated = false);
 
 /// Tells receivers that a source sends these universes, which are sorted and at most 512.
 QByteArray Discovery(const Source& source, const std::vector<int>& universes);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -28,6 +29,17 @@ QUuid CidOf(const std::string& sSerial) {
                                QSysInfo::machineUniqueId() + '/' + QByteArray::fromStdString(sSerial));
 }
 
+/// Universes count from 1 on the network.
+std::vector<int> NumbersOf(const UniverseSet& universes) {
+    std::vector<int> numbers;
+    for (int i = 0; i < Universes::Count; ++i) {
+        if (universes[static_cast<std::size_t>(i)]) {
+            numbers.push_back(i + 1);
+        }
+    }
+    return numbers;
+}
+
 }  // namespace
 
 SacnSender::SacnSender(const std::string& sSerial, const Options& options, const Log& log)
@@ -35,11 +47,7 @@ SacnSender::SacnSender(const std::string& sSerial, const Options& options, const
       m_options(options),
       m_log(log),
       m_complaints(log),
-      m_socket(options.interface) {
-    for (int nUniverse = 1; nUniverse <= Universes::Count; ++nUniverse) {
-        m_streams.push_back({sacn::DataPacket(m_source, nUniverse)});
-    }
-}
+      m_socket(options.interface) {}
 
 void SacnSender::Send(const Levels& levels, const UniverseSet& used, qint64 nNowMs) {
     if (nNowMs < m_nRetryMs) {
@@ -51,34 +59,33 @@ void SacnSender::Send(const Levels& levels, const UniverseSet& used, qint64 nNow
         return;
     }
     m_nRetryMs = 0;
-    if (!m_bBegun) {
-        TellBeginning();
-    }
     if (used != m_running) {
         TellUniverses(used);
     }
-    m_bSent = m_bFailed = false;
-    const UniverseSet before = m_running;
+    m_sent.reset();
+    const UniverseSet before = std::exchange(m_running, used);
     m_ending = (m_ending | before) & ~used;
-    m_running = used;
     for (int i = 0; i < Universes::Count; ++i) {
         const auto at = static_cast<std::size_t>(i);
-        m_streams[at].ends = before[at] && !used[at] ? EndCount : m_streams[at].ends;
+        Stream& stream = m_streams[at];
         if (used[at] || before[at]) {
             // Released channels go to what they are now before their universe goes silent.
+            stream.ends = EndCount;
             SendStream(i, &levels.at(Universes::At(i, 0)), !before[at], nNowMs);
         }
         if (m_ending[at]) {
-            SendEnd(i);
+            Transmit(sacn::Data(m_source, i + 1, ++stream.number, stream.levels, true), i + 1);
+            m_ending[at] = --stream.ends > 0;
         }
     }
     if (m_options.to.isEmpty() && m_running.any() && nNowMs >= m_nDiscoveryMs) {
-        SendDiscovery(nNowMs);
+        m_nDiscoveryMs = nNowMs + DiscoveryMs;
+        Transmit(sacn::Discovery(m_source, NumbersOf(m_running)), sacn::DiscoveryUniverse);
     }
-    if (m_bFailed) {
+    if (!m_sent.value_or(true)) {
         m_complaints.Fails(m_socket.ErrorText(), nNowMs);
         m_socket.Close();
-    } else if (m_bSent) {
+    } else if (m_sent) {
         m_complaints.Works();
     }
 }
@@ -97,34 +104,17 @@ qint64 SacnSender::DueMs() const {
 
 void SacnSender::SendStream(int iUniverse, const unsigned char* pLevels, bool bNew, qint64 nNowMs) {
     Stream& stream = m_streams[static_cast<std::size_t>(iUniverse)];
-    unsigned char* const pSlots = stream.packet.Slots();
-    if (bNew || !std::equal(pLevels, pLevels + sacn::SlotCount, pSlots)) {
-        std::copy_n(pLevels, sacn::SlotCount, pSlots);
+    const QByteArray levels(reinterpret_cast<const char*>(pLevels), sacn::SlotCount);
+    if (bNew || levels != stream.levels) {
+        stream.levels = levels;
         stream.repeats = bNew ? NewRepeats : std::max(stream.repeats, ChangeRepeats);
     } else if (stream.repeats > 0) {
         --stream.repeats;
     } else if (nNowMs < stream.dueMs) {
         return;
     }
-    const bool bSent = Transmit(stream.packet.Next(), iUniverse + 1);
+    const bool bSent = Transmit(sacn::Data(m_source, iUniverse + 1, ++stream.number, levels), iUniverse + 1);
     stream.dueMs = !bSent ? nNowMs + RetryMs : stream.repeats > 0 ? nNowMs : nNowMs + RepeatMs;
-}
-
-void SacnSender::SendEnd(int iUniverse) {
-    Stream& stream = m_streams[static_cast<std::size_t>(iUniverse)];
-    Transmit(stream.packet.Next(true), iUniverse + 1);
-    m_ending[static_cast<std::size_t>(iUniverse)] = --stream.ends > 0;
-}
-
-void SacnSender::SendDiscovery(qint64 nNowMs) {
-    std::vector<int> universes;
-    for (int i = 0; i < Universes::Count; ++i) {
-        if (m_running[static_cast<std::size_t>(i)]) {
-            universes.push_back(i + 1);
-        }
-    }
-    m_nDiscoveryMs = nNowMs + DiscoveryMs;
-    Transmit(sacn::Discovery(m_source, universes), sacn::DiscoveryUniverse);
 }
 
 bool SacnSender::Transmit(const QByteArray& packet, int nUniverse) {
@@ -133,29 +123,24 @@ bool SacnSender::Transmit(const QByteArray& packet, int nUniverse) {
          m_options.to.isEmpty() ? QList{QHostAddress(sacn::GroupOf(nUniverse))} : m_options.to) {
         bSent = m_socket.Send(packet, to) && bSent;
     }
-    m_bSent = m_bSent || bSent;
-    m_bFailed = m_bFailed || !bSent;
+    m_sent = m_sent.value_or(true) && bSent;
     return bSent;
 }
 
-void SacnSender::TellBeginning() {
-    QStringList receivers;
-    for (const QHostAddress& to : m_options.to) {
-        receivers.append(to.toString());
-    }
-    m_log("sACN: \"" + QString::fromStdString(m_source.name) + "\" sends to " +
-          (receivers.isEmpty() ? "239.255.0.1 to 239.255.0.32" : receivers.join(", ")) +
-          QString(" port %1 with priority %2").arg(sacn::Port).arg(m_options.priority) +
-          (m_options.interface.isEmpty() ? QString() : " by " + m_options.interface));
-    m_bBegun = true;
-}
-
 void SacnSender::TellUniverses(const UniverseSet& used) {
-    QStringList universes;
-    for (int i = 0; i < Universes::Count; ++i) {
-        if (used[static_cast<std::size_t>(i)]) {
-            universes.append(QString::number(i + 1));
+    if (!std::exchange(m_bBegun, true)) {
+        QStringList receivers;
+        for (const QHostAddress& to : m_options.to) {
+            receivers.append(to.toString());
         }
+        m_log("sACN: \"" + QString::fromStdString(m_source.name) + "\" sends to " +
+              (receivers.isEmpty() ? "239.255.0.1 to 239.255.0.32" : receivers.join(", ")) +
+              QString(" port %1 with priority %2").arg(sacn::Port).arg(m_options.priority) +
+              (m_options.interface.isEmpty() ? QString() : " by " + m_options.interface));
     }
-    m_log("sACN: sends universes " + (universes.isEmpty() ? QString("none") : universes.join(' ')));
+    QString sUniverses;
+    for (const int nUniverse : NumbersOf(used)) {
+        sUniverses += ' ' + QString::number(nUniverse);
+    }
+    m_log("sACN: sends universes" + (sUniverses.isEmpty() ? " none" : sUniverses));
 }

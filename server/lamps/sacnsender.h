@@ -9,8 +9,9 @@
 #include <QList>
 #include <QString>
 
+#include <array>
+#include <optional>
 #include <string>
-#include <vector>
 
 /// Sends levels as streaming ACN: what changes at once and, as packets get lost, three times more; what
 /// stands still often enough that no receiver gives the source up. It has no clock; times are milliseconds of
@@ -39,17 +40,15 @@ public:
 
 private:
     struct Stream {
-        sacn::DataPacket packet;
-        qint64 dueMs = 0;  ///< when the same levels are sent once more
-        int repeats = 0;   ///< how many of the next frames they are sent with
-        int ends = 0;      ///< how many more packets tell that it ends
+        QByteArray levels;
+        quint8 number = 0;  ///< of the last packet
+        qint64 dueMs = 0;   ///< when the same levels are sent once more
+        int repeats = 0;    ///< how many of the next frames they are sent with
+        int ends = 0;       ///< how many more packets tell that it ends
     };
 
     void SendStream(int iUniverse, const unsigned char* pLevels, bool bNew, qint64 nNowMs);
-    void SendEnd(int iUniverse);
-    void SendDiscovery(qint64 nNowMs);
     bool Transmit(const QByteArray& packet, int nUniverse);
-    void TellBeginning();
     void TellUniverses(const UniverseSet& used);
 
     sacn::Source m_source;
@@ -57,12 +56,11 @@ private:
     Log m_log;
     Complaints m_complaints;
     SacnSocket m_socket;
-    std::vector<Stream> m_streams;  ///< one a universe
+    std::array<Stream, Universes::Count> m_streams;
     UniverseSet m_running;
     UniverseSet m_ending;
     qint64 m_nDiscoveryMs = 0;  ///< when the next one is due
     qint64 m_nRetryMs = 0;      ///< when opening is tried again; 0 while it is open
     bool m_bBegun = false;
-    bool m_bSent = false;    ///< something of this frame was sent
-    bool m_bFailed = false;  ///< something of this frame could not be sent
+    std::optional<bool> m_sent;  ///< whether all of this frame was, if there was something to send
 };

@@ -29,29 +29,26 @@ sockaddr_in SocketAddress(quint32 nAddress, quint16 nPort) {
 }  // namespace
 
 bool SacnSocket::Open(qint64 nNowMs) {
-    if (m_nSocket >= 0 && (m_sInterface.isEmpty() || nNowMs - m_nLookedMs < LookMs)) {
+    if (m_nSocket >= 0 && nNowMs - m_nLookedMs < LookMs) {
         return true;
     }
     m_nLookedMs = nNowMs;
-    Interface found;
-    if (!m_sInterface.isEmpty() && !Look(found)) {
+    const std::optional<Interface> found = Look();
+    if (m_nSocket < 0 || found != m_interface) {
         Close();
-        return false;
+        m_interface = found;
+        if (found && !OpenBy(*found)) {
+            m_sError = std::strerror(errno);
+            Close();
+        }
     }
-    if (m_nSocket >= 0 && found == m_interface) {
-        return true;
-    }
-    Close();
-    if (!OpenBy(found)) {
-        m_sError = std::strerror(errno);
-        Close();
-        return false;
-    }
-    m_interface = found;
-    return true;
+    return m_nSocket >= 0;
 }
 
-bool SacnSocket::Look(Interface& found) {
+std::optional<SacnSocket::Interface> SacnSocket::Look() {
+    if (m_sInterface.isEmpty()) {
+        return Interface();
+    }
     m_sError = QHostAddress(m_sInterface).isNull() ? "there is no interface \"" + m_sInterface + '"'
                                                    : m_sInterface + " is no address of this machine";
     for (const QNetworkInterface& interface : QNetworkInterface::allInterfaces()) {
@@ -63,53 +60,43 @@ bool SacnSocket::Look(Interface& found) {
         for (const QNetworkAddressEntry& entry : interface.addressEntries()) {
             const bool bMeant = bNamed ? entry.ip().protocol() == QAbstractSocket::IPv4Protocol
                                        : entry.ip().toString() == m_sInterface;
-            if (bMeant && !bUp) {
+            if (bMeant && bUp) {
+                return Interface(interface.index(), entry.ip().toIPv4Address());
+            }
+            if (bMeant) {
                 m_sError = "the interface \"" + interface.name() + "\" is down";
-            } else if (bMeant) {
-                found = {interface.index(), entry.ip().toIPv4Address()};
-                return true;
             }
         }
     }
-    return false;
+    return {};
 }
 
 bool SacnSocket::OpenBy(const Interface& interface) {
-    const auto set = [this](int nLevel, int nOption, const auto& value) {
-        return setsockopt(m_nSocket, nLevel, nOption, &value, sizeof value) == 0;
+    const auto set = [this](int nLevel, int nOption, int nValue) {
+        return setsockopt(m_nSocket, nLevel, nOption, &nValue, sizeof nValue) == 0;
     };
+    const sockaddr_in from = SocketAddress(interface.second, 0);
     m_nSocket = socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    if (m_nSocket < 0 || !set(IPPROTO_IP, IP_MULTICAST_TTL, TimeToLive) ||
-        !set(IPPROTO_IP, IP_MULTICAST_LOOP, int{1})) {
-        return false;
-    }
-    if (interface.index == 0) {
-        return true;
-    }
     // By its index: an address that goes would leave the choice to the routes again.
-    ip_mreqn membership{};
-    membership.imr_ifindex = interface.index;
-    const sockaddr_in from = SocketAddress(interface.address, 0);
-    return set(IPPROTO_IP, IP_MULTICAST_IF, membership) &&
-           set(SOL_SOCKET, SO_BINDTOIFINDEX, interface.index) &&
+    return m_nSocket >= 0 && set(IPPROTO_IP, IP_MULTICAST_TTL, TimeToLive) &&
+           (interface.first == 0 || set(SOL_SOCKET, SO_BINDTOIFINDEX, interface.first)) &&
            bind(m_nSocket, reinterpret_cast<const sockaddr*>(&from), sizeof from) == 0;
 }
 
 bool SacnSocket::Send(const QByteArray& packet, const QHostAddress& to) {
     const sockaddr_in address = SocketAddress(to.toIPv4Address(), sacn::Port);
     if (sendto(m_nSocket, packet.constData(), static_cast<std::size_t>(packet.size()), 0,
-               reinterpret_cast<const sockaddr*>(&address), sizeof address) < 0) {
-        const int nError = errno;
-        Interface interface;
-        if (m_sInterface.isEmpty() || Look(interface)) {
-            m_sError = std::strerror(nError);
-        }
-        if (nError == ENETUNREACH && m_sInterface.isEmpty()) {
-            m_sError += " (--sacn-interface chooses a network without a route)";
-        }
-        return false;
+               reinterpret_cast<const sockaddr*>(&address), sizeof address) >= 0) {
+        return true;
     }
-    return true;
+    const int nError = errno;
+    if (Look()) {
+        m_sError = std::strerror(nError);
+    }
+    if (nError == ENETUNREACH && m_sInterface.isEmpty()) {
+        m_sError += " (--sacn-interface chooses a network without a route)";
+    }
+    return false;
 }
 
 void SacnSocket::Close() {

@@ -3,7 +3,9 @@
 #include <QByteArray>
 #include <QHostAddress>
 #include <QString>
-#include <QtGlobal>
+
+#include <optional>
+#include <utility>
 
 /// A socket that sends by one interface of the machine, or not at all; or, where none was asked for, as the
 /// system routes.
@@ -20,24 +22,18 @@ public:
     bool Send(const QByteArray& packet, const QHostAddress& to);
     /// What went wrong last.
     const QString& ErrorText() const { return m_sError; }
-    const QString& InterfaceName() const { return m_sInterface; }
     void Close();
 
 private:
-    struct Interface {
-        int index = 0;
-        quint32 address = 0;
-        bool operator==(const Interface& other) const {
-            return index == other.index && address == other.address;
-        }
-    };
+    /// Its index, and which address of it is sent from; of the system's choice neither.
+    using Interface = std::pair<int, quint32>;
 
-    bool Look(Interface& found);
+    std::optional<Interface> Look();
     bool OpenBy(const Interface& interface);
 
     QString m_sInterface;
     QString m_sError;
-    Interface m_interface;  ///< by which it is open
+    std::optional<Interface> m_interface;  ///< by which it is open
     qint64 m_nLookedMs = 0;
     int m_nSocket = -1;
 };
