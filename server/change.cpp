@@ -6,17 +6,17 @@
 
 namespace {
 
-QString OnOff(bool bState) {
+const char* OnOff(bool bState) {
     return bState ? "on" : "off";
 }
 
 Change TakeSwitch(State& state, const JSONNode& content, bool bProgram) {
     Scene asked;
     readInto(content, asked);
+    const Playable running{bProgram, asked.id};
     Change change;
     change.words =
-        QString("%1 %2 %3").arg(bProgram ? "program" : "scene").arg(asked.id).arg(OnOff(asked.state));
-    const Playable running{bProgram, asked.id};
+        QString::asprintf("%s %d %s", bProgram ? "program" : "scene", asked.id, OnOff(asked.state));
     if (state.Switch(running, asked.state)) {
         change.message = bProgram ? messages::Program(asked.id, asked.state)
                                   : messages::Scene(asked.id, state.Find(running)->area, asked.state);
@@ -29,12 +29,8 @@ Change TakeColor(State& state, const JSONNode& content) {
     Color color = state.CurrentColor();
     readInto(content, color);
     state.Take(color);
-    const QString sWords = QString("color %1 %2 %3 white %4 %5")
-                               .arg(color.r)
-                               .arg(color.g)
-                               .arg(color.b)
-                               .arg(color.w)
-                               .arg(OnOff(color.state));
+    const QString sWords = QString::asprintf("color %d %d %d white %d %s", color.r, color.g, color.b, color.w,
+                                             OnOff(color.state));
     return {sWords, messages::Color(state.CurrentColor())};
 }
 
@@ -52,10 +48,9 @@ Change TakeCommand(State& state, const JSONNode& content) {
             flags.append(pName);
         }
     }
-    const QString sWords = QString("commands [%1] dimmer %2 % speed %3 %")
-                               .arg(flags.join(' '))
-                               .arg(command.dim)
-                               .arg(command.speed);
+    const QString sWords =
+        QString("commands [%1] dimmer %2 % speed %3 %")
+            .arg(flags.join(' '), QString::number(command.dim), QString::number(command.speed));
     return {sWords, messages::Command(state.CurrentCommand())};
 }
 
@@ -64,11 +59,8 @@ Change TakeChannel(State& state, const JSONNode& content) {
     readInto(content, channel);
     state.Hold(channel);
     Change change;
-    change.words = QString("universe %1 channel %2 level %3 %4")
-                       .arg(channel.univ)
-                       .arg(channel.chan)
-                       .arg(channel.level)
-                       .arg(OnOff(channel.state));
+    change.words = QString::asprintf("universe %d channel %d level %d %s", channel.univ, channel.chan,
+                                     channel.level, OnOff(channel.state));
     if (channel.chan == -1) {
         change.universe = channel.univ;
     } else if (Universes::HasUniverse(channel.univ) && Universes::HasChannel(channel.chan)) {
@@ -85,18 +77,12 @@ Change TakeRun(State& state, const JSONNode& content) {
     int nCount = 0;
     Color color;
     readInto(content, color);
-    content.ForEachMember([&](std::string_view sName, const JSONNode& value) {
-        if (sName == "universe") {
-            nUniverse = value.AsInt();
-        } else if (sName == "chan") {
-            nStart = value.AsInt();
-        } else if (sName == "number") {
-            nCount = value.AsInt();
-        }
-    });
+    content.ForEachMember("universe", [&](const JSONNode& value) { nUniverse = value.AsInt(); });
+    content.ForEachMember("chan", [&](const JSONNode& value) { nStart = value.AsInt(); });
+    content.ForEachMember("number", [&](const JSONNode& value) { nCount = value.AsInt(); });
     state.HoldRun(nUniverse, nStart, nCount, color);
     const QString sWords =
-        QString("universe %1 color on %2 fixtures from channel %3").arg(nUniverse).arg(nCount).arg(nStart);
+        QString::asprintf("universe %d color on %d fixtures from channel %d", nUniverse, nCount, nStart);
     return {sWords, {}, nUniverse};
 }
 

@@ -33,15 +33,18 @@ namespace {
 constexpr int AnswerMs = 5000;
 constexpr int MostSeconds = 86400;
 
-/// A whole number within bounds; throws std::runtime_error with one line for anything else.
+/// Complains of what an option is given.
+[[noreturn]] void Refuse(const QString& sOption, const QString& sTakes, const QString& sValue) {
+    throw std::runtime_error(QString("--%1 takes %2, not \"%3\"").arg(sOption, sTakes, sValue).toStdString());
+}
+
+/// A whole number within bounds.
 int Number(const QCommandLineParser& parser, const QString& sOption, int nLeast, int nMost) {
     bool bOk = false;
     const int nValue = parser.value(sOption).toInt(&bOk);
     if (!bOk || nValue < nLeast || nValue > nMost) {
-        throw std::runtime_error(
-            QString("--%1 takes a whole number from %2 to %3, not \"%4\"")
-                .arg(sOption, QString::number(nLeast), QString::number(nMost), parser.value(sOption))
-                .toStdString());
+        Refuse(sOption, QString("a whole number from %1 to %2").arg(nLeast).arg(nMost),
+               parser.value(sOption));
     }
     return nValue;
 }
@@ -80,85 +83,50 @@ void AddOptions(QCommandLineParser& parser) {
          "0 to 200", "100"},
         {"sacn-interface",
          "Send by this interface (eth0) or address of the machine, and by no other; while it is missing it "
-         "is "
-         "waited for (default: as the system routes it).",
+         "is waited for (default: as the system routes it).",
          "name or address"},
         {"sacn-to",
          "Send to this receiver alone, or, given several times, to these (default: by multicast to "
-         "239.255.0.1 "
-         "and up).",
+         "239.255.0.1 and up).",
          "address"},
     });
-}
-
-/// Nothing where no option asks for one.
-std::optional<BadNetwork::Options> ReadBadNetwork(const QCommandLineParser& parser) {
-    BadNetwork::Options options;
-    options.silentAfter = Number(parser, "silent-after", -1, MostSeconds);
-    options.delayMs = Number(parser, "delay", 0, 60000);
-    options.dropPercent = Number(parser, "drop", 0, 100);
-    options.duplicatePercent = Number(parser, "duplicate", 0, 100);
-    options.reorderPercent = Number(parser, "reorder", 0, 100);
-    for (const char* pOption : {"silent-after", "delay", "drop", "duplicate", "reorder"}) {
-        if (parser.isSet(pOption)) {
-            return options;
-        }
-    }
-    return {};
 }
 
 Server::Options ReadOptions(const QCommandLineParser& parser) {
     Server::Options options;
     if (parser.isSet("address") && !options.address.setAddress(parser.value("address"))) {
-        throw std::runtime_error("--address takes an address such as 127.0.0.1, not \"" +
-                                 parser.value("address").toStdString() + '"');
+        Refuse("address", "an address such as 127.0.0.1", parser.value("address"));
     }
     options.port = parser.isSet("fall-back") ? Server::FallBackPort : Server::Port;
     options.maxClients = Number(parser, "limit", 0, 1000);
     options.fragmentSize = Number(parser, "fragment", 1, 60000);
     options.isVerbose = parser.isSet("verbose");
-    options.badNetwork = ReadBadNetwork(parser);
+    options.badNetwork.silentAfter = Number(parser, "silent-after", -1, MostSeconds);
+    options.badNetwork.delayMs = Number(parser, "delay", 0, 60000);
+    options.badNetwork.dropPercent = Number(parser, "drop", 0, 100);
+    options.badNetwork.duplicatePercent = Number(parser, "duplicate", 0, 100);
+    options.badNetwork.reorderPercent = Number(parser, "reorder", 0, 100);
     return options;
 }
 
-bool IsPlainAddress(const QString& sText) {
-    const QHostAddress address(sText);
-    return address.protocol() == QAbstractSocket::IPv4Protocol && address.toString() == sText;
+/// An IPv4 address that a host can have, in four numbers: no network, no group.
+bool IsHost(const QString& sText) {
+    const quint32 nAddress = QHostAddress(sText).toIPv4Address();
+    const quint32 nFirst = nAddress >> 24U;
+    return nFirst > 0 && nFirst < 224 && QHostAddress(nAddress).toString() == sText;
 }
 
-/// A name or an address that an interface may have; throws std::runtime_error with one line for anything
-/// else.
-QString Interface(const QCommandLineParser& parser) {
-    static const QRegularExpression name("^[^\\s/:]{1,15}$");
-    static const QRegularExpression numbers("^[0-9.]*$");
-    const QString sInterface = parser.value("sacn-interface");
-    const quint32 nFirst = QHostAddress(sInterface).toIPv4Address() >> 24U;
-    const bool bAddress = IsPlainAddress(sInterface) && nFirst > 0 && nFirst < 224;
-    const bool bName = name.match(sInterface).hasMatch() && !numbers.match(sInterface).hasMatch();
-    if (parser.isSet("sacn-interface") && !bAddress && !bName) {
-        throw std::runtime_error("--sacn-interface takes a name such as eth0 or an address, not \"" +
-                                 sInterface.toStdString() + '"');
-    }
-    return sInterface;
-}
-
-/// What --sacn-to gives, if it can be one receiver: no network, no group, no broadcast.
+/// Complains, too, of the address of more receivers than one.
 QHostAddress Receiver(const QString& sTo) {
     const QHostAddress to(sTo);
-    if (!IsPlainAddress(sTo)) {
-        throw std::runtime_error("--sacn-to takes an IPv4 address such as 192.168.1.20, not \"" +
-                                 sTo.toStdString() + '"');
-    }
-    const quint32 nFirst = to.toIPv4Address() >> 24U;
-    bool bOne = nFirst != 0 && nFirst < 224 && to != QHostAddress("127.255.255.255");
+    bool bOne = IsHost(sTo) && to != QHostAddress("127.255.255.255");
     for (const QNetworkInterface& interface : QNetworkInterface::allInterfaces()) {
         for (const QNetworkAddressEntry& entry : interface.addressEntries()) {
             bOne = bOne && entry.broadcast() != to;
         }
     }
     if (!bOne) {
-        throw std::runtime_error("--sacn-to takes the address of one receiver, which " + sTo.toStdString() +
-                                 " is not");
+        Refuse("sacn-to", "an IPv4 address of one receiver, such as 192.168.1.20", sTo);
     }
     return to;
 }
@@ -169,9 +137,14 @@ SacnSender::Options ReadSacnOptions(const QCommandLineParser& parser) {
             throw std::runtime_error(std::string("--") + pOption + " is of no use without --sacn");
         }
     }
+    static const QRegularExpression name("^(?![0-9.]*$)[^\\s/:]{1,15}$");
     SacnSender::Options options;
     options.priority = Number(parser, "sacn-priority", 0, 200);
-    options.interface = Interface(parser);
+    options.interface = parser.value("sacn-interface");
+    if (parser.isSet("sacn-interface") && !IsHost(options.interface) &&
+        !name.match(options.interface).hasMatch()) {
+        Refuse("sacn-interface", "a name such as eth0 or an address", options.interface);
+    }
     for (const QString& sTo : parser.values("sacn-to")) {
         options.to.append(Receiver(sTo));
     }
@@ -203,8 +176,7 @@ int AskToRecord(const QCommandLineParser& parser) {
     bool bOk = false;
     const double fade = parser.value("fade").toDouble(&bOk);
     if (!bOk || !(fade >= 0 && fade <= MostSeconds)) {
-        throw std::runtime_error("--fade takes a number of seconds from 0 to 86400, not \"" +
-                                 parser.value("fade").toStdString() + '"');
+        Refuse("fade", "a number of seconds from 0 to 86400", parser.value("fade"));
     }
     const Recording wanted{parser.value("record").toStdString(),
                            Number(parser, "area", -1, std::numeric_limits<int>::max()),
@@ -269,29 +241,28 @@ int Serve(const QCommandLineParser& parser) {
         });
         file->Watch();
     }
-    const auto tellListening = [&] {
-        log(QString("corvane-server %1: serial %2 with %3 scenes and %4 programs listens on %5 port %6")
-                .arg(CORVANE_VERSION, QString::fromStdString(show.serial),
-                     QString::number(show.scenes.size()), QString::number(show.programs.size()),
-                     options.address.toString(), QString::number(options.port)));
-    };
     QTimer late;
-    QObject::connect(&late, &QTimer::timeout, [&] {
-        if (server.Listen()) {
+    const auto listen = [&] {
+        const bool bListens = server.Listen();
+        if (bListens) {
             late.stop();
-            tellListening();
+            log(QString("corvane-server %1: serial %2 with %3 scenes and %4 programs listens on %5 port %6")
+                    .arg(CORVANE_VERSION, QString::fromStdString(show.serial),
+                         QString::number(show.scenes.size()), QString::number(show.programs.size()),
+                         options.address.toString(), QString::number(options.port)));
         }
-    });
-    if (server.Listen()) {
-        tellListening();
-    } else if (server.LacksAddress()) {
+        return bListens;
+    };
+    QObject::connect(&late, &QTimer::timeout, listen);
+    if (!listen()) {
+        if (!server.LacksAddress()) {
+            WriteLine(stderr, QString("corvane-server: cannot listen on %1 port %2: %3")
+                                  .arg(options.address.toString(), QString::number(options.port),
+                                       server.ErrorText()));
+            return 1;
+        }
         log("waits for " + options.address.toString() + ", which is no address of this machine yet");
         late.start(1000);
-    } else {
-        WriteLine(stderr,
-                  QString("corvane-server: cannot listen on %1 port %2: %3")
-                      .arg(options.address.toString(), QString::number(options.port), server.ErrorText()));
-        return 1;
     }
     if (lamps) {
         QObject::connect(&termination, &TerminationSignals::asked, &*lamps, &LampOutput::Finish);
@@ -317,20 +288,19 @@ int main(int argc, char* argv[]) {
     QCoreApplication::setApplicationVersion(CORVANE_VERSION);
     QCommandLineParser parser;
     AddOptions(parser);
-    const bool bParsed = parser.parse(QCoreApplication::arguments());
-    if (!bParsed || !parser.positionalArguments().isEmpty()) {
-        WriteLine(stderr,
-                  "corvane-server: " + (bParsed ? "no use for \"" + parser.positionalArguments().first() + '"'
-                                                : parser.errorText()));
-        return 2;
-    }
-    if (parser.isSet("help")) {
-        parser.showHelp();
-    }
-    if (parser.isSet("version")) {
-        parser.showVersion();
-    }
     try {
+        if (!parser.parse(QCoreApplication::arguments())) {
+            throw std::runtime_error(parser.errorText().toStdString());
+        }
+        if (const QStringList more = parser.positionalArguments(); !more.isEmpty()) {
+            throw std::runtime_error("no use for \"" + more.first().toStdString() + '"');
+        }
+        if (parser.isSet("help")) {
+            parser.showHelp();
+        }
+        if (parser.isSet("version")) {
+            parser.showVersion();
+        }
         if (parser.isSet("check")) {
             Check(parser.value("check"));
             return 0;

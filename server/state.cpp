@@ -89,22 +89,17 @@ bool State::Run(const Playable& running, bool bOn) {
     if (pEntry == nullptr) {
         return false;
     }
-    for (Scene& other : m_show.scenes) {
+    for (const Scene& other : m_show.scenes) {
         if (bOn && !running.program && other.state && other.area == pEntry->area) {
-            SetRunning(other, false, false);
+            Run({false, other.id}, false);
         }
     }
-    SetRunning(*pEntry, running.program, bOn);
-    return true;
-}
-
-void State::SetRunning(Scene& entry, bool bProgram, bool bOn) {
-    const Playable running{bProgram, entry.id};
     m_runs.erase(std::remove(m_runs.begin(), m_runs.end(), running), m_runs.end());
     if (bOn) {
         m_runs.push_back(running);
     }
-    entry.state = bOn;
+    pEntry->state = bOn;
+    return true;
 }
 
 void State::StopAll() {

@@ -72,7 +72,6 @@ signals:
 private:
     /// False if the show has none such.
     bool Run(const Playable& running, bool bOn);
-    void SetRunning(Scene& entry, bool bProgram, bool bOn);
 
     Show m_show;
     std::vector<Playable> m_runs;

@@ -14,30 +14,21 @@ constexpr qint64 MaxLateBytes = qint64{16} * 1024 * 1024;
 constexpr int TimerBytes = 512;
 
 bool Happens(int nPercent) {
-    return QRandomGenerator::global()->bounded(100) < nPercent;
+    return nPercent > 0 && QRandomGenerator::global()->bounded(100) < nPercent;
 }
 
 }  // namespace
 
-void BadNetwork::CarryIn(qint64 nBytes, const std::function<void()>& deliver) {
-    if (m_options.silentAfter >= 0 && m_upTime.hasExpired(qint64{1000} * m_options.silentAfter)) {
-        qCInfo(logDrop) << "silent by option:" << nBytes << "bytes";
-        return;
-    }
-    Carry(0, nBytes, deliver);
-}
-
-void BadNetwork::CarryOut(qint64 nBytes, const std::function<void()>& deliver) {
-    Carry(m_options.delayMs, nBytes, deliver);
-}
-
-void BadNetwork::Carry(int nDelayMs, qint64 nBytes, const std::function<void()>& deliver) {
-    if (Happens(m_options.dropPercent)) {
-        qCInfo(logDrop) << "lost by option:" << nBytes << "bytes";
+void BadNetwork::Carry(Way way, qint64 nBytes, const std::function<void()>& deliver) {
+    const bool bSilent =
+        way == In && m_options.silentAfter >= 0 && m_upTime.hasExpired(qint64{1000} * m_options.silentAfter);
+    if (bSilent || Happens(m_options.dropPercent)) {
+        qCInfo(logDrop) << (bSilent ? "silent" : "lost") << "by option:" << nBytes << "bytes";
         return;
     }
     for (int nCopies = Happens(m_options.duplicatePercent) ? 2 : 1; nCopies > 0; --nCopies) {
-        const int nLate = nDelayMs + (Happens(m_options.reorderPercent) ? OvertakenMs : 0);
+        const int nLate =
+            (way == Out ? m_options.delayMs : 0) + (Happens(m_options.reorderPercent) ? OvertakenMs : 0);
         if (nLate == 0) {
             deliver();
         } else if (const qint64 nRoom = nBytes + TimerBytes; m_nLateBytes + nRoom <= MaxLateBytes) {

@@ -6,7 +6,7 @@
 #include <functional>
 
 /// A bad network to rehearse with: what it is asked to carry comes late, twice, in another order or not at
-/// all.
+/// all. It is as bad as its options say, which leave everything as it is where they are left alone.
 class BadNetwork : public QObject {
     Q_OBJECT
 
@@ -19,16 +19,14 @@ public:
         int duplicatePercent = 0;  ///< brings twice
         int reorderPercent = 0;    ///< lets others overtake
     };
+    enum Way { In, Out };
 
     explicit BadNetwork(const Options& options) : m_options(options) { m_upTime.start(); }
 
     /// Has `deliver` called for a datagram of `nBytes`: not at all, once or twice, now or later.
-    void CarryIn(qint64 nBytes, const std::function<void()>& deliver);
-    void CarryOut(qint64 nBytes, const std::function<void()>& deliver);
+    void Carry(Way way, qint64 nBytes, const std::function<void()>& deliver);
 
 private:
-    void Carry(int nDelayMs, qint64 nBytes, const std::function<void()>& deliver);
-
     Options m_options;
     QElapsedTimer m_upTime;
     qint64 m_nLateBytes = 0;  ///< of the datagrams that wait

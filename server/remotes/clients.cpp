@@ -3,92 +3,66 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <iterator>
 
 namespace {
 
 constexpr int TimeoutMs = 15000;
 constexpr qint64 SecondMs = 1000;
-/// Of so many hosts account is kept. Whoever makes up more names in a second is not held to four answers for
-/// each, but had to send a question for every one.
-constexpr int MostAccounts = 1024;
+constexpr int PerSecond = 4;
+/// Of so many answers account is kept, of 1,024 hosts. Whoever makes up more names in a second is not held to
+/// four answers for each, but had to send a question for every one.
+constexpr std::size_t MostGiven = std::size_t{PerSecond} * 1024;
 
 }  // namespace
 
 bool Clients::Admit(const Client& sender) {
     const auto gone = [](const Client& client) { return client.lastHeard.hasExpired(TimeoutMs); };
     m_clients.erase(std::remove_if(m_clients.begin(), m_clients.end(), gone), m_clients.end());
-    if (Find(sender) == nullptr) {
-        if (static_cast<int>(m_clients.size()) >= m_nMost) {
-            return false;
-        }
-        m_clients.push_back(sender);
+    if (!Hear(sender) && m_clients.size() < m_nMost) {
+        m_clients.append(sender);
     }
     return Hear(sender);
 }
 
 bool Clients::Hear(const Client& sender) {
-    Client* pClient = Find(sender);
-    if (pClient != nullptr) {
-        pClient->lastHeard.start();
-    }
-    return pClient != nullptr;
-}
-
-Client* Clients::Find(const Client& sender) {
     const auto client = std::find(m_clients.begin(), m_clients.end(), sender);
-    return client != m_clients.end() ? &*client : nullptr;
-}
-
-void Clients::Forget(const Client& client) {
-    m_clients.erase(std::remove(m_clients.begin(), m_clients.end(), client), m_clients.end());
+    if (client == m_clients.end()) {
+        return false;
+    }
+    client->lastHeard.start();
+    return true;
 }
 
 void Clients::Owe(const Client& client, int nAnswer) {
     const QPair<QHostAddress, int> debt(client.address, nAnswer);
     if (m_owed.contains(debt)) {
         m_owed[debt] = client.port;
-        return;
-    }
-    const qint64 nWaitMs = WaitMs(client.address);
-    if (nWaitMs == 0) {
+    } else if (const qint64 nWaitMs = WaitMs(client.address); nWaitMs == 0) {
         emit due(client, nAnswer);
-        return;
+    } else {
+        m_owed.insert(debt, client.port);
+        QTimer::singleShot(static_cast<int>(nWaitMs), this, [this, debt] {
+            const Client waiting{debt.first, m_owed.take(debt), {}};
+            if (m_clients.contains(waiting)) {
+                Owe(waiting, debt.second);
+            }
+        });
     }
-    m_owed.insert(debt, client.port);
-    QTimer::singleShot(static_cast<int>(nWaitMs), this, [this, debt] {
-        const Client waiting{debt.first, m_owed.take(debt), {}};
-        if (Find(waiting) != nullptr) {
-            Owe(waiting, debt.second);
-        }
-    });
 }
 
 qint64 Clients::WaitMs(const QHostAddress& host) {
     const qint64 nNow = m_clock.elapsed();
-    if (!m_accounts.contains(host)) {
-        ForgetOldAccounts();
-        Times never;
-        never.fill(nNow - SecondMs);
-        m_accounts.insert(host, never);
+    while (!m_given.empty() && m_given.front().atMs + SecondMs <= nNow) {
+        m_given.pop_front();
     }
-    Times& times = m_accounts[host];
-    if (times.front() + SecondMs > nNow) {
-        return times.front() + SecondMs - nNow;
+    const auto toHost = [&host](const Given& given) { return given.host == host; };
+    if (std::count_if(m_given.begin(), m_given.end(), toHost) >= PerSecond) {
+        return std::find_if(m_given.begin(), m_given.end(), toHost)->atMs + SecondMs - nNow;
     }
-    std::rotate(times.begin(), times.begin() + 1, times.end());
-    times.back() = nNow;
+    // A newcomer is always answered.
+    if (m_given.size() == MostGiven) {
+        m_given.pop_front();
+    }
+    m_given.push_back({host, nNow});
     return 0;
-}
-
-/// A newcomer is always answered: where there is no room, the account goes that has been quiet for longest.
-void Clients::ForgetOldAccounts() {
-    for (auto known = m_accounts.begin(); known != m_accounts.end();) {
-        known = known->back() + SecondMs <= m_clock.elapsed() ? m_accounts.erase(known) : std::next(known);
-    }
-    if (m_accounts.size() >= MostAccounts) {
-        m_accounts.erase(
-            std::min_element(m_accounts.begin(), m_accounts.end(),
-                             [](const Times& one, const Times& other) { return one.back() < other.back(); }));
-    }
 }

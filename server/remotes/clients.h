@@ -5,9 +5,9 @@
 #include <QHostAddress>
 #include <QObject>
 #include <QPair>
+#include <QVector>
 
-#include <array>
-#include <vector>
+#include <deque>
 
 /// An address that answers go to.
 struct Client {
@@ -34,8 +34,8 @@ public:
     bool Admit(const Client& sender);
     /// Whether the sender is one; if so, it has been heard.
     bool Hear(const Client& sender);
-    void Forget(const Client& client);
-    const std::vector<Client>& All() const { return m_clients; }
+    void Forget(const Client& client) { m_clients.removeAll(client); }
+    const QVector<Client>& All() const { return m_clients; }
 
     /// Has a client given a long answer as soon as its host may have one. `nAnswer` says which; what is asked
     /// again while it waits is given once, to the port that asked last.
@@ -46,17 +46,17 @@ signals:
     void due(const Client& client, int nAnswer);
 
 private:
-    static constexpr int PerSecond = 4;
-    using Times = std::array<qint64, PerSecond>;  ///< of a host's last answers, the oldest first
+    struct Given {
+        QHostAddress host;
+        qint64 atMs;
+    };
 
-    Client* Find(const Client& sender);
     /// Takes account of an answer if the host may have one now (0); else in how many ms to ask again.
     qint64 WaitMs(const QHostAddress& host);
-    void ForgetOldAccounts();
 
     int m_nMost;
     QElapsedTimer m_clock;
-    std::vector<Client> m_clients;
-    QHash<QHostAddress, Times> m_accounts;
+    QVector<Client> m_clients;
+    std::deque<Given> m_given;                        ///< the long answers of the last second
     QHash<QPair<QHostAddress, int>, quint16> m_owed;  ///< answers that wait, and to which port
 };

@@ -69,6 +69,9 @@ std::string Recorded(bool bDone, const std::string& sLine) {
 }
 
 std::vector<std::string> Split(const std::string& sText, std::size_t nSize) {
+    if (sText.size() <= nSize) {
+        return {sText};
+    }
     std::vector<std::string> pieces;
     for (std::size_t nAt = 0; nAt < sText.size(); nAt += nSize) {
         pieces.push_back(sText.substr(nAt, nSize) + Fragments::Marker);

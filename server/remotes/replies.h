@@ -21,7 +21,8 @@ std::string SceneStates(const Show& show);
 /// What came of a recording, in a line for people.
 std::string Recorded(bool bDone, const std::string& sLine);
 
-/// Splits a text into pieces of `nSize` bytes, each with the marker of a fragment at its end.
+/// Splits a text that is longer than `nSize` bytes into pieces of so many, each with the marker of a fragment
+/// at its end.
 std::vector<std::string> Split(const std::string& sText, std::size_t nSize);
 
 }  // namespace replies

@@ -1,16 +1,17 @@
 #include "server/remotes/server.h"
 
 #include "device/logging.h"
-#include "device/messages.h"
 #include "device/readers.h"
 #include "server/change.h"
 #include "server/remotes/replies.h"
 
 #include <QNetworkInterface>
-#include <QUdpSocket>
+#include <QTimer>
 
+#include <map>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -19,10 +20,58 @@ constexpr int DatagramsPerRead = 64;
 constexpr int ReadMs = 8;
 constexpr int MaxDatagram = 65536;
 constexpr int NoiseMs = 1000;
-/// Among the long answers those about a universe come behind the types of all questions.
-constexpr int UniverseAnswer = 1000;
-/// The state and what is held, of a show that nobody asked for.
+/// Long answers that nobody asked for come behind the types of all questions: the state and what is held, of
+/// another show; and a universe, from here on.
 constexpr int NewShow = 999;
+constexpr int NewUniverse = 1000;
+
+enum class Asker { Anyone, Newcomer, Client };
+
+struct Question {
+    Asker asker;     ///< who is answered; a newcomer becomes a client by it, if there is room
+    bool isLong;     ///< its answer is owed: see Clients::Owe
+    bool isRoutine;  ///< asked all day long, so that the log may do without
+    const char* words;
+};
+
+const std::map<MessageType, Question> Questions{
+    {MessageType::Discovery, {Asker::Anyone, false, true, " asks who is there"}},
+    {MessageType::Alive, {Asker::Newcomer, false, true, " is alive"}},
+    {MessageType::StateRequest, {Asker::Newcomer, true, false, " asks for the state"}},
+    {MessageType::ScenePoll, {Asker::Client, true, true, " polls the scenes"}},
+    {MessageType::CommandPoll, {Asker::Client, true, true, " polls the commands"}},
+    {MessageType::ChannelPoll, {Asker::Client, true, true, " polls the channels"}},
+};
+
+/// The messages of an answer, by the type of its question or one of the numbers above.
+std::vector<std::string> AnswerTo(int nQuestion, const State& state) {
+    const Show& show = state.CurrentShow();
+    std::vector<std::string> texts;
+    switch (nQuestion) {
+        case static_cast<int>(MessageType::Discovery):
+            return {replies::Serial(show.serial)};
+        case static_cast<int>(MessageType::Alive):
+            return {messages::Bare(MessageType::Alive)};
+        case static_cast<int>(MessageType::ScenePoll):
+            return {replies::SceneStates(show)};
+        case static_cast<int>(MessageType::CommandPoll):
+            return {messages::Color(state.CurrentColor()), messages::Command(state.CurrentCommand())};
+        case static_cast<int>(MessageType::StateRequest):
+            return {replies::State(show, state.CurrentColor(), state.CurrentCommand())};
+        case NewShow:
+            texts = AnswerTo(static_cast<int>(MessageType::StateRequest), state);
+            [[fallthrough]];
+        case static_cast<int>(MessageType::ChannelPoll):
+            for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
+                if (state.Held().IsHeld(nUniverse)) {
+                    texts.push_back(messages::Universe(nUniverse, state.Held()));
+                }
+            }
+            return texts;
+        default:
+            return {messages::Universe(nQuestion - NewUniverse, state.Held())};
+    }
+}
 
 /// A remote's address can be made up, but not as one of this computer: the kernel takes no such datagram from
 /// a network.
@@ -36,79 +85,57 @@ Server::Server(State& state, const Options& options, Log log)
     : m_state(state),
       m_options(options),
       m_log(std::move(log)),
-      m_pSocket(new QUdpSocket(this)),
-      m_pBroadcasts(new QUdpSocket(this)),
-      m_datagram(MaxDatagram, Qt::Uninitialized),
+      m_badNetwork(options.badNetwork),
       m_clients(options.maxClients) {
-    if (options.badNetwork) {
-        m_badNetwork.emplace(*options.badNetwork);
-    }
-    for (QUdpSocket* pSocket : {m_pSocket, m_pBroadcasts}) {
+    for (QUdpSocket* pSocket : {&m_socket, &m_broadcasts}) {
         connect(pSocket, &QUdpSocket::readyRead, this, [this, pSocket] { ReadPackets(*pSocket); });
     }
-    connect(&m_clients, &Clients::due, this, &Server::GiveLongAnswer);
+    connect(&m_clients, &Clients::due, this, &Server::Give);
     connect(&m_state, &State::showReplaced, this, [this] {
-        for (const Client& client : std::vector<Client>(m_clients.All())) {
+        for (const Client& client : m_clients.All()) {
             m_clients.Owe(client, NewShow);
-        }
-    });
-    m_noiseTimer.setSingleShot(true);
-    connect(&m_noiseTimer, &QTimer::timeout, this, [this] {
-        if (const int nMissed = std::exchange(m_nNoise, 0); nMissed > 0) {
-            LogNoise(QString::number(nMissed) + " more datagrams were of no use");
         }
     });
 }
 
 bool Server::Listen() {
-    m_pSocket->abort();
-    return m_pSocket->bind(m_options.address, m_options.port, QAbstractSocket::DontShareAddress) &&
-           ListenToBroadcasts();
-}
-
-/// A socket with an address of its own hears no broadcast; a second one on the broadcast address does, shared
-/// with the other servers of this machine.
-bool Server::ListenToBroadcasts() {
-    const QList<QNetworkInterface> interfaces = QNetworkInterface::allInterfaces();
-    for (const QNetworkInterface& interface : interfaces) {
-        const QList<QNetworkAddressEntry> entries = interface.addressEntries();
-        for (const QNetworkAddressEntry& entry : entries) {
+    m_socket.abort();
+    if (!m_socket.bind(m_options.address, m_options.port, QUdpSocket::DontShareAddress)) {
+        return false;
+    }
+    // A socket with an address of its own hears no broadcast; a second one on the broadcast address does,
+    // shared with the other servers of this machine.
+    for (const QNetworkInterface& interface : QNetworkInterface::allInterfaces()) {
+        for (const QNetworkAddressEntry& entry : interface.addressEntries()) {
             if (entry.ip() == m_options.address && !entry.broadcast().isNull()) {
-                return m_pBroadcasts->bind(entry.broadcast(), m_options.port,
-                                           QAbstractSocket::ShareAddress | QAbstractSocket::ReuseAddressHint);
+                return m_broadcasts.bind(entry.broadcast(), m_options.port,
+                                         QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint);
             }
         }
     }
     return true;
 }
 
-bool Server::LacksAddress() const {
-    return m_pSocket->error() == QAbstractSocket::SocketAddressNotAvailableError;
-}
-
 QString Server::ErrorText() const {
-    return (m_pSocket->state() == QAbstractSocket::BoundState ? m_pBroadcasts : m_pSocket)->errorString();
+    return (m_socket.state() == QUdpSocket::BoundState ? m_broadcasts : m_socket).errorString();
 }
 
 /// Reads until there is nothing, and even when there is nothing: the kernel drops a datagram with a wrong
 /// checksum only here, after it was signalled, and without a read Qt never signals again.
 void Server::ReadPackets(QUdpSocket& socket) {
+    QByteArray buffer(MaxDatagram, Qt::Uninitialized);
     QElapsedTimer turn;
     turn.start();
     for (int i = 0; i < DatagramsPerRead && !turn.hasExpired(ReadMs); ++i) {
         QHostAddress address;
         quint16 port = 0;
-        const qint64 nRead = socket.readDatagram(m_datagram.data(), m_datagram.size(), &address, &port);
+        const qint64 nRead = socket.readDatagram(buffer.data(), buffer.size(), &address, &port);
         if (nRead < 0) {
             return;
         }
-        const QByteArray datagram(m_datagram.constData(), static_cast<int>(nRead));
-        const auto read = [this, datagram, address, port] { ReadMessage(datagram, address, port); };
-        if (m_badNetwork) {
-            m_badNetwork->CarryIn(nRead, read);
-        } else {
-            read();
-        }
+        const QByteArray datagram = buffer.left(static_cast<int>(nRead));
+        m_badNetwork.Carry(BadNetwork::In, nRead,
+                           [this, datagram, address, port] { ReadMessage(datagram, address, port); });
     }
 }
 
@@ -125,100 +152,42 @@ void Server::ReadMessage(const QByteArray& datagram, const QHostAddress& address
         document.Root().ForEachMember("typ", [&nType](const JSONNode& value) { nType = value.AsInt(); });
         JSONNode content = document.Root();
         document.Root().ForEachMember("content", [&content](const JSONNode& value) { content = value; });
-        Answer(nType, content, sender);
+        Answer(static_cast<MessageType>(nType), content, sender);
     } catch (const std::invalid_argument& error) {
         LogNoise(sender.Name() + " sent " + QString::number(datagram.size()) +
                  " bytes of no message: " + error.what());
     }
 }
 
-void Server::Answer(int nType, const JSONNode& content, const Client& sender) {
-    switch (static_cast<MessageType>(nType)) {
-        case MessageType::Discovery:
-            LogRoutine(sender.Name() + " asks who is there");
-            Send(sender, replies::Serial(m_state.CurrentShow().serial));
-            break;
-        case MessageType::Goodbye:
-            m_log(sender.Name() + " says goodbye");
-            m_clients.Forget(sender);
-            break;
-        case MessageType::Alive:
-        case MessageType::StateRequest:
-            if (m_clients.Admit(sender)) {
-                AnswerClient(nType, sender);
-            } else {
-                LogNoise(sender.Name() + " refused: too many clients");
-                Send(sender, messages::Bare(MessageType::TooManyClients));
-            }
-            break;
-        case MessageType::ScenePoll:
-        case MessageType::CommandPoll:
-        case MessageType::ChannelPoll:
-            if (m_clients.Hear(sender)) {
-                AnswerClient(nType, sender);
-            } else {
-                LogNoise(sender.Name() + " polls and, a stranger, gets no answer");
-            }
-            break;
-        case MessageType::Record:
-            TakeRecord(content, sender);
-            break;
-        default:
-            if (!TakeChange(nType, content, sender)) {
-                LogNoise(sender.Name() + " sent type " + QString::number(nType) + ", which changes nothing");
-            }
-            break;
-    }
-}
-
-void Server::AnswerClient(int nType, const Client& sender) {
-    if (nType == static_cast<int>(MessageType::Alive)) {
-        LogRoutine(sender.Name() + " is alive");
-        Send(sender, messages::Bare(MessageType::Alive));
+void Server::Answer(MessageType type, const JSONNode& content, const Client& sender) {
+    const auto question = Questions.find(type);
+    if (type == MessageType::Goodbye) {
+        m_log(sender.Name() + " says goodbye");
+        m_clients.Forget(sender);
+    } else if (type == MessageType::Record) {
+        TakeRecord(content, sender);
+    } else if (question == Questions.end()) {
+        TakeChange(type, content, sender);
+    } else if (question->second.asker == Asker::Newcomer && !m_clients.Admit(sender)) {
+        LogNoise(sender.Name() + " refused: too many clients");
+        Send(sender, messages::Bare(MessageType::TooManyClients));
+    } else if (question->second.asker == Asker::Client && !m_clients.Hear(sender)) {
+        LogNoise(sender.Name() + " polls and, a stranger, gets no answer");
+    } else if (question->second.isLong) {
+        m_clients.Owe(sender, static_cast<int>(type));
     } else {
-        m_clients.Owe(sender, nType);
+        Give(sender, static_cast<int>(type));
     }
 }
 
 /// It tells what is so when it leaves.
-void Server::GiveLongAnswer(const Client& client, int nAnswer) {
-    switch (nAnswer) {
-        case static_cast<int>(MessageType::StateRequest):
-            m_log(client.Name() + " asks for the state");
-            SendState(client);
-            break;
-        case NewShow:
-            SendState(client);
-            SendHeldUniverses(client);
-            break;
-        case static_cast<int>(MessageType::ScenePoll):
-            LogRoutine(client.Name() + " polls the scenes");
-            Send(client, replies::SceneStates(m_state.CurrentShow()));
-            break;
-        case static_cast<int>(MessageType::CommandPoll):
-            LogRoutine(client.Name() + " polls the commands");
-            Send(client, messages::Color(m_state.CurrentColor()));
-            Send(client, messages::Command(m_state.CurrentCommand()));
-            break;
-        case static_cast<int>(MessageType::ChannelPoll):
-            LogRoutine(client.Name() + " polls the channels");
-            SendHeldUniverses(client);
-            break;
-        default:
-            Send(client, messages::Universe(nAnswer - UniverseAnswer, m_state.Held()));
-            break;
+void Server::Give(const Client& client, int nAnswer) {
+    const auto question = Questions.find(static_cast<MessageType>(nAnswer));
+    if (question != Questions.end() && (m_options.isVerbose || !question->second.isRoutine)) {
+        m_log(client.Name() + question->second.words);
     }
-}
-
-void Server::SendState(const Client& to) {
-    Send(to, replies::State(m_state.CurrentShow(), m_state.CurrentColor(), m_state.CurrentCommand()));
-}
-
-void Server::SendHeldUniverses(const Client& to) {
-    for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
-        if (m_state.Held().IsHeld(nUniverse)) {
-            Send(to, messages::Universe(nUniverse, m_state.Held()));
-        }
+    for (const std::string& sText : AnswerTo(nAnswer, m_state)) {
+        Send(client, sText);
     }
 }
 
@@ -229,89 +198,63 @@ void Server::TakeRecord(const JSONNode& content, const Client& sender) {
     }
     Recording wanted;
     readInto(content, wanted);
-    bool bDone = false;
+    bool bDone = true;
     QString sLine;
     try {
         sLine = m_recorder(wanted);
-        bDone = true;
     } catch (const std::runtime_error& error) {
         sLine = error.what();
+        bDone = false;
     }
     m_log(sender.Name() + (bDone ? " records " : " records nothing: ") + sLine);
     Send(sender, replies::Recorded(bDone, sLine.toStdString()));
 }
 
-bool Server::TakeChange(int nType, const JSONNode& content, const Client& sender) {
-    const auto change = TakeMessage(m_state, static_cast<MessageType>(nType), content);
+void Server::TakeChange(MessageType type, const JSONNode& content, const Client& sender) {
+    const auto change = TakeMessage(m_state, type, content);
     if (!change) {
-        return false;
+        LogNoise(
+            QString("%1 sent type %2, which changes nothing").arg(sender.Name()).arg(static_cast<int>(type)));
+        return;
     }
     const Command& command = m_state.CurrentCommand();
     m_log(sender.Name() + ' ' + change->words + (change->starts && command.bo ? ", while Black is on" : ""));
-    const bool bClient = m_clients.Hear(sender);
-    if (!change->message.empty()) {
-        TellOthers(sender, change->message);
-    }
-    if (change->starts && (command.bo || command.white || command.hold)) {
-        // Remotes show these as off after a start, which they are not.
-        TellOthers({}, messages::Command(command));
-    }
-    if (change->isLevel && bClient) {
-        // A remote shows what the server holds, not what it asked for.
-        Send(sender, change->message);
-    }
-    if (Universes::HasUniverse(change->universe)) {
-        for (const Client& client : m_clients.All()) {
-            if (!(client == sender)) {
-                m_clients.Owe(client, UniverseAnswer + change->universe);
-            }
-        }
-    }
-    return true;
-}
-
-void Server::TellOthers(const Client& from, const std::string& sText) {
+    m_clients.Hear(sender);
     for (const Client& client : m_clients.All()) {
-        if (!(client == from)) {
-            Send(client, sText);
+        const bool bOther = !(client == sender);
+        // A remote shows of a level what the server holds, not what it asked for.
+        if (!change->message.empty() && (bOther || change->isLevel)) {
+            Send(client, change->message);
+        }
+        // Remotes show these as off after a start, which they are not.
+        if (change->starts && (command.bo || command.white || command.hold)) {
+            Send(client, messages::Command(command));
+        }
+        if (bOther && Universes::HasUniverse(change->universe)) {
+            m_clients.Owe(client, NewUniverse + change->universe);
         }
     }
 }
 
 void Server::Send(const Client& to, const std::string& sText) {
-    const auto nLimit = static_cast<std::size_t>(m_options.fragmentSize);
-    if (sText.size() <= nLimit) {
-        SendDatagram(to, QByteArray::fromStdString(sText));
-        return;
-    }
-    for (const std::string& sPiece : replies::Split(sText, nLimit)) {
-        SendDatagram(to, QByteArray::fromStdString(sPiece));
-    }
-}
-
-void Server::SendDatagram(const Client& to, const QByteArray& datagram) {
-    const auto send = [this, to, datagram] {
-        qCInfo(logWire).noquote() << "out" << logging::Summary(datagram) << "to" << to.Name();
-        m_pSocket->writeDatagram(datagram, to.address, to.port);
-    };
-    if (m_badNetwork) {
-        m_badNetwork->CarryOut(datagram.size(), send);
-    } else {
-        send();
-    }
-}
-
-void Server::LogRoutine(const QString& sLine) {
-    if (m_options.isVerbose) {
-        m_log(sLine);
+    for (const std::string& sPiece :
+         replies::Split(sText, static_cast<std::size_t>(m_options.fragmentSize))) {
+        const QByteArray datagram = QByteArray::fromStdString(sPiece);
+        m_badNetwork.Carry(BadNetwork::Out, datagram.size(), [this, datagram, to] {
+            qCInfo(logWire).noquote() << "out" << logging::Summary(datagram) << "to" << to.Name();
+            m_socket.writeDatagram(datagram, to.address, to.port);
+        });
     }
 }
 
 void Server::LogNoise(const QString& sLine) {
-    if (m_noiseTimer.isActive()) {
-        ++m_nNoise;
+    if (m_nNoise++ > 0) {
         return;
     }
     m_log(sLine);
-    m_noiseTimer.start(NoiseMs);
+    QTimer::singleShot(NoiseMs, this, [this] {
+        if (const int nMissed = std::exchange(m_nNoise, 0) - 1; nMissed > 0) {
+            LogNoise(QString::number(nMissed) + " more datagrams were of no use");
+        }
+    });
 }

@@ -1,19 +1,17 @@
 #pragma once
 
 #include "device/jsonnode.h"
+#include "device/messages.h"
 #include "device/recording.h"
 #include "server/remotes/badnetwork.h"
 #include "server/remotes/clients.h"
 #include "server/state.h"
 
 #include <QObject>
-#include <QTimer>
+#include <QUdpSocket>
 
 #include <functional>
-#include <optional>
 #include <string>
-
-class QUdpSocket;
 
 /// The conversation with the remotes: says what the state is, changes it as they ask, and tells each change
 /// to the other clients.
@@ -35,7 +33,7 @@ public:
         int maxClients = 8;
         int fragmentSize = 1400;  ///< longer messages leave in marked pieces of so many bytes
         bool isVerbose = false;   ///< logs also what every remote says all day long
-        std::optional<BadNetwork::Options> badNetwork;  ///< all datagrams pass it, if there is one
+        BadNetwork::Options badNetwork = {};
     };
     using Log = std::function<void(const QString&)>;
 
@@ -47,7 +45,7 @@ public:
     /// be tried again.
     bool Listen();
     /// Whether that failed for want of the address.
-    bool LacksAddress() const;
+    bool LacksAddress() const { return m_socket.error() == QUdpSocket::SocketAddressNotAvailableError; }
     QString ErrorText() const;
 
     /// Records what the lamps show, as Record() does. Whoever asks for it on this computer is obeyed.
@@ -57,22 +55,14 @@ public:
     void ReadMessage(const QByteArray& datagram, const QHostAddress& address, quint16 port);
 
 private:
-    bool ListenToBroadcasts();
     void ReadPackets(QUdpSocket& socket);
-    void Answer(int nType, const JSONNode& content, const Client& sender);
-    void AnswerClient(int nType, const Client& sender);
-    /// Gives a client a long answer; `nAnswer` is the type of its question or, from UniverseAnswer on, a
-    /// universe.
-    void GiveLongAnswer(const Client& client, int nAnswer);
-    void SendState(const Client& to);
-    void SendHeldUniverses(const Client& to);
+    void Answer(MessageType type, const JSONNode& content, const Client& sender);
+    /// Gives what is asked by a type of question, or a long answer that nobody asked for.
+    void Give(const Client& client, int nAnswer);
     void TakeRecord(const JSONNode& content, const Client& sender);
-    /// False for a type that changes nothing.
-    bool TakeChange(int nType, const JSONNode& content, const Client& sender);
-    void TellOthers(const Client& from, const std::string& sText);
+    /// What changes nothing is noise.
+    void TakeChange(MessageType type, const JSONNode& content, const Client& sender);
     void Send(const Client& to, const std::string& sText);
-    void SendDatagram(const Client& to, const QByteArray& datagram);
-    void LogRoutine(const QString& sLine);
     /// At most a line a second: what strangers send for no use must not fill a disk.
     void LogNoise(const QString& sLine);
 
@@ -80,11 +70,9 @@ private:
     Options m_options;
     Log m_log;
     std::function<QString(const Recording&)> m_recorder;
-    QUdpSocket* m_pSocket;
-    QUdpSocket* m_pBroadcasts;  ///< hears what is sent to everyone when m_pSocket has an address of its own
-    QByteArray m_datagram;      ///< room for the longest
-    std::optional<BadNetwork> m_badNetwork;
+    QUdpSocket m_socket;
+    QUdpSocket m_broadcasts;  ///< hears what is sent to everyone when m_socket has an address of its own
+    BadNetwork m_badNetwork;  ///< which all datagrams pass
     Clients m_clients;
-    QTimer m_noiseTimer;  ///< runs for a second after a line about noise
-    int m_nNoise = 0;     ///< datagrams that came meanwhile
+    int m_nNoise = 0;  ///< datagrams of no use since the last line, with the one that it is about
 };
