@@ -129,14 +129,11 @@ void Corvane::InitConnection(int nLocalPort, int nRemotePort) {
 }
 
 void Corvane::Disconnect() {
-    if (!m_bConnected) {
-        return;
-    }
-    if (m_pSocket != nullptr) {
+    if (m_bConnected) {
         qCInfo(logNet) << "left port" << m_nLocalPort;
         m_pSocket->abort();
+        m_bConnected = false;
     }
-    m_bConnected = false;
 }
 
 void Corvane::Refresh() {

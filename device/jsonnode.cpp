@@ -67,8 +67,10 @@ std::string_view JSONNode::StringText() const {
 JSONDocument::JSONDocument(const QByteArray& text) : m_pParser(std::move(SpareParser())) {
     if (m_pParser == nullptr) {
         m_pParser = std::make_unique<simdjson::dom::parser>();
-        // It keeps the depth when it grows. Without memory for this there is none to parse with, either.
-        static_cast<void>(m_pParser->allocate(64, MaxDepth));
+        // It keeps the depth when it grows.
+        if (m_pParser->allocate(64, MaxDepth) != simdjson::SUCCESS) {
+            throw std::invalid_argument("no memory to parse with");
+        }
     }
     const QByteArray bytes = QByteArray::fromRawData(text.constData(), TextSize(text));
     simdjson::error_code error = Parse(bytes);
