@@ -16,7 +16,6 @@ constexpr double SpeedStep = 25;
 /// step.
 constexpr qint64 LongAgoMs = qint64{86400} * 1000 * 5;
 
-constexpr float Full = 255;
 constexpr std::size_t NoPlace = std::numeric_limits<std::size_t>::max();
 
 /// Whether a layer is anywhere brighter than these levels.
@@ -43,7 +42,9 @@ Playback::Playback(const State& state, Clock clock) : m_state(state), m_patch(st
     });
     connect(&state, &State::colorTaken, this, [this] {
         // Remotes release a colour once more that a start has released: that goes on fading.
-        m_released = m_state.CurrentColor().state ? ChannelSet() : m_released;
+        FineLevels levels{};
+        m_fading &=
+            m_state.CurrentColor().state ? ~m_patch.Paint(m_state.CurrentColor(), levels) : ~ChannelSet();
     });
     connect(&state, &State::commandTaken, this, [this, clock](bool bNext, bool bPrevious) {
         TakeSpeed(clock(), m_state.CurrentCommand().hold);
@@ -53,25 +54,19 @@ Playback::Playback(const State& state, Clock clock) : m_state(state), m_patch(st
 
 void Playback::AddLayers(const Show& show) {
     static const Look Dark{{{}}};
-    const auto look = [&show](const Playable& which) -> const Look& {
-        const auto found = show.looks.find(which);
-        return found == show.looks.end() ? Dark : found->second;
-    };
     std::map<int, std::size_t> areas;
     std::vector<std::vector<Layer::Cue>> layers;
-    for (const Scene& scene : show.scenes) {
-        const std::size_t layer = areas.emplace(scene.area, areas.size()).first->second;
-        layers.resize(areas.size());
-        const Look& shown = look({false, scene.id});
-        m_places[{false, scene.id}] = {layer, static_cast<int>(layers[layer].size())};
-        layers[layer].push_back({&shown.steps.front(), shown.submaster});
-    }
-    for (const Scene& program : show.programs) {
-        const Look& played = look({true, program.id});
-        m_places[{true, program.id}].layer = layers.size();
-        layers.emplace_back();
-        for (const Look::Step& step : played.steps) {
-            layers.back().push_back({&step, played.submaster});
+    for (const auto& [pEntries, bProgram] : {std::pair{&show.scenes, false}, {&show.programs, true}}) {
+        for (const Scene& entry : *pEntries) {
+            const std::size_t layer =
+                bProgram ? layers.size() : areas.emplace(entry.area, layers.size()).first->second;
+            layers.resize(std::max(layers.size(), layer + 1));
+            m_places[{bProgram, entry.id}] = {layer, static_cast<int>(layers[layer].size())};
+            const auto found = show.looks.find({bProgram, entry.id});
+            const Look& look = found == show.looks.end() ? Dark : found->second;
+            for (const Look::Step& step : look.steps) {
+                layers[layer].push_back({&step, look.submaster});
+            }
         }
     }
     for (std::size_t i = 0; i < layers.size(); ++i) {
@@ -94,24 +89,24 @@ void Playback::Switch(const Playable& running, bool bOn, bool bReleasesColor, qi
     Advance(nNowMs);
     const auto [layer, iScene] = m_places.at(running);
     const int iCue = running.program ? std::max(m_layers[layer].CurrentCue(), 0) : iScene;
-    const bool bFromColor = bOn && (bReleasesColor || ReleaseProgress(nNowMs) < 1);
-    if (bFromColor) {
+    const bool bFades = FadeProgress(nNowMs) < 1;
+    const bool bFromPicture = bOn && (bReleasesColor || bFades);
+    if (bFromPicture) {
         Color color = m_state.CurrentColor();
         color.state = bReleasesColor;
         FineLevels lit{};
-        const ChannelSet painted = Lit(color, nNowMs, lit);
-        m_released = bReleasesColor ? painted : m_released;
-        m_lit = lit;
+        m_fading = (bFades ? m_fading : ChannelSet()) | Lit(color, nNowMs, lit);
+        m_picture = lit;
     }
     if ((m_layers[layer].CurrentCue() == iCue) != bOn) {
         Send(layer, bOn ? iCue : -1, true, nNowMs);
     }
-    if (bFromColor) {
-        // Under the colour nothing is seen of the layer's own fade; with both, same levels would dip
+    if (bFromPicture) {
+        // Under the picture nothing is seen of the layer's own fade; with both, same levels would dip
         // half-way.
-        m_layers[layer].Skip(m_released);
-        m_nReleaseMs = nNowMs;
-        m_releaseFade = m_layers[layer].FadeMs();
+        m_layers[layer].Skip(m_fading);
+        m_nPictureMs = nNowMs;
+        m_pictureFade = m_layers[layer].FadeMs();
     }
 }
 
@@ -190,35 +185,29 @@ void Playback::StepPrograms(int nSteps, qint64 nNowMs) {
 }
 
 bool Playback::IsMoving(qint64 nNowMs) const {
-    return ReleaseProgress(nNowMs) < 1 || (!m_left.empty() && LeftOver(nNowMs) > 0) ||
+    return FadeProgress(nNowMs) < 1 ||
            std::any_of(m_layers.begin(), m_layers.end(),
                        [nNowMs](const Layer& layer) { return layer.IsMoving(nNowMs); }) ||
            std::any_of(m_latest.begin(), m_latest.end(),
                        [nNowMs](const auto& latest) { return latest.second.IsMoving(nNowMs); });
 }
 
-float Playback::ReleaseProgress(qint64 nNowMs) const {
-    const auto elapsed = static_cast<double>(nNowMs - m_nReleaseMs);
-    return m_released.any() && elapsed < m_releaseFade ? static_cast<float>(elapsed / m_releaseFade) : 1;
+float Playback::FadeProgress(qint64 nNowMs) const {
+    const auto elapsed = static_cast<double>(nNowMs - m_nPictureMs);
+    return m_fading.any() && elapsed < m_pictureFade ? static_cast<float>(elapsed / m_pictureFade) : 1;
 }
 
 ChannelSet Playback::Lit(const Color& color, qint64 nNowMs, FineLevels& levels) const {
     for (const Layer& layer : m_layers) {
         layer.MergeInto(levels, nNowMs);
     }
-    for (const auto& [at, difference] : m_left) {
-        levels[at] = std::clamp(levels[at] + difference * LeftOver(nNowMs), 0.0F, Full);
-    }
-    if (color.state) {
-        return m_patch.Paint(color, levels);
-    }
-    const float progress = ReleaseProgress(nNowMs);
+    const float progress = FadeProgress(nNowMs);
     for (std::size_t at = 0; progress < 1 && at < levels.size(); ++at) {
-        if (m_released[at]) {
-            levels[at] = m_lit[at] + (levels[at] - m_lit[at]) * progress;
+        if (m_fading[at]) {
+            levels[at] = m_picture[at] + (levels[at] - m_picture[at]) * progress;
         }
     }
-    return {};
+    return color.state ? m_patch.Paint(color, levels) : ChannelSet();
 }
 
 Levels Playback::OpenLevels(qint64 nNowMs) {
@@ -234,11 +223,11 @@ void Playback::TakeOver(const Playback& last, const Levels& open, qint64 nNowMs)
     TakeOverLatest(last, open, TakeOverLayers(last, open, nNowMs), nNowMs);
     const Levels now = OpenLevels(nNowMs);
     for (std::size_t at = 0; at < now.size(); ++at) {
-        if (m_patch.IsLit(at) && now[at] != open[at]) {
-            m_left.emplace_back(at, static_cast<float>(open[at]) - static_cast<float>(now[at]));
-        }
+        m_fading[at] = m_patch.IsLit(at) && now[at] != open[at];
+        m_picture[at] = open[at];
     }
-    m_nTookOver = nNowMs;
+    m_nPictureMs = nNowMs;
+    m_pictureFade = Second;
 }
 
 std::vector<std::size_t> Playback::TakeOverLayers(const Playback& last, const Levels& open, qint64 nNowMs) {
@@ -309,10 +298,6 @@ void Playback::TakeOwners(std::size_t at, const LatestChannel& last, const std::
             channel.Move(last.CurrentMotion());
         }
     }
-}
-
-float Playback::LeftOver(qint64 nNowMs) const {
-    return std::max(0.0F, 1 - static_cast<float>(nNowMs - m_nTookOver) / static_cast<float>(Second));
 }
 
 void Playback::Render(qint64 nNowMs, const Command& command, Levels& levels) {

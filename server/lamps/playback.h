@@ -56,8 +56,6 @@ private:
     void TakeOverLatest(const Playback& last, const Levels& open, const std::vector<std::size_t>& places,
                         qint64 nNowMs);
     void TakeOwners(std::size_t at, const LatestChannel& last, const std::vector<std::size_t>& places);
-    /// How much is left of the difference to a last show: 1 at first, 0 a second later.
-    float LeftOver(qint64 nNowMs) const;
     void AddLayers(const Show& show);
     /// One that does so already goes on as it does.
     void Switch(const Playable& running, bool bOn, bool bReleasesColor, qint64 nNowMs);
@@ -69,8 +67,8 @@ private:
     /// Lets programs come to the steps that have come due since.
     void Advance(qint64 nNowMs);
     void StepPrograms(int nSteps, qint64 nNowMs);
-    /// The share of the fade in which the colour's last light goes.
-    float ReleaseProgress(qint64 nNowMs) const;
+    /// How far the picture has gone: 0 to 1.
+    float FadeProgress(qint64 nNowMs) const;
     /// What all layers and the colour make, before the commands. Returns what the colour replaces.
     ChannelSet Lit(const Color& color, qint64 nNowMs, FineLevels& levels) const;
 
@@ -79,13 +77,12 @@ private:
     std::vector<Layer> m_layers;     ///< of the areas, of the programs, then what has ended with another show
     std::vector<quint64> m_started;  ///< for each layer the number of its last start
     std::map<std::size_t, LatestChannel> m_latest;  ///< by channel
-    FineLevels m_lit{};                             ///< what was lit when a start released the colour
-    ChannelSet m_released;                          ///< what the colour had replaced then
-    qint64 m_nReleaseMs = 0;
-    double m_releaseFade = 0;
+    /// What was lit when a start released the colour, or when another show was taken over, from which these
+    /// channels fade to what plays.
+    FineLevels m_picture{};
+    ChannelSet m_fading;
+    qint64 m_nPictureMs = 0;
+    double m_pictureFade = 0;
     std::map<Playable, Place> m_places;
     quint64 m_nStarts = 0;
-    std::vector<std::pair<std::size_t, float>>
-        m_left;              ///< by how much levels differed from those of a last show
-    qint64 m_nTookOver = 0;  ///< when
 };
