@@ -3,6 +3,7 @@
 #include "widgets/artwork.h"
 #include "widgets/csliderctrl.h"
 #include "widgets/fonts.h"
+#include "widgets/outline.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
@@ -47,8 +48,7 @@ void CChannelSlider::paintEvent(QPaintEvent*) {
     static const QFont channelFont = fonts::Bold("Arial", 12);
     QPainter painter(this);
     painter.drawPixmap(rect(), artwork::Named("MenuBack"));
-    painter.setPen(QColor(60, 60, 60));
-    painter.drawRect(QRect(QPoint(0, 0), QPoint(width() - 2, height() - 2)));
+    PaintOutline(painter, rect().adjusted(0, 0, -1, -1), QColor(60, 60, 60));
     painter.setFont(channelFont);
     painter.setPen(Qt::red);
     painter.drawText(QRect(QPoint(6, 6), QPoint(width() - 1, height() - 1)), Qt::AlignLeft | Qt::AlignTop,
