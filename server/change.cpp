@@ -38,16 +38,9 @@ Change TakeCommand(State& state, const JSONNode& content) {
     Command command = state.CurrentCommand();
     readInto(content, command);
     state.Take(command);
-    QStringList flags;
-    for (const auto& [bFlag, pName] : {std::pair{command.white, "white"},
-                                       {command.bo, "black"},
-                                       {command.next, "next"},
-                                       {command.prev, "previous"},
-                                       {command.hold, "pause"}}) {
-        if (bFlag) {
-            flags.append(pName);
-        }
-    }
+    QStringList flags{command.white ? "white" : "", command.bo ? "black" : "", command.next ? "next" : "",
+                      command.prev ? "previous" : "", command.hold ? "pause" : ""};
+    flags.removeAll("");
     const QString sWords =
         QString("commands [%1] dimmer %2 % speed %3 %")
             .arg(flags.join(' '), QString::number(command.dim), QString::number(command.speed));

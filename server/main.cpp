@@ -1,9 +1,9 @@
+#include "device/linewriter.h"
 #include "device/logging.h"
 #include "device/messages.h"
 #include "device/terminationsignals.h"
 #include "server/lamps/lampoutput.h"
 #include "server/lamps/playback.h"
-#include "server/log.h"
 #include "server/record.h"
 #include "server/remotes/server.h"
 #include "server/resume.h"
@@ -12,6 +12,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkDatagram>
@@ -26,6 +27,8 @@
 #include <limits>
 #include <optional>
 #include <stdexcept>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -156,15 +159,22 @@ void WriteLine(std::FILE* stream, const QString& sLine) {
     std::fflush(stream);
 }
 
+/// Whoever starts the program by systemd says so, by the device and the file that the journal reads.
+bool IsReadByJournal() {
+    struct stat output {};
+    return fstat(STDOUT_FILENO, &output) == 0 &&
+           qgetenv("JOURNAL_STREAM") ==
+               QByteArray::number(quint64{output.st_dev}) + ':' + QByteArray::number(quint64{output.st_ino});
+}
+
 /// Complains by a std::runtime_error.
 void Check(const QString& sPath) {
     const Show show = Show::Load(sPath);
     const State state(show);
     const Playback playback(state, [] { return 0; });
-    WriteLine(stdout,
-              QString("%1 is good: %2 scenes, %3 programs, %4 universes of lamps")
-                  .arg(sPath, QString::number(show.scenes.size()), QString::number(show.programs.size()),
-                       QString::number(playback.Patched().count())));
+    WriteLine(stdout, sPath + QString::asprintf(" is good: %zu scenes, %zu programs, %zu universes of lamps",
+                                                show.scenes.size(), show.programs.size(),
+                                                playback.Patched().count()));
     for (const QString& sLine : PatchSheet(show)) {
         WriteLine(stdout, sLine);
     }
@@ -211,8 +221,12 @@ int Serve(const QCommandLineParser& parser) {
     }
     // First of all: a thread that Qt starts before the signals are taken would still be ended by them.
     TerminationSignals termination;
-    Log lines;
-    const auto log = [&lines](const QString& sLine) { lines.Write(sLine); };
+    LineWriter lines(STDOUT_FILENO);
+    // The system's journal has date and time of its own.
+    const QString sStamp = IsReadByJournal() ? "" : "yyyy-MM-dd HH:mm:ss.zzz ";
+    const auto log = [&lines, sStamp](const QString& sLine) {
+        lines.Write(QDateTime::currentDateTime().toString(sStamp) + sLine);
+    };
     State state(show);
     std::optional<Resume> resume;
     if (parser.isSet("resume")) {
@@ -246,10 +260,10 @@ int Serve(const QCommandLineParser& parser) {
         const bool bListens = server.Listen();
         if (bListens) {
             late.stop();
-            log(QString("corvane-server %1: serial %2 with %3 scenes and %4 programs listens on %5 port %6")
-                    .arg(CORVANE_VERSION, QString::fromStdString(show.serial),
-                         QString::number(show.scenes.size()), QString::number(show.programs.size()),
-                         options.address.toString(), QString::number(options.port)));
+            log("corvane-server " CORVANE_VERSION ": serial " + QString::fromStdString(show.serial) +
+                QString::asprintf(" with %zu scenes and %zu programs listens on %s port %d",
+                                  show.scenes.size(), show.programs.size(),
+                                  qPrintable(options.address.toString()), options.port));
         }
         return bListens;
     };

@@ -9,8 +9,7 @@ namespace {
 constexpr int NameSize = 64;
 constexpr quint32 DataVector = 4;
 constexpr quint32 ExtendedVector = 8;
-constexpr quint32 DataFramingVector = 2;
-constexpr quint32 DiscoveryFramingVector = 2;
+constexpr quint32 FramingVector = 2;  ///< of data, and of a discovery
 constexpr quint32 UniverseListVector = 1;
 constexpr quint8 SetPropertyVector = 2;
 constexpr quint8 AddressAndDataType = 0xA1;
@@ -34,15 +33,14 @@ QByteArray Layer(const QByteArray& content) {
 }
 
 /// What all packets share: the root layer, and in it the framing layer.
-QByteArray Packet(const sacn::Source& source, quint32 nVector, quint32 nFramingVector,
-                  const QByteArray& content) {
+QByteArray Packet(const sacn::Source& source, quint32 nVector, const QByteArray& content) {
     const QByteArray name = QByteArray::fromStdString(source.name);
     auto nEnd = std::min<QByteArray::size_type>(name.size(), NameSize - 1);
     while (nEnd > 0 && nEnd < name.size() && (name.at(nEnd) & 0xC0) == 0x80) {
         --nEnd;
     }
     const QByteArray framing =
-        Layer(Bytes(nFramingVector) + name.left(nEnd).leftJustified(NameSize, '\0') + content);
+        Layer(Bytes(FramingVector) + name.left(nEnd).leftJustified(NameSize, '\0') + content);
     return Bytes(quint16{0x0010}, quint16{0}) + QByteArray("ASC-E1.17\0\0\0", 12) +
            Layer(Bytes(nVector) + source.cid.toRfc4122() + framing);
 }
@@ -59,7 +57,7 @@ QByteArray Data(const Source& source, int nUniverse, quint8 ucNumber, const QByt
         Layer(Bytes(SetPropertyVector, AddressAndDataType, quint16{0} /* first */, quint16{1} /* step */,
                     quint16{1 + SlotCount}, quint8{0} /* start code */) +
               levels);
-    return Packet(source, DataVector, DataFramingVector,
+    return Packet(source, DataVector,
                   Bytes(static_cast<quint8>(source.priority), NoSynchronization, ucNumber, ucOptions,
                         static_cast<quint16>(nUniverse)) +
                       properties);
@@ -70,7 +68,7 @@ QByteArray Discovery(const Source& source, const std::vector<int>& universes) {
     for (const int nUniverse : universes) {
         list += Bytes(static_cast<quint16>(nUniverse));
     }
-    return Packet(source, ExtendedVector, DiscoveryFramingVector, Bytes(quint32{0}) + Layer(list));
+    return Packet(source, ExtendedVector, Bytes(quint32{0}) + Layer(list));
 }
 
 }  // namespace sacn

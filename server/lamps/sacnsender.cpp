@@ -53,12 +53,11 @@ void SacnSender::Send(const Levels& levels, const UniverseSet& used, qint64 nNow
     if (nNowMs < m_nRetryMs) {
         return;
     }
-    if (!m_socket.Open(nNowMs)) {
+    m_nRetryMs = m_socket.Open(nNowMs) ? 0 : nNowMs + RetryMs;
+    if (m_nRetryMs > 0) {
         m_complaints.Fails(m_socket.ErrorText(), nNowMs);
-        m_nRetryMs = nNowMs + RetryMs;
         return;
     }
-    m_nRetryMs = 0;
     if (used != m_running) {
         TellUniverses(used);
     }

@@ -198,16 +198,14 @@ void Server::TakeRecord(const JSONNode& content, const Client& sender) {
     }
     Recording wanted;
     readInto(content, wanted);
-    bool bDone = true;
-    QString sLine;
     try {
-        sLine = m_recorder(wanted);
+        const QString sLine = m_recorder(wanted);
+        m_log(sender.Name() + " records " + sLine);
+        Send(sender, replies::Recorded(true, sLine.toStdString()));
     } catch (const std::runtime_error& error) {
-        sLine = error.what();
-        bDone = false;
+        m_log(sender.Name() + " records nothing: " + error.what());
+        Send(sender, replies::Recorded(false, error.what()));
     }
-    m_log(sender.Name() + (bDone ? " records " : " records nothing: ") + sLine);
-    Send(sender, replies::Recorded(bDone, sLine.toStdString()));
 }
 
 void Server::TakeChange(MessageType type, const JSONNode& content, const Client& sender) {
