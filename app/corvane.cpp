@@ -175,8 +175,8 @@ QRect Corvane::PartRect(int iPart) const {
 }
 
 void Corvane::paintEvent(QPaintEvent* event) {
-    static const QPixmap closePicture = artwork::Picture(":/Corvane/Images/Close.png");
-    static const QPixmap lostPicture = artwork::Picture(":/Corvane/Images/ConnectionLost.png");
+    static const QPixmap closePicture = artwork::Named("Close");
+    static const QPixmap lostPicture = artwork::Named("ConnectionLost");
 
     QPainter painter(this);
     if (testAttribute(Qt::WA_OpaquePaintEvent)) {
@@ -202,7 +202,7 @@ void Corvane::keyPressEvent(QKeyEvent* event) {
     if (nKey == Qt::Key_Escape) {
         event->isAutoRepeat() ? event->ignore() : Escape();
     } else if ((event->modifiers() & Qt::ControlModifier) != 0 && iPage >= 0 && iPage < Pages) {
-        iPage != m_iCurrentPage&& IsOffered(iPage) ? GoToPage(iPage) : event->ignore();
+        (iPage != m_iCurrentPage && IsOffered(iPage)) ? GoToPage(iPage) : event->ignore();
     } else if (pButton != nullptr && (nKey == Qt::Key_Return || nKey == Qt::Key_Enter)) {
         pButton->click();
     } else if (hasFocus() && !HasRing() && nKey >= Qt::Key_Left && nKey <= Qt::Key_Down) {

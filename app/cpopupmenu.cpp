@@ -5,20 +5,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-#include <vector>
-
-namespace {
-
-/// The normal or the selected pictures of the entries.
-std::vector<QPixmap> EntryPictures(const QString& sSuffix) {
-    std::vector<QPixmap> pictures;
-    for (const char* pName : {"Scene", "Prog", "Color", "Chan", "Params", "Refresh"}) {
-        pictures.push_back(artwork::Picture(QString(":/Corvane/Images/MenuBut%1%2.png").arg(pName, sSuffix)));
-    }
-    return pictures;
-}
-
-}  // namespace
 
 CPopupMenu::CPopupMenu(QWidget* parent) : PaintedWidget(parent) {
     setFixedWidth(Width);
@@ -52,9 +38,11 @@ PaintedPart CPopupMenu::Part(int iPart) const {
 }
 
 void CPopupMenu::paintEvent(QPaintEvent*) {
-    static const QPixmap backPicture = artwork::Picture(":/Corvane/Images/MenuBack.png");
-    static const auto pictures = EntryPictures("");
-    static const auto selectedPictures = EntryPictures("Sel");
+    static const QPixmap backPicture = artwork::Named("MenuBack");
+    static const auto pictures =
+        artwork::All({"MenuButScene", "MenuButProg", "MenuButColor", "MenuButChan", "MenuButParams",
+                      "MenuButRefresh", "MenuButSceneSel", "MenuButProgSel", "MenuButColorSel",
+                      "MenuButChanSel", "MenuButParamsSel", "MenuButRefreshSel"});
 
     QPainter painter(this);
     painter.drawPixmap(rect(), backPicture);
@@ -62,7 +50,7 @@ void CPopupMenu::paintEvent(QPaintEvent*) {
         // Parameters and "connect again" are always drawn.
         if (m_shown.at(i) || i >= ParamsPage) {
             const bool bSelected = static_cast<int>(i) == m_iSelected;
-            painter.drawPixmap(m_rects.at(i).topLeft(), (bSelected ? selectedPictures : pictures).at(i));
+            painter.drawPixmap(m_rects.at(i).topLeft(), pictures.at(bSelected ? i + Entries : i));
         }
     }
 }

@@ -11,7 +11,7 @@ CPopupTab::CPopupTab(QWidget* parent) : PaintedWidget(parent) {
 }
 
 void CPopupTab::paintEvent(QPaintEvent*) {
-    static const QPixmap tabPicture = artwork::Picture(":/Corvane/Images/MenuTab.png");
+    static const QPixmap tabPicture = artwork::Named("MenuTab");
     QPainter(this).drawPixmap(0, 0, tabPicture);
 }
 

@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QHash>
 
+#include <algorithm>
+
 /// The collection lies in a static library, which the linker would otherwise leave out.
 static void InitCollection() {
     Q_INIT_RESOURCE(corvane);
@@ -51,6 +53,12 @@ QString PathOf(const QString& sName) {
 
 QPixmap Named(const QString& sName) {
     return Picture(PathOf(sName));
+}
+
+std::vector<QPixmap> All(std::initializer_list<const char*> names) {
+    std::vector<QPixmap> pictures(names.size());
+    std::transform(names.begin(), names.end(), pictures.begin(), Named);
+    return pictures;
 }
 
 QIcon Icon(const QString& sPath) {

@@ -5,6 +5,9 @@
 #include <QPixmap>
 #include <QString>
 
+#include <initializer_list>
+#include <vector>
+
 /// The compiled-in pictures, under ":/Corvane/Images/". Each exists at 1x and 2x; the density follows the
 /// sharpest screen, between the two by scaling the larger. A path that leads to no picture gives a null one.
 namespace artwork {
@@ -19,8 +22,9 @@ QPixmap Picture(const QString& sPath);
 /// The path of a picture by its name alone, such as "SwitchOn".
 QString PathOf(const QString& sName);
 
-/// The picture of a name.
+/// The picture of a name, or those of several.
 QPixmap Named(const QString& sName);
+std::vector<QPixmap> All(std::initializer_list<const char*> names);
 
 /// A picture by its path, for a menu or a button.
 QIcon Icon(const QString& sPath);

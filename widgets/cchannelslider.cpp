@@ -47,7 +47,8 @@ void CChannelSlider::OnSliderOk() {
 void CChannelSlider::paintEvent(QPaintEvent*) {
     static const QFont channelFont = fonts::Bold("Arial", 12);
     QPainter painter(this);
-    painter.drawPixmap(rect(), artwork::Named("MenuBack"));
+    static const QPixmap back = artwork::Named("MenuBack");
+    painter.drawPixmap(rect(), back);
     PaintOutline(painter, rect().adjusted(0, 0, -1, -1), QColor(60, 60, 60));
     painter.setFont(channelFont);
     painter.setPen(Qt::red);

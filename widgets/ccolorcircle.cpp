@@ -177,17 +177,19 @@ void CColorCircle::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void CColorCircle::paintEvent(QPaintEvent* event) {
+    static const QPixmap wheel = artwork::Named("ColorPicker");
+    static const auto pictures =
+        artwork::All({"SwitchOff", "RGBSliders", "CommandsSel", "SwitchOn", "RGBSlidersSel", "Commands"});
     // The painter is clipped to what is asked for, so each picture costs only its part of that.
     const QRegion& asked = event->region();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.drawPixmap(Centre - QPoint(Radius, Radius), artwork::Named("ColorPicker"));
-    const std::array<const char*, Buttons> shown{m_bOn ? "SwitchOn" : "SwitchOff",
-                                                 m_bSliders ? "RGBSlidersSel" : "RGBSliders",
-                                                 m_bSliders ? "Commands" : "CommandsSel"};
+    painter.drawPixmap(Centre - QPoint(Radius, Radius), wheel);
     for (int i = 0; i < Buttons; ++i) {
         if (asked.intersects(PartRect(i))) {
-            painter.drawPixmap(PartRect(i).topLeft(), artwork::Named(shown.at(static_cast<std::size_t>(i))));
+            const bool bSecond = i == OnOff ? m_bOn : m_bSliders;
+            painter.drawPixmap(PartRect(i).topLeft(),
+                               pictures.at(static_cast<std::size_t>(bSecond ? i + Buttons : i)));
         }
     }
     painter.setPen(QColor(50, 50, 50));

@@ -54,10 +54,11 @@ void CCommandWnd::LetGo() {
 }
 
 void CCommandWnd::paintEvent(QPaintEvent*) {
-    const std::array<const char*, Buttons> names{"White", "Black", "Next", "Pause"};
+    static const auto pictures =
+        artwork::All({"White", "Black", "Next", "Pause", "WhiteSel", "BlackSel", "NextSel", "PauseSel"});
     QPainter painter(this);
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        const QString sName = QString(names.at(i)) + (m_on.at(i) ? "Sel" : "");
-        painter.drawPixmap(PartRect(static_cast<int>(i)).topLeft(), artwork::Named(sName));
+    for (std::size_t i = 0; i < m_on.size(); ++i) {
+        painter.drawPixmap(PartRect(static_cast<int>(i)).topLeft(),
+                           pictures.at(m_on.at(i) ? i + m_on.size() : i));
     }
 }

@@ -166,12 +166,12 @@ QString ChannelsGrid::LevelText(int iCell) const {
 }
 
 void ChannelsGrid::paintEvent(QPaintEvent* event) {
-    static const std::array<const char*, BarParts> bar{"Left", "Less", "UnivBox", "Plus", "Right"};
+    static const auto bar = artwork::All({"Left", "Less", "UnivBox", "Plus", "Right"});
     static const QFont universeFont = fonts::Bold("Arial", 10);
 
     QPainter painter(this);
     for (int i = 0; i < BarParts; ++i) {
-        painter.drawPixmap(PartRect(i).topLeft(), artwork::Named(bar.at(static_cast<std::size_t>(i))));
+        painter.drawPixmap(PartRect(i).topLeft(), bar.at(static_cast<std::size_t>(i)));
     }
     painter.setFont(universeFont);
     painter.setPen(Qt::white);

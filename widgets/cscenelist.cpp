@@ -239,6 +239,7 @@ void CSceneList::PaintItem(QPainter& painter, int iItem) const {
     static const QFont nameFont = NameFont();
     static const QFontMetrics nameMetrics(nameFont);
     static const QFont idFont = fonts::Bold("Comic", 12);
+    static const auto boxes = artwork::All({"CheckBox", "CheckBoxSel"});
 
     const SceneItem& item = m_items[iItem];
     const QRect tile = PartRect(iItem);
@@ -261,8 +262,7 @@ void CSceneList::PaintItem(QPainter& painter, int iItem) const {
     painter.drawText(nameRect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      nameMetrics.elidedText(sSeen, Qt::ElideRight, nameRect.width()));
 
-    painter.drawPixmap(QPoint(bottomRight.x() - 30, topLeft.y() + 6),
-                       artwork::Named(item.state ? "CheckBoxSel" : "CheckBox"));
+    painter.drawPixmap(QPoint(bottomRight.x() - 30, topLeft.y() + 6), boxes[item.state ? 1 : 0]);
 
     const QString sId = Number(item);
     painter.setPen(item.state ? selectedPen : QPen(onColor));

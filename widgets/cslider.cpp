@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -22,9 +23,12 @@ CSlider::CSlider(eSliderLevelClr color, QWidget* parent) : PaintedWidget(parent)
 }
 
 void CSlider::SetLevelColor(eSliderLevelClr color) {
-    const QHash<int, Theme> themes{
+    const QHash<int, std::pair<const char*, QColor>> themes{
         {slcRed, {"Red", Qt::red}}, {slcGreen, {"Green", Qt::green}}, {slcBlue, {"Blue", Qt::blue}}};
-    m_theme = themes.value(color, {"Grey", QColor(100, 100, 100)});
+    const auto [pName, caption] = themes.value(color, {"Grey", QColor(100, 100, 100)});
+    const QString sName(pName);
+    m_theme = {caption, artwork::Named("Max" + sName), artwork::Named("slider" + sName + "Center"),
+               artwork::Named("slider" + sName + "Bot")};
     update();
 }
 
@@ -97,15 +101,15 @@ void CSlider::mouseMoveEvent(QMouseEvent* event) {
 void CSlider::paintEvent(QPaintEvent*) {
     const QRect cursorRect = CursorRect();
     const int nY = cursorRect.top() + CursorHeight / 2;
-    const QString sFill = "slider" + m_theme.name;
+    static const auto track = artwork::All({"sliderTop", "sliderCenter", "sliderBot", "sliderCursor"});
 
     QPainter painter(this);
-    painter.drawPixmap(0, 0, artwork::Named("sliderTop"));
-    painter.drawPixmap(QRect(0, 10, width(), height() - 20), artwork::Named("sliderCenter"));
-    painter.drawPixmap(0, height() - EndHeight, artwork::Named("sliderBot"));
+    painter.drawPixmap(0, 0, track[0]);
+    painter.drawPixmap(QRect(0, 10, width(), height() - 20), track[1]);
+    painter.drawPixmap(0, height() - EndHeight, track[2]);
     if (m_nLevel > 0) {
-        painter.drawPixmap(QRect(0, nY, Width, height() - 10 - nY), artwork::Named(sFill + "Center"));
-        painter.drawPixmap(0, height() - EndHeight, artwork::Named(sFill + "Bot"));
+        painter.drawPixmap(QRect(0, nY, Width, height() - 10 - nY), m_theme.center);
+        painter.drawPixmap(0, height() - EndHeight, m_theme.bottom);
     }
-    painter.drawPixmap(cursorRect.topLeft(), artwork::Named("sliderCursor"));
+    painter.drawPixmap(cursorRect.topLeft(), track[3]);
 }

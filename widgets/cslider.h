@@ -3,8 +3,8 @@
 #include "widgets/paintedwidget.h"
 
 #include <QColor>
+#include <QPixmap>
 #include <QRect>
-#include <QString>
 
 /// The colour of a level's fill, caption and button; any other value is grey.
 enum eSliderLevelClr : int { slcGrey = 0, slcRed = 1, slcGreen = 2, slcBlue = 3 };
@@ -19,10 +19,13 @@ signals:
     void valueChanged(int value);
 
 public:
-    /// What its pictures are named after, and the colour of its caption.
+    /// What depends on the colour: that of the caption, and pictures, of the button beside the caption and of
+    /// the track up to the cursor.
     struct Theme {
-        QString name;
         QColor caption;
+        QPixmap full;
+        QPixmap center;
+        QPixmap bottom;
     };
 
     CSlider(eSliderLevelClr color, QWidget* parent);

@@ -101,11 +101,10 @@ void CSliderCtrl::paintEvent(QPaintEvent*) {
     const QString sCaption = Caption();
     painter.setFont(fonts::Fitting(captionFont, sCaption, captionRect.width()));
     painter.drawText(captionRect, Qt::AlignCenter, sCaption);
-    const QPixmap full = artwork::Named("Max" + m_pSlider->LevelTheme().name);
-    painter.drawPixmap(GetMaxRect().topLeft(), full);
+    painter.drawPixmap(GetMaxRect().topLeft(), m_pSlider->LevelTheme().full);
     if (m_bDefault) {
         painter.setFont(captionFont);
-        painter.drawPixmap(GetDefaultRect().topLeft(), full);
+        painter.drawPixmap(GetDefaultRect().topLeft(), m_pSlider->LevelTheme().full);
         painter.drawText(GetDefaultRect().translated(0, 25), Qt::AlignCenter, tr("50%"));
     }
 }

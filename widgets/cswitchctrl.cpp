@@ -39,5 +39,6 @@ void CSwitchCtrl::mousePressEvent(QMouseEvent* event) {
 }
 
 void CSwitchCtrl::paintEvent(QPaintEvent*) {
-    QPainter(this).drawPixmap(m_switchRect.topLeft(), artwork::Named(m_bState ? "SwitchOn" : "SwitchOff"));
+    static const auto pictures = artwork::All({"SwitchOff", "SwitchOn"});
+    QPainter(this).drawPixmap(m_switchRect.topLeft(), pictures[m_bState ? 1 : 0]);
 }
