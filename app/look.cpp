@@ -60,7 +60,8 @@ public:
         }
     }
 
-    /// A link has no panel to show where the keys go.
+    /// A link has no panel to show where the keys go; a list that is too narrow leaves out the middle, for
+    /// both ends of a network's name and address tell it.
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
         const auto* pButton = qstyleoption_cast<const QStyleOptionButton*>(option);
@@ -68,6 +69,14 @@ public:
             (pButton->features & QStyleOptionButton::CommandLinkButton) != 0 &&
             (pButton->state & State_HasFocus) != 0) {
             Panel(painter, option, Qt::transparent);
+        }
+        const auto* pList = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+        if (element == CE_ComboBoxLabel && pList != nullptr) {
+            QStyleOptionComboBox shorter(*pList);
+            const int nWidth = subControlRect(CC_ComboBox, pList, SC_ComboBoxEditField, widget).width() - 2;
+            shorter.currentText = pList->fontMetrics.elidedText(pList->currentText, Qt::ElideMiddle, nWidth);
+            QProxyStyle::drawControl(element, &shorter, painter, widget);
+            return;
         }
         QProxyStyle::drawControl(element, option, painter, widget);
     }

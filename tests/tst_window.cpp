@@ -184,6 +184,15 @@ class TestWindow : public QObject {
 
     /// All that the program shows.
     void ReadProgram() {
+        // Of what is too long for the closed list both ends are seen.
+        std::array<QImage, 4> shown;
+        for (std::size_t i = 0; i < shown.size(); ++i) {
+            const QString sName = i < 2 ? "enxaabbccddeeff" : "wlxaabbccddeeff";
+            CGetNiDlg choice({{sName, i % 2 == 0 ? "192.168.100.200" : "192.168.100.201", {}}}, nullptr);
+            choice.findChild<QComboBox*>()->setCurrentIndex(1);
+            shown.at(i) = choice.findChild<QComboBox*>()->grab().toImage();
+        }
+        QVERIFY(shown[0] != shown[1] && shown[0] != shown[2]);
         CGetNiDlg dialog({{"0", "10.0.0.5", {}}}, nullptr);
         dialog.show();
         Read(&dialog);
