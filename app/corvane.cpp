@@ -54,7 +54,7 @@ Corvane::Corvane(QWidget* parent, Qt::WindowFlags flags, const QString& sNetwork
       m_pLayout(new QHBoxLayout(this)),
       m_background(artwork::Picture(BackgroundPath)) {
     setAccessibleName(QApplication::applicationDisplayName());
-    setLayoutDirection(Qt::LeftToRight);  // of addresses and levels, in every language
+    QApplication::setLayoutDirection(Qt::LeftToRight);  // of addresses, levels and numbers in every language
     m_settings.Read();
 
     const QSize size = artwork::LogicalSize(m_background);

@@ -651,6 +651,19 @@ private slots:
         }
     }
 
+    /// Whatever the desktop wants, numbers keep their sides.
+    void direction() {
+        for (const int iPage : {3, 4}) {
+            std::array<QImage, 2> shown;
+            for (const bool bReverse : {false, true}) {
+                QApplication::setLayoutDirection(bReverse ? Qt::RightToLeft : Qt::LeftToRight);
+                Open()->OnMenuChanged(iPage);
+                shown.at(bReverse) = m_pWindow->grab().toImage();
+            }
+            QCOMPARE(shown[1], shown[0]);
+        }
+    }
+
     void choiceOfLanguage() {
         for (const QString sCase : {"de-AT>de", "pt-BR es>es", "fr>fr", "en-GB de>", "C>", "ja>", ">"}) {
             const QString sPath = TranslationFor(sCase.section('>', 0, 0).split(' '));
