@@ -27,9 +27,6 @@ Resume::Resume(State& state, QString sPath, Log log)
         m_log(m_sPath + ": not a regular file; the show begins as written, and nothing is kept");
         return;
     }
-    m_timer.setSingleShot(true);
-    m_timer.setInterval(SaveMs);
-    connect(&m_timer, &QTimer::timeout, this, &Resume::Save);
     if (info.exists()) {
         try {
             TakeUp();
@@ -41,12 +38,9 @@ Resume::Resume(State& state, QString sPath, Log log)
                   (bAside ? ", and the file is kept as " + sAside : QString()));
         }
     }
-    connect(&state, &State::changed, this, [this] {
-        m_bChanged = true;
-        if (!m_timer.isActive()) {
-            m_timer.start();
-        }
-    });
+    connect(&state, &State::changed, this, [this] { m_bChanged = true; });
+    connect(&m_timer, &QTimer::timeout, this, &Resume::Save);
+    m_timer.start(SaveMs);
 }
 
 Resume::~Resume() {
@@ -67,13 +61,12 @@ void Resume::TakeUp() {
     }
     const JSONDocument document(text);
     bool bWhole = false;
-    document.Root().ForEachMember("content", [&bWhole](const JSONNode& value) { bWhole = value.IsArray(); });
-    if (!bWhole) {
-        throw std::runtime_error("no state that was kept");
-    }
-    m_state.StopAll();
     int nLeftOut = 0;
     document.Root().ForEachMember("content", [&](const JSONNode& messages) {
+        bWhole = messages.IsArray();
+        if (bWhole) {
+            m_state.StopAll();
+        }
         messages.ForEachElement([&](const JSONNode& message) {
             int nType = 0;
             message.ForEachMember("typ", [&nType](const JSONNode& value) { nType = value.AsInt(); });
@@ -83,6 +76,9 @@ void Resume::TakeUp() {
             });
         });
     });
+    if (!bWhole) {
+        throw std::runtime_error("no state that was kept");
+    }
     m_log(QString("takes up %1: %2 run, %3 left out")
               .arg(m_sPath, QString::number(m_state.Runs().size()), QString::number(nLeftOut)));
 }
@@ -105,7 +101,6 @@ std::string Resume::Text() const {
 }
 
 void Resume::Save() {
-    m_timer.start();  // to see then what has come of it
     if (m_error.valid() && m_error.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
         return;
     }
@@ -115,7 +110,6 @@ void Resume::Save() {
         m_log(m_sPath + (m_bTold ? ": cannot be written: " + sError : " is written again"));
     }
     if (!std::exchange(m_bChanged, false) && sError.isEmpty()) {
-        m_timer.stop();
         return;
     }
     const auto pError = std::make_shared<std::promise<QString>>();

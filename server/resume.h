@@ -26,8 +26,6 @@ public:
     Resume(State& state, QString sPath, Log log);
     /// Writes what the file does not have yet.
     ~Resume() override;
-    Resume(const Resume&) = delete;
-    Resume& operator=(const Resume&) = delete;
 
 private:
     /// Complains by a std::exception.
