@@ -4,6 +4,7 @@
 
 #include "server/lamps/playback.h"
 #include "server/resume.h"
+#include "server/show/showfile.h"
 #include "settings/cinifile.h"
 
 #include <QCoreApplication>
@@ -36,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize) {
     const QString sPath = WriteInput(pData, nSize);
     try {
         static Levels levels;
-        const State state(Show::Load(sPath));
+        const State state(ShowFile(sPath).Load());
         Playback(state, [] { return 0; }).Render(1000, levels);
     } catch (const std::runtime_error&) {
         // a clear refusal

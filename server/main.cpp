@@ -7,7 +7,6 @@
 #include "server/record.h"
 #include "server/remotes/server.h"
 #include "server/resume.h"
-#include "server/show/patchsheet.h"
 #include "server/state.h"
 
 #include <QCommandLineParser>
@@ -169,7 +168,7 @@ bool IsReadByJournal() {
 
 /// Complains by a std::runtime_error.
 void Check(const QString& sPath) {
-    const Show show = Show::Load(sPath);
+    const Show show = ShowFile(sPath).Load();
     const State state(show);
     const Playback playback(state, [] { return 0; });
     WriteLine(stdout, sPath + QString::asprintf(" is good: %zu scenes, %zu programs, %zu universes of lamps",

@@ -1,5 +1,5 @@
 #include "server/lamps/lampoutput.h"
-#include "server/show/showreader.h"
+#include "server/show/show.h"
 #include "tests/files.h"
 
 #include <QtNetwork>

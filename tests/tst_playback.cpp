@@ -1,8 +1,7 @@
 #include "device/jsonnode.h"
 #include "device/readers.h"
 #include "server/lamps/playback.h"
-#include "server/show/patchsheet.h"
-#include "server/show/showreader.h"
+#include "server/show/show.h"
 #include "tests/files.h"
 
 #include <QtTest>

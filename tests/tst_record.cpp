@@ -3,12 +3,12 @@
 #include "server/record.h"
 #include "server/remotes/server.h"
 #include "server/show/showfile.h"
-#include "server/show/showreader.h"
 #include "tests/files.h"
 
 #include <QtTest>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 /// A show that becomes another one while it is played: recorded into, or edited.
 class TestRecord : public QObject {
@@ -180,7 +180,8 @@ private slots:
     }
 
     /// Saved in place or by another file's renaming, it is told once; a file that goes is none; what the
-    /// server writes itself is not told, and leaves a link a link and rights as they are.
+    /// server writes itself is not told, and leaves a link a link, a file of two names one, and rights as
+    /// they are.
     void file() {
         WriteFile(m_sPath, "{}");
         const QString sLink = m_folder.filePath("link");
@@ -198,6 +199,9 @@ private slots:
         QVERIFY(edited.wait());
         QVERIFY(std::rename(qPrintable(WriteFile(m_sPath + '~', "{}")), qPrintable(m_sPath)) == 0 &&
                 edited.wait());
+        QVERIFY(::link(qPrintable(m_sPath), qPrintable(sLink + '2')) == 0);
+        file.Save("{   }");
+        QCOMPARE(TextOf(sLink + '2'), QByteArray("{   }"));
         QVERIFY(QFile::remove(m_sPath) && !edited.wait(1000) && edited.size() == 2);
     }
 

@@ -1,6 +1,6 @@
 #include "device/jsonwriter.h"
 #include "server/remotes/server.h"
-#include "server/show/showreader.h"
+#include "server/show/show.h"
 #include "tests/remote.h"
 
 /// The server as a program, alone and with remotes around it, and what goes over the wire: the

@@ -4,21 +4,18 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <map>
 #include <set>
 #include <simdjson.h>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
-constexpr std::size_t LongestQuote = 100;
-constexpr int MostSeconds = 86400;
-/// Which some editors put before UTF-8.
-constexpr std::string_view Mark = "\xEF\xBB\xBF";
-
-bool BeginsCharacter(char c) {
-    return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-}
+constexpr int LongestQuote = 100;
+/// What stands between the values of good JSON, and the mark that some editors put before UTF-8.
+constexpr std::string_view Between = " \t\r\n,:\xEF\xBB\xBF";
 
 /// What is wrong at a place, by what people mostly mean by what they wrote there.
 std::string Mistake(std::string_view text, std::size_t at, const QJsonParseError& error) {
@@ -35,25 +32,16 @@ std::string Mistake(std::string_view text, std::size_t at, const QJsonParseError
     if (at > 1 && isDigit(at - 2) && text[at - 1] == ',' && isDigit(at)) {
         return "a number with a comma: 1.5 has a point";
     }
-    switch (error.error) {
-        case QJsonParseError::UnterminatedObject:
-        case QJsonParseError::UnterminatedArray:
-        case QJsonParseError::MissingValueSeparator:
-            return "a , or a closing } or ] is missing";
-        case QJsonParseError::MissingNameSeparator:
-            return "a : is missing behind a key";
-        case QJsonParseError::MissingObject:
-            return "a , too many";
-        case QJsonParseError::IllegalValue:
-        case QJsonParseError::IllegalNumber:
-            return "no value begins like this";
-        default:
-            return error.errorString().toStdString();
-    }
-}
-
-std::size_t SkipSpace(std::string_view text, std::size_t at) {
-    return std::min(text.find_first_not_of(" \t\r\n", at), text.size());
+    static const std::map<QJsonParseError::ParseError, const char*> Meanings{
+        {QJsonParseError::UnterminatedObject, "a , or a closing } or ] is missing"},
+        {QJsonParseError::UnterminatedArray, "a , or a closing } or ] is missing"},
+        {QJsonParseError::MissingValueSeparator, "a , or a closing } or ] is missing"},
+        {QJsonParseError::MissingNameSeparator, "a : is missing behind a key"},
+        {QJsonParseError::MissingObject, "a , too many"},
+        {QJsonParseError::IllegalValue, "no value begins like this"},
+        {QJsonParseError::IllegalNumber, "no value begins like this"}};
+    const auto meaning = Meanings.find(error.error);
+    return meaning != Meanings.end() ? meaning->second : error.errorString().toStdString();
 }
 
 /// Behind the value that begins somewhere in good JSON: a text, something in brackets, or a bare word.
@@ -68,7 +56,7 @@ std::size_t EndOf(std::string_view text, std::size_t at) {
         } else if (text[at] == '}' || text[at] == ']') {
             --nDepth;
         } else if (nDepth == 0) {
-            return text.find_first_of(",]} \t\r\n", at);
+            return std::min(text.find_first_of(",]} \t\r\n", at), text.size());
         }
         if (nDepth == 0) {
             return at + 1;
@@ -76,22 +64,29 @@ std::size_t EndOf(std::string_view text, std::size_t at) {
     }
 }
 
-QByteArray Bytes(std::string_view sRaw) {
-    return QByteArray::fromRawData(sRaw.data(), static_cast<int>(sRaw.size()));
-}
-
 /// Of a text in its quotes.
 std::string Decoded(std::string_view sRaw) {
-    if (sRaw.find('\\') == std::string_view::npos) {
-        return std::string(sRaw.substr(1, sRaw.size() - 2));
-    }
-    return QJsonDocument::fromJson('[' + Bytes(sRaw) + ']')[0].toString().toStdString();
+    const QByteArray list = '[' + QByteArray(sRaw.data(), static_cast<int>(sRaw.size())) + ']';
+    return list.contains('\\') ? QJsonDocument::fromJson(list)[0].toString().toStdString()
+                               : std::string(sRaw.substr(1, sRaw.size() - 2));
+}
+
+/// Whether all of a bare word is such a number.
+template <typename Number>
+bool ReadNumber(std::string_view sRaw, Number& number) {
+    const auto [pEnd, error] = std::from_chars(sRaw.data(), sRaw.data() + sRaw.size(), number);
+    return error == std::errc() && pEnd == sRaw.data() + sRaw.size();
 }
 
 }  // namespace
 
 JsonText::JsonText(const QString& sPath, const QByteArray& text)
     : m_sPath(sPath), m_text(text.toStdString()) {
+    // The toolkit's parser says where a mistake is, but loses memory where a good text has a key twice.
+    simdjson::dom::parser parser;
+    if (parser.parse(m_text).error() == simdjson::SUCCESS) {
+        return;
+    }
     bool bText = false;
     for (std::size_t at = 0; at < m_text.size(); ++at) {
         if (bText && m_text[at] == '\n') {
@@ -100,14 +95,10 @@ JsonText::JsonText(const QString& sPath, const QByteArray& text)
         bText = bText != (m_text[at] == '"');
         at += bText && m_text[at] == '\\' ? 1U : 0U;
     }
-    // The toolkit's parser says where a mistake is, but loses memory where a good text has a key twice.
-    simdjson::dom::parser parser;
-    if (parser.parse(m_text).error() == simdjson::SUCCESS) {
-        return;
-    }
     QJsonParseError error;
     if (QJsonDocument::fromJson(text, &error); error.error != QJsonParseError::NoError) {
-        const std::size_t at = SkipSpace(m_text, static_cast<std::size_t>(std::max(0, error.offset - 1)));
+        const auto nAt = static_cast<std::size_t>(std::max(0, error.offset - 1));
+        const std::size_t at = std::min(m_text.find_first_not_of(" \t\r\n", nAt), m_text.size());
         Fail(at, "not JSON: " + Mistake(m_text, at, error));
     }
 }
@@ -117,17 +108,23 @@ void JsonText::Fail(std::size_t at, const std::string& sWhat) const {
     throw std::runtime_error(m_sPath.toStdString() + ": line " + std::to_string(nLine) + ": " + sWhat);
 }
 
-JsonItem::JsonItem(const JsonText& text, const std::string& sName) : m_pText(&text), m_sName(sName) {
-    m_begin = m_value = SkipSpace(text.View(), text.View().substr(0, Mark.size()) == Mark ? Mark.size() : 0);
-    m_end = EndOf(text.View(), m_value);
+JsonItem::JsonItem(const JsonText& text, std::string sName, std::size_t from)
+    : m_pText(&text),
+      m_sName(std::move(sName)),
+      m_begin(text.Text().find_first_not_of(Between, from)),
+      m_value(m_begin),
+      m_end(EndOf(text.Text(), m_begin)) {}
+
+void JsonItem::Must(bool bDoes, const char* pWhat) const {
+    if (!bDoes) {
+        Fail(What() + " must " + pWhat);
+    }
 }
 
 std::string JsonItem::Text(int nLeast, int nMost) const {
-    if (Raw().front() != '"') {
-        Fail(What() + " must be a text in quotes");
-    }
+    Must(Raw().front() == '"', "be a text in quotes");
     std::string sText = Decoded(Raw());
-    const auto nCharacters = std::count_if(sText.begin(), sText.end(), BeginsCharacter);
+    const auto nCharacters = QString::fromStdString(sText).toUcs4().size();
     if (nCharacters < nLeast || nCharacters > nMost) {
         Fail(What() + " must be of " + std::to_string(nLeast) + " to " + std::to_string(nMost) +
              " characters");
@@ -136,18 +133,13 @@ std::string JsonItem::Text(int nLeast, int nMost) const {
 }
 
 bool JsonItem::Bool() const {
-    if (Raw() != "true" && Raw() != "false") {
-        Fail(What() + " must be true or false");
-    }
+    Must(Raw() == "true" || Raw() == "false", "be true or false");
     return Raw() == "true";
 }
 
 int JsonItem::Int(int nLeast, int nMost) const {
-    bool bWhole = false;
-    const int nValue = Bytes(Raw()).toInt(&bWhole);
-    if (!bWhole) {
-        Fail(What() + " must be a whole number");
-    }
+    int nValue = 0;
+    Must(ReadNumber(Raw(), nValue), "be a whole number");
     if (nValue < nLeast || nValue > nMost) {
         Fail(What() + " must be " +
              (nMost == std::numeric_limits<int>::max()
@@ -159,48 +151,34 @@ int JsonItem::Int(int nLeast, int nMost) const {
 }
 
 double JsonItem::Seconds() const {
-    bool bNumber = false;
-    const double seconds = Bytes(Raw()).toDouble(&bNumber);
-    if (!bNumber || !(seconds >= 0 && seconds <= MostSeconds)) {
-        Fail(What() + " must be a number of seconds from 0 to " + std::to_string(MostSeconds));
-    }
+    double seconds = 0;
+    Must(ReadNumber(Raw(), seconds) && seconds >= 0 && seconds <= 86400,
+         "be a number of seconds from 0 to 86400");
     return seconds;
 }
 
-void JsonItem::ForEachPart(const Read& read) const {
-    const std::string_view text = m_pText->View();
-    const bool bObject = text[m_value] == '{';
-    for (std::size_t at = SkipSpace(text, m_value + 1); at != m_end - 1;) {
-        JsonItem part(*m_pText);
-        part.m_begin = part.m_value = at;
-        part.m_end = EndOf(text, at);
-        if (bObject) {
-            part.m_sName = Decoded(text.substr(at, part.m_end - at));
-            part.m_value = SkipSpace(text, SkipSpace(text, part.m_end) + 1);
-            part.m_end = EndOf(text, part.m_value);
+void JsonItem::ForEachPart(const std::string& sName, const Read& read) const {
+    const std::string& text = m_pText->Text();
+    for (std::size_t at = m_value + 1; (at = text.find_first_not_of(Between, at)) + 1 != m_end;) {
+        JsonItem part(*m_pText, sName, at);
+        if (text[m_value] == '{') {
+            part = JsonItem(*m_pText, Decoded(part.Raw()), part.m_end);
+            part.m_begin = at;
         }
         read(part);
-        at = SkipSpace(text, part.m_end);
-        at = SkipSpace(text, at + (text[at] == ',' ? 1 : 0));
+        at = part.m_end;
     }
 }
 
 void JsonItem::ForEachElement(const std::string& sName, const Read& read) const {
-    if (Raw().front() != '[') {
-        Fail(What() + " must be a list in [ ]");
-    }
-    ForEachPart([&](JsonItem element) {
-        element.m_sName = sName;
-        read(element);
-    });
+    Must(Raw().front() == '[', "be a list in [ ]");
+    ForEachPart(sName, read);
 }
 
 void JsonItem::ForEachMember(const Read& read) const {
-    if (Raw().front() != '{') {
-        Fail(What() + " must stand in { }");
-    }
+    Must(Raw().front() == '{', "stand in { }");
     std::set<std::string> names;
-    ForEachPart([&](const JsonItem& member) {
+    ForEachPart({}, [&](const JsonItem& member) {
         if (!names.insert(member.m_sName).second) {
             member.Fail(member.What() + " stands twice in " + What());
         }
@@ -208,37 +186,33 @@ void JsonItem::ForEachMember(const Read& read) const {
     });
 }
 
-void JsonItem::ReadMembers(const std::vector<Key>& keys) const {
-    std::map<std::string, JsonItem, std::less<>> members;
+std::string JsonItem::Quoted(const std::string& sText) {
+    const QString sAll = QString::fromStdString(sText);
+    return '"' + sAll.left(LongestQuote).toStdString() + (sAll.size() > LongestQuote ? "...\"" : "\"");
+}
+
+JsonObject::JsonObject(const JsonItem& item, const std::vector<std::string_view>& keys) : JsonItem(item) {
     ForEachMember([&](const JsonItem& member) {
-        if (std::none_of(keys.begin(), keys.end(),
-                         [&](const Key& key) { return key.name == member.m_sName; })) {
-            member.Fail(What() + " has no key " + member.What());
+        if (!keys.empty() && std::find(keys.begin(), keys.end(), member.Name()) == keys.end()) {
+            member.Fail(What() + " has no key " + Quoted(member.Name()));
         }
-        members.emplace(member.m_sName, member);
+        m_members.push_back(member);
     });
-    for (const Key& key : keys) {
-        if (const auto member = members.find(key.name); member != members.end()) {
-            key.read(member->second);
-        } else if (key.needed) {
-            Fail(What() + " must have " + Quoted(key.name));
-        }
-    }
 }
 
-std::vector<JsonItem> JsonItem::Parts() const {
-    std::vector<JsonItem> parts;
-    ForEachPart([&parts](const JsonItem& part) { parts.push_back(part); });
-    return parts;
+std::vector<JsonItem>::const_iterator JsonObject::Find(std::string_view sKey) const {
+    return std::find_if(m_members.begin(), m_members.end(), [&](const auto& m) { return m.Name() == sKey; });
 }
 
-std::string JsonItem::Quoted(std::string_view sText) {
-    if (sText.size() <= LongestQuote) {
-        return '"' + std::string(sText) + '"';
+const JsonItem& JsonObject::operator[](std::string_view sKey) const {
+    if (!Has(sKey)) {
+        Fail(What() + " must have " + Quoted(std::string(sKey)));
     }
-    std::size_t nEnd = LongestQuote;
-    while (!BeginsCharacter(sText[nEnd])) {
-        --nEnd;
+    return *Find(sKey);
+}
+
+void JsonObject::ForEachElementOf(std::string_view sKey, const std::string& sName, const Read& read) const {
+    if (Has(sKey)) {
+        (*this)[sKey].ForEachElement(sName, read);
     }
-    return '"' + std::string(sText.substr(0, nEnd)) + "...\"";
 }

@@ -16,7 +16,7 @@ public:
     /// Complains of what is not JSON in UTF-8. `sPath` is what complaints call it.
     JsonText(const QString& sPath, const QByteArray& text);
 
-    std::string_view View() const { return m_text; }
+    const std::string& Text() const { return m_text; }
     [[noreturn]] void Fail(std::size_t at, const std::string& sWhat) const;
 
 private:
@@ -29,15 +29,9 @@ private:
 class JsonItem {
 public:
     using Read = std::function<void(const JsonItem&)>;
-    /// A key that an object may have.
-    struct Key {
-        std::string_view name;
-        bool needed;
-        Read read;
-    };
 
-    /// All of the text, which must outlive it.
-    JsonItem(const JsonText& text, const std::string& sName);
+    /// The first value behind a place in the text, which must outlive it; of the whole text its only one.
+    JsonItem(const JsonText& text, std::string sName, std::size_t from = 0);
 
     /// The key, decoded.
     const std::string& Name() const { return m_sName; }
@@ -55,23 +49,42 @@ public:
     void ForEachElement(const std::string& sName, const Read& read) const;
     /// Calls read for each member of an object. A key that stands twice is complained of.
     void ForEachMember(const Read& read) const;
-    /// Reads the members of an object in the order of these keys. Other keys are complained of.
-    void ReadMembers(const std::vector<Key>& keys) const;
-    /// The members or elements.
-    std::vector<JsonItem> Parts() const;
 
     /// A text as it stands in complaints.
-    static std::string Quoted(std::string_view sText);
+    static std::string Quoted(const std::string& sText);
+
+protected:
+    std::string What() const { return m_value == m_begin ? m_sName : Quoted(m_sName); }
 
 private:
-    explicit JsonItem(const JsonText& text) : m_pText(&text) {}
-    std::string_view Raw() const { return m_pText->View().substr(m_value, m_end - m_value); }
-    std::string What() const { return m_value == m_begin ? m_sName : Quoted(m_sName); }
-    void ForEachPart(const Read& read) const;
+    std::string_view Raw() const {
+        return std::string_view(m_pText->Text()).substr(m_value, m_end - m_value);
+    }
+    void Must(bool bDoes, const char* pWhat) const;
+    void ForEachPart(const std::string& sName, const Read& read) const;
 
     const JsonText* m_pText;
     std::string m_sName;
-    std::size_t m_begin = 0;
-    std::size_t m_value = 0;
-    std::size_t m_end = 0;
+    std::size_t m_begin;
+    std::size_t m_value;
+    std::size_t m_end;
+};
+
+/// An object; keys that are not among these are complained of, if there are any.
+class JsonObject : public JsonItem {
+public:
+    explicit JsonObject(const JsonItem& item, const std::vector<std::string_view>& keys = {});
+
+    /// In the order of the text.
+    const std::vector<JsonItem>& Members() const { return m_members; }
+    bool Has(std::string_view sKey) const { return Find(sKey) != m_members.end(); }
+    /// Complains if it has not.
+    const JsonItem& operator[](std::string_view sKey) const;
+    /// Calls read for each element of the list of a key, if there is one.
+    void ForEachElementOf(std::string_view sKey, const std::string& sName, const Read& read) const;
+
+private:
+    std::vector<JsonItem>::const_iterator Find(std::string_view sKey) const;
+
+    std::vector<JsonItem> m_members;
 };

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "device/scene.h"
+#include "device/universes.h"
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
 
 #include <map>
@@ -25,6 +27,14 @@ struct Fixture {
 
     /// All channels.
     int Width() const { return count * static_cast<int>(layout.size()); }
+    /// Where a unit's first channel is, as Universes::At says; of `count`, where the fixture ends.
+    std::size_t At(int iUnit) const {
+        return Universes::At(universe, channel) + static_cast<std::size_t>(iUnit) * layout.size();
+    }
+    /// Of the only one, the fixture's.
+    std::string UnitName(int iUnit) const {
+        return count > 1 ? name + ' ' + std::to_string(iUnit + 1) : name;
+    }
 };
 
 /// The level of one channel in a look. There are millions of them.
@@ -68,21 +78,20 @@ struct Show {
     /// A small house with a stage, for people who have no show of their own at hand: shows/house.json.
     static Show BuiltIn();
     static QByteArray BuiltInText();
-
-    /// Reads a show from a JSON file:
-    ///
-    ///     { "serial": "0123",
-    ///       "scenes":   [ { "id": 1, "name": "Warm", "area": 0, "level": 255, "state": true }, ... ],
-    ///       "programs": [ { "id": 1, "name": "Chase" }, ... ] }
-    ///
-    /// and what docs/lamps.md says of lamps. "id" and "name" must be there; a list that is left out is empty.
-    /// Throws std::runtime_error with one line that names the file, the line and what is wrong there: no such
-    /// file, no regular file or one of 16 MB and more (neither is opened), text that is not JSON, an unknown
-    /// key, a key twice, a value of the wrong kind, an id that is missing or stands twice, two scenes of an
-    /// area that both run, more levels than can be played.
-    static Show Load(const QString& sPath);
-
-    /// The text of a file that may be one, for ReadShow. Throws as Load does.
-    static QByteArray ReadFile(const QString& sPath);
-    static constexpr qint64 MostBytes = qint64{16} * 1024 * 1024 - 1;
 };
+
+/// Reads a show from the text of a JSON file; `sPath` is what complaints call it:
+///
+///     { "serial": "0123",
+///       "scenes":   [ { "id": 1, "name": "Warm", "area": 0, "level": 255, "state": true }, ... ],
+///       "programs": [ { "id": 1, "name": "Chase" }, ... ] }
+///
+/// and what docs/lamps.md says of lamps. "id" and "name" must be there; a list that is left out is empty.
+/// Throws std::runtime_error with one line that names the file, the line and what is wrong there: text that
+/// is not JSON, an unknown key, a key twice, a value of the wrong kind, an id that is missing or stands
+/// twice, two scenes of an area that both run, more levels than can be played.
+Show ReadShow(const QString& sPath, const QByteArray& text);
+
+/// Which unit of which fixture is to be set to which channel, a line each, for whoever addresses the lamps.
+/// In the order of universes and channels, numbers as people count them; empty if nothing is patched.
+QStringList PatchSheet(const Show& show);

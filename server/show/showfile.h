@@ -7,7 +7,6 @@
 #include <QString>
 #include <QTimer>
 
-#include <optional>
 #include <tuple>
 
 /// The file of the show that is played. It is looked at by its name, so that it does not matter whether it is
@@ -20,11 +19,15 @@ public:
 
     const QString& Path() const { return m_sPath; }
 
-    /// The show as it is now; edited() is about later ones. Throws as Show::Load.
+    /// Throws std::runtime_error with one line: no such file, no regular file or one of 16 MB and more
+    /// (neither is opened).
+    QByteArray Text() const;
+
+    /// The show as it is now; edited() is about later ones. Throws as Text and ReadShow.
     Show Load();
 
-    /// Replaces the whole text, or nothing of it; the file's rights, its owner and a link to it stay. Throws
-    /// std::runtime_error with one line if that cannot be.
+    /// Replaces the whole text, or nothing of it; the file's rights, its owner and a link to it stay. One of
+    /// several names is written in place. Throws std::runtime_error with one line if that cannot be.
     void Save(const QByteArray& text);
 
     /// From now on edited() is told.
@@ -37,12 +40,13 @@ signals:
 private:
     using Version = std::tuple<quint64, quint64, qint64, qint64, qint64>;
 
-    /// Differs after each change; nothing while there is no file.
-    std::optional<Version> CurrentVersion() const;
+    [[noreturn]] void Fail(const QString& sWhat) const;
+    /// Differs after each change; Version() while there is no file.
+    Version CurrentVersion() const;
     void Look();
 
     QString m_sPath;
     QTimer m_timer;
-    std::optional<Version> m_known;  ///< as it was read or written
-    std::optional<Version> m_seen;   ///< as it was at the last look
+    Version m_known;  ///< as it was read or written
+    Version m_seen;   ///< as it was at the last look
 };
