@@ -153,8 +153,9 @@ SacnSender::Options ReadSacnOptions(const QCommandLineParser& parser) {
     return options;
 }
 
+/// Complaints begin with the program's name.
 void WriteLine(std::FILE* stream, const QString& sLine) {
-    std::fprintf(stream, "%s\n", qPrintable(Printable(sLine)));
+    std::fprintf(stream, "%s%s\n", stream == stderr ? "corvane-server: " : "", qPrintable(Printable(sLine)));
     std::fflush(stream);
 }
 
@@ -195,13 +196,12 @@ int AskToRecord(const QCommandLineParser& parser) {
                          server.address == QHostAddress::AnyIPv4 ? QHostAddress::LocalHost : server.address,
                          server.port);
     if (!socket.waitForReadyRead(AnswerMs)) {
-        WriteLine(stderr,
-                  QString("corvane-server: no server answers on port %1 of this computer").arg(server.port));
+        WriteLine(stderr, QString("no server answers on port %1 of this computer").arg(server.port));
         return 1;
     }
     const QJsonObject answer = QJsonDocument::fromJson(socket.receiveDatagram().data())["content"].toObject();
     const bool bDone = answer["s"].toBool();
-    WriteLine(bDone ? stdout : stderr, (bDone ? "" : "corvane-server: ") + answer["text"].toString());
+    WriteLine(bDone ? stdout : stderr, answer["text"].toString());
     return bDone ? 0 : 1;
 }
 
@@ -269,9 +269,8 @@ int Serve(const QCommandLineParser& parser) {
     QObject::connect(&late, &QTimer::timeout, listen);
     if (!listen()) {
         if (!server.LacksAddress()) {
-            WriteLine(stderr, QString("corvane-server: cannot listen on %1 port %2: %3")
-                                  .arg(options.address.toString(), QString::number(options.port),
-                                       server.ErrorText()));
+            WriteLine(stderr, "cannot listen on " + options.address.toString() + " port " +
+                                  QString::number(options.port) + ": " + server.ErrorText());
             return 1;
         }
         log("waits for " + options.address.toString() + ", which is no address of this machine yet");
@@ -308,12 +307,7 @@ int main(int argc, char* argv[]) {
         if (const QStringList more = parser.positionalArguments(); !more.isEmpty()) {
             throw std::runtime_error("no use for \"" + more.first().toStdString() + '"');
         }
-        if (parser.isSet("help")) {
-            parser.showHelp();
-        }
-        if (parser.isSet("version")) {
-            parser.showVersion();
-        }
+        parser.process(application);  // which shows help and version
         if (parser.isSet("check")) {
             Check(parser.value("check"));
             return 0;
@@ -324,7 +318,7 @@ int main(int argc, char* argv[]) {
         }
         return parser.isSet("record") ? AskToRecord(parser) : Serve(parser);
     } catch (const std::exception& error) {
-        WriteLine(stderr, QString("corvane-server: ") + error.what());
+        WriteLine(stderr, error.what());
         return 2;
     }
 }

@@ -54,18 +54,17 @@ std::optional<SacnSocket::Interface> SacnSocket::Look() {
     for (const QNetworkInterface& interface : QNetworkInterface::allInterfaces()) {
         const bool bNamed = interface.name() == m_sInterface;
         const bool bUp = interface.flags().testFlag(QNetworkInterface::IsUp);
-        if (bNamed) {
-            m_sError = "the interface \"" + m_sInterface + (bUp ? "\" has no address" : "\" is down");
-        }
+        bool bHere = bNamed;
         for (const QNetworkAddressEntry& entry : interface.addressEntries()) {
             const bool bMeant = bNamed ? entry.ip().protocol() == QAbstractSocket::IPv4Protocol
                                        : entry.ip().toString() == m_sInterface;
             if (bMeant && bUp) {
                 return Interface(interface.index(), entry.ip().toIPv4Address());
             }
-            if (bMeant) {
-                m_sError = "the interface \"" + interface.name() + "\" is down";
-            }
+            bHere = bHere || bMeant;
+        }
+        if (bHere) {
+            m_sError = "the interface \"" + interface.name() + (bUp ? "\" has no address" : "\" is down");
         }
     }
     return {};
