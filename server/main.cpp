@@ -73,8 +73,8 @@ void AddOptions(QCommandLineParser& parser) {
         {"verbose", "Log every sign of life and every poll, too."},
         {"fall-back", "Listen on the fall-back port 8011 instead of 8093."},
         {"limit", "Refuse a client when this many are there (default: 8).", "clients", "8"},
-        {"fragment", "Split longer messages into marked fragments of this many bytes (default: 1400).",
-         "bytes", "1400"},
+        {"fragment", "Split longer messages into fragments of so many bytes (default: 1400).", "bytes",
+         "1400"},
         {"silent-after", "Answer nothing any more after this many seconds.", "seconds", "-1"},
         {"delay", "Let every answer wait this long.", "ms", "0"},
         {"drop", "Lose this share of all datagrams, in both directions.", "percent", "0"},
@@ -254,27 +254,26 @@ int Serve(const QCommandLineParser& parser) {
         });
         file->Watch();
     }
-    QTimer late;
+    QTimer retries;
     const auto listen = [&] {
-        const bool bListens = server.Listen();
-        if (bListens) {
-            late.stop();
+        if (server.Listen()) {
+            retries.stop();
             log("corvane-server " CORVANE_VERSION ": serial " + QString::fromStdString(show.serial) +
                 QString::asprintf(" with %zu scenes and %zu programs listens on %s port %d",
                                   show.scenes.size(), show.programs.size(),
                                   qPrintable(options.address.toString()), options.port));
         }
-        return bListens;
     };
-    QObject::connect(&late, &QTimer::timeout, listen);
-    if (!listen()) {
-        if (!server.LacksAddress()) {
-            WriteLine(stderr, "cannot listen on " + options.address.toString() + " port " +
-                                  QString::number(options.port) + ": " + server.ErrorText());
-            return 1;
-        }
+    QObject::connect(&retries, &QTimer::timeout, listen);
+    retries.start(1000);
+    listen();
+    if (retries.isActive() && !server.LacksAddress()) {
+        WriteLine(stderr, "cannot listen on " + options.address.toString() + " port " +
+                              QString::number(options.port) + ": " + server.ErrorText());
+        return 1;
+    }
+    if (retries.isActive()) {
         log("waits for " + options.address.toString() + ", which is no address of this machine yet");
-        late.start(1000);
     }
     if (lamps) {
         QObject::connect(&termination, &TerminationSignals::asked, &*lamps, &LampOutput::Finish);

@@ -25,12 +25,11 @@ bool Clients::Admit(const Client& sender) {
 }
 
 bool Clients::Hear(const Client& sender) {
-    const auto client = std::find(m_clients.begin(), m_clients.end(), sender);
-    if (client == m_clients.end()) {
-        return false;
+    const auto iClient = m_clients.indexOf(sender);
+    if (iClient >= 0) {
+        m_clients[iClient].lastHeard.start();
     }
-    client->lastHeard.start();
-    return true;
+    return iClient >= 0;
 }
 
 void Clients::Owe(const Client& client, int nAnswer) {

@@ -73,12 +73,6 @@ std::vector<std::string> AnswerTo(int nQuestion, const State& state) {
     }
 }
 
-/// A remote's address can be made up, but not as one of this computer: the kernel takes no such datagram from
-/// a network.
-bool IsOfThisComputer(const QHostAddress& address) {
-    return address.isLoopback() || QNetworkInterface::allAddresses().contains(address);
-}
-
 }  // namespace
 
 Server::Server(State& state, const Options& options, Log log)
@@ -192,7 +186,11 @@ void Server::Give(const Client& client, int nAnswer) {
 }
 
 void Server::TakeRecord(const JSONNode& content, const Client& sender) {
-    if (!m_recorder || !IsOfThisComputer(sender.address)) {
+    // A remote's address can be made up, but not as one of this computer: the kernel takes no such datagram
+    // from a network.
+    const bool bHere =
+        sender.address.isLoopback() || QNetworkInterface::allAddresses().contains(sender.address);
+    if (!m_recorder || !bHere) {
         LogNoise(sender.Name() + " wants to record, which another computer may not");
         return;
     }
