@@ -131,7 +131,7 @@ std::vector<Playable> RunsWith(const Scene& scene, const Show& show, const State
         const bool bOutside = (reached & ~channels).any();
         if (bOutside && !running.program && pEntry->area == scene.area) {
             throw std::runtime_error(sName.toStdString() +
-                                     " runs in that area and lights more: --area gives another");
+                                     " runs in that area and lights more: stop it, or give another --area");
         }
         if (bOutside || reached.none()) {
             runs.push_back(running);
@@ -176,6 +176,16 @@ QString Record(State& state, const Levels& open, ShowFile& file, const Recording
     if (newShow.looks.at(recorded).submaster != NoSubmaster) {
         throw std::runtime_error("the \"level\" of that scene would dim it: take it out of the file first");
     }
+    const std::vector<Playable>& before = state.Runs();
+    bool bMoves = false;
+    ForEachSlot(newShow, recorded, [&](const Slot& slot) {
+        const int nMore = slot.level - open.at(slot.at);
+        bMoves = bMoves || (!channels[slot.at] && (nMore > 0 || (nMore < 0 && patch.IsOther(slot.at))));
+    });
+    if (bMoves && std::find(before.begin(), before.end(), recorded) == before.end()) {
+        throw std::runtime_error('"' + scene.name +
+                                 "\" has other fixtures, which would move: start it first");
+    }
     QStringList lighting;
     const std::vector<Playable> runs = RunsWith(scene, newShow, state, channels, lighting);
     Color color = state.CurrentColor();
@@ -195,7 +205,8 @@ QString Record(State& state, const Levels& open, ShowFile& file, const Recording
         sLine += "; the colour stays, for others have it, too";
     }
     if (nHeld > 0) {
-        sLine += QString("; %1 channels stay held, or what else the hand does would move them").arg(nHeld);
+        sLine +=
+            QString("; %1 channels stay held, for dimmer, White, Black or colour act on them").arg(nHeld);
     }
     return sLine;
 }

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <stdexcept>
@@ -55,7 +56,7 @@ void Resume::TakeUp() {
     if (!file.open(QIODevice::ReadOnly)) {
         throw std::runtime_error(file.errorString().toStdString());
     }
-    const QByteArray text = file.read(MaxFile);
+    const QByteArray text = file.read(std::min(MaxFile, file.size()));
     if (text.size() == MaxFile) {
         throw std::runtime_error("not a file below 4 MB");
     }

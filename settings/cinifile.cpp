@@ -147,7 +147,7 @@ void CIniFile::Read() {
     if (m_bRefused || !info.exists()) {
         return;
     }
-    QTextStream stream(file.read(MaxFile));
+    QTextStream stream(file.read(std::min(MaxFile, file.size())));
     QString sLine;
     while (stream.readLineInto(&sLine)) {
         const auto nEquals = sLine.indexOf('=');

@@ -205,6 +205,24 @@ private slots:
         QVERIFY(QFile::remove(m_sPath) && !edited.wait(1000) && edited.size() == 2);
     }
 
+    /// Recorded anew in part, a scene that is off would bring up what else it has: that is refused.
+    void inPart() {
+        const QByteArray text =
+            R"({ "fixtures": [ { "name": "D", "universe": 1, "channel": 1, "layout": "i", "count": 2 } ],
+"scenes": [ { "id": 1, "name": "A", "levels": { "D": [200, 100] } } ] })";
+        ShowFile file(WriteFile(m_sPath, text));
+        Begin(file.Load());
+        m_pState->Hold({0, 0, 50, true});
+        const auto record = [&] {
+            Record(*m_pState, m_pPlayback->OpenLevels(m_nNowMs), file, {"A", -1, 0, "D 1"});
+        };
+        QVERIFY_EXCEPTION_THROWN(record(), std::runtime_error);
+        QVERIFY(TextOf(m_sPath) == text && Shown(0, 0, 2) == QByteArray::fromHex("3200"));
+        m_pState->Switch({false, 1}, true);
+        record();
+        QVERIFY(TextOf(m_sPath) != text && Shown(0, 0, 2) == QByteArray::fromHex("3264"));
+    }
+
     /// A question from elsewhere is not obeyed.
     void hostile() {
         State state{Show()};

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <algorithm>
 #include <stdexcept>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -35,7 +36,7 @@ QByteArray ShowFile::Text() const {
     if (!file.open(QIODevice::ReadOnly)) {
         Fail(file.errorString());
     }
-    return file.read(MostBytes);
+    return file.read(std::min(MostBytes, file.size()));
 }
 
 Show ShowFile::Load() {
