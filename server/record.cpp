@@ -15,7 +15,6 @@ namespace {
 
 constexpr int FullDimmer = 100;
 constexpr int NoSubmaster = 255;
-constexpr double Second = 1000;
 
 /// Where the scene of a name stands; behind all if there is none. Throws std::runtime_error for several.
 std::size_t PlaceOf(const std::vector<Scene>& scenes, const std::string& sName) {
@@ -50,11 +49,11 @@ void AddLevels(QStringList& levels, const Fixture& fixture, const QStringList& u
         [&units](const QString& a, const QString& b) { return units.count(a) < units.count(b); });
     const bool bOneName = !units.contains(QString()) && units.count(sMost) > 1;
     if (bOneName) {
-        levels += showtext::LevelsText(fixture.name, sMost);
+        levels += LevelsText(fixture.name, sMost);
     }
     for (int i = 0; i < fixture.count; ++i) {
         if (!units[i].isEmpty() && !(bOneName && units[i] == sMost)) {
-            levels += showtext::LevelsText(fixture.UnitName(i), units[i]);
+            levels += LevelsText(fixture.UnitName(i), units[i]);
         }
     }
 }
@@ -171,7 +170,7 @@ QString Record(State& state, const Levels& open, ShowFile& file, const Recording
     if (levels.isEmpty()) {
         throw std::runtime_error("nothing is lit");
     }
-    const QByteArray newText = showtext::WithScene(text, iScene, scene, wanted.fadeMs / Second, levels);
+    const QByteArray newText = WithScene(text, iScene, scene, wanted.fadeMs / 1000.0, levels);
     Show newShow = ReadShow(file.Path(), newText);
     if (newShow.looks.at(recorded).submaster != NoSubmaster) {
         throw std::runtime_error("the \"level\" of that scene would dim it: take it out of the file first");

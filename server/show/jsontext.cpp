@@ -112,7 +112,6 @@ JsonItem::JsonItem(const JsonText& text, std::string sName, std::size_t from)
     : m_pText(&text),
       m_sName(std::move(sName)),
       m_begin(text.Text().find_first_not_of(Between, from)),
-      m_value(m_begin),
       m_end(EndOf(text.Text(), m_begin)) {}
 
 void JsonItem::Must(bool bDoes, const char* pWhat) const {

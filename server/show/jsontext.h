@@ -66,7 +66,7 @@ private:
     const JsonText* m_pText;
     std::string m_sName;
     std::size_t m_begin;
-    std::size_t m_value;
+    std::size_t m_value = m_begin;
     std::size_t m_end;
 };
 

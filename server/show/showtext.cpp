@@ -41,8 +41,6 @@ Style StyleOf(const std::string& text, const JsonObject& scene) {
 
 }  // namespace
 
-namespace showtext {
-
 QString LevelsText(const std::string& sName, const QString& sLevels) {
     return QString::fromStdString(Quoted(sName)) + ": [" + sLevels + ']';
 }
@@ -51,10 +49,11 @@ QByteArray WithScene(const QByteArray& text, std::size_t iScene, const Scene& sc
                      const QStringList& levels) {
     const JsonText json({}, text);
     const JsonObject root(JsonItem(json, {}));
-    std::vector<JsonObject> scenes;
-    root.ForEachElementOf("scenes", {}, [&](const JsonItem& read) { scenes.emplace_back(read); });
-    const Style style =
-        scenes.empty() ? Style() : StyleOf(json.Text(), scenes[std::min(iScene, scenes.size() - 1)]);
+    std::vector<JsonItem> scenes;
+    root.ForEachElementOf("scenes", {}, [&](const JsonItem& read) { scenes.push_back(read); });
+    const Style style = scenes.empty()
+                            ? Style()
+                            : StyleOf(json.Text(), JsonObject(scenes[std::min(iScene, scenes.size() - 1)]));
     // On the lines after the first, names stand one below the other.
     const std::string sBegin = "\"levels\": { ";
     const std::string sNext = Breaks(style.levels) ? style.levels + std::string(sBegin.size(), ' ') : " ";
@@ -68,7 +67,7 @@ QByteArray WithScene(const QByteArray& text, std::size_t iScene, const Scene& sc
         return replaced(last.End(), last.End(), ',' + sGap + sNew);
     };
     if (iScene < scenes.size()) {
-        const JsonObject& old = scenes[iScene];
+        const JsonObject old(scenes[iScene]);
         return old.Has("levels") ? replaced(old["levels"].Begin(), old["levels"].End(), sLevels)
                                  : behind(old.Members().back(), style.levels, sLevels);
     }
@@ -87,5 +86,3 @@ QByteArray WithScene(const QByteArray& text, std::size_t iScene, const Scene& sc
     const JsonItem& last = root.Members().back();
     return behind(last, GapBefore(json.Text(), last.Begin()), "\"scenes\": " + sList);
 }
-
-}  // namespace showtext
