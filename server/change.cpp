@@ -10,6 +10,11 @@ const char* OnOff(bool bState) {
     return bState ? "on" : "off";
 }
 
+/// As people count, from 1 on.
+QString Universe(int nUniverse) {
+    return "universe " + QString::number(qint64{nUniverse} + 1);
+}
+
 Change TakeSwitch(State& state, const JSONNode& content, bool bProgram) {
     Scene asked;
     readInto(content, asked);
@@ -52,8 +57,9 @@ Change TakeChannel(State& state, const JSONNode& content) {
     readInto(content, channel);
     state.Hold(channel);
     Change change;
-    change.words = QString::asprintf("universe %d channel %d level %d %s", channel.univ, channel.chan,
-                                     channel.level, OnOff(channel.state));
+    const QString sChannels = channel.chan == -1 ? "all" : QString::number(qint64{channel.chan} + 1);
+    change.words = Universe(channel.univ) + " channel " + sChannels +
+                   QString::asprintf(" level %d %s", channel.level, OnOff(channel.state));
     if (channel.chan == -1) {
         change.universe = channel.univ;
     } else if (Universes::HasUniverse(channel.univ) && Universes::HasChannel(channel.chan)) {
@@ -74,8 +80,8 @@ Change TakeRun(State& state, const JSONNode& content) {
     content.ForEachMember("chan", [&](const JSONNode& value) { nStart = value.AsInt(); });
     content.ForEachMember("number", [&](const JSONNode& value) { nCount = value.AsInt(); });
     state.HoldRun(nUniverse, nStart, nCount, color);
-    const QString sWords =
-        QString::asprintf("universe %d color on %d fixtures from channel %d", nUniverse, nCount, nStart);
+    const QString sWords = Universe(nUniverse) +
+                           QString::asprintf(" color on %d fixtures from channel %lld", nCount, nStart + 1LL);
     return {sWords, {}, nUniverse};
 }
 
@@ -94,7 +100,7 @@ std::optional<Change> TakeMessage(State& state, MessageType type, const JSONNode
             return TakeChannel(state, content);
         case MessageType::Universe: {
             const int nUniverse = state.HoldUniverse(content);
-            return Change{QString("universe %1").arg(nUniverse), {}, nUniverse};
+            return Change{Universe(nUniverse), {}, nUniverse};
         }
         case MessageType::UniverseColor:
             return TakeRun(state, content);

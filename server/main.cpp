@@ -103,11 +103,13 @@ Server::Options ReadOptions(const QCommandLineParser& parser) {
     options.maxClients = Number(parser, "limit", 0, 1000);
     options.fragmentSize = Number(parser, "fragment", 1, 60000);
     options.isVerbose = parser.isSet("verbose");
-    options.badNetwork.silentAfter = Number(parser, "silent-after", -1, MostSeconds);
-    options.badNetwork.delayMs = Number(parser, "delay", 0, 60000);
-    options.badNetwork.dropPercent = Number(parser, "drop", 0, 100);
-    options.badNetwork.duplicatePercent = Number(parser, "duplicate", 0, 100);
-    options.badNetwork.reorderPercent = Number(parser, "reorder", 0, 100);
+    const BadNetwork::Options bad{Number(parser, "silent-after", -1, MostSeconds),
+                                  Number(parser, "delay", 0, 60000), Number(parser, "drop", 0, 100),
+                                  Number(parser, "duplicate", 0, 100), Number(parser, "reorder", 0, 100)};
+    if (bad.silentAfter >= 0 ||
+        bad.delayMs + bad.dropPercent + bad.duplicatePercent + bad.reorderPercent > 0) {
+        options.badNetwork = bad;
+    }
     return options;
 }
 
@@ -134,9 +136,15 @@ QHostAddress Receiver(const QString& sTo) {
 }
 
 SacnSender::Options ReadSacnOptions(const QCommandLineParser& parser) {
-    for (const char* pOption : {"sacn-priority", "sacn-interface", "sacn-to"}) {
-        if (parser.isSet(pOption) && !parser.isSet("sacn")) {
-            throw std::runtime_error(std::string("--") + pOption + " is of no use without --sacn");
+    for (const auto& [sOption, sOther] : {std::pair<QString, QString>{"sacn-priority", "sacn"},
+                                          {"sacn-interface", "sacn"},
+                                          {"sacn-to", "sacn"},
+                                          {"area", "record"},
+                                          {"fade", "record"},
+                                          {"only", "record"}}) {
+        if (parser.isSet(sOption) && !parser.isSet(sOther)) {
+            throw std::runtime_error(
+                QString("--%1 is of no use without --%2").arg(sOption, sOther).toStdString());
         }
     }
     static const QRegularExpression name("^(?![0-9.]*$)[^\\s/:]{1,15}$");

@@ -128,7 +128,7 @@ private slots:
         for (int nUniverse = 0; nUniverse < Universes::Count; ++nUniverse) {
             holder.Send(messages::Channel({-1, nUniverse, 127, true}));
         }
-        QTRY_VERIFY(server.log.contains("universe 31 "));
+        QTRY_VERIFY(server.log.contains("universe 32 "));
         const double before = ResidentMiB(sProcess);
         for (int nHost = 3; nHost < 19; ++nHost) {
             Stranger stranger(nHost);

@@ -76,11 +76,10 @@ std::vector<std::string> AnswerTo(int nQuestion, const State& state) {
 }  // namespace
 
 Server::Server(State& state, const Options& options, Log log)
-    : m_state(state),
-      m_options(options),
-      m_log(std::move(log)),
-      m_badNetwork(options.badNetwork),
-      m_clients(options.maxClients) {
+    : m_state(state), m_options(options), m_log(std::move(log)), m_clients(options.maxClients) {
+    if (options.badNetwork) {
+        m_badNetwork.emplace(*options.badNetwork);
+    }
     for (QUdpSocket* pSocket : {&m_socket, &m_broadcasts}) {
         connect(pSocket, &QUdpSocket::readyRead, this, [this, pSocket] { ReadPackets(*pSocket); });
     }
@@ -128,8 +127,8 @@ void Server::ReadPackets(QUdpSocket& socket) {
             return;
         }
         const QByteArray datagram = buffer.left(static_cast<int>(nRead));
-        m_badNetwork.Carry(BadNetwork::In, nRead,
-                           [this, datagram, address, port] { ReadMessage(datagram, address, port); });
+        const auto read = [this, datagram, address, port] { ReadMessage(datagram, address, port); };
+        m_badNetwork ? m_badNetwork->Carry(BadNetwork::In, nRead, read) : read();
     }
 }
 
@@ -236,10 +235,11 @@ void Server::Send(const Client& to, const std::string& sText) {
     for (const std::string& sPiece :
          replies::Split(sText, static_cast<std::size_t>(m_options.fragmentSize))) {
         const QByteArray datagram = QByteArray::fromStdString(sPiece);
-        m_badNetwork.Carry(BadNetwork::Out, datagram.size(), [this, datagram, to] {
+        const auto send = [this, datagram, to] {
             qCInfo(logWire).noquote() << "out" << logging::Summary(datagram) << "to" << to.Name();
             m_socket.writeDatagram(datagram, to.address, to.port);
-        });
+        };
+        m_badNetwork ? m_badNetwork->Carry(BadNetwork::Out, datagram.size(), send) : send();
     }
 }
 

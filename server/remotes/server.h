@@ -11,6 +11,7 @@
 #include <QUdpSocket>
 
 #include <functional>
+#include <optional>
 #include <string>
 
 /// The conversation with the remotes: says what the state is, changes it as they ask, and tells each change
@@ -33,7 +34,7 @@ public:
         int maxClients = 8;
         int fragmentSize = 1400;  ///< longer messages leave in marked pieces of so many bytes
         bool isVerbose = false;   ///< logs also what every remote says all day long
-        BadNetwork::Options badNetwork = {};
+        std::optional<BadNetwork::Options> badNetwork = {};
     };
     using Log = std::function<void(const QString&)>;
 
@@ -72,7 +73,7 @@ private:
     std::function<QString(const Recording&)> m_recorder;
     QUdpSocket m_socket;
     QUdpSocket m_broadcasts;  ///< hears what is sent to everyone when m_socket has an address of its own
-    BadNetwork m_badNetwork;  ///< which all datagrams pass
+    std::optional<BadNetwork> m_badNetwork;  ///< which all datagrams pass, if it is asked for
     Clients m_clients;
     int m_nNoise = 0;  ///< datagrams of no use since the last line, with the one that it is about
 };
