@@ -257,7 +257,8 @@ private slots:
         for (int i = 1; i <= 16; ++i) {
             QCOMPARE(press(661), std::pair(0, i % 16 * 32 + 1));
         }
-        for (const auto& [nLeft, nUniverse] : {std::pair{10, 0}, {292, 31}, {379, 0}, {379, 1}}) {
+        for (const auto& [nLeft, nUniverse] :
+             {std::pair{10, 0}, {292, 31}, {292, 30}, {379, 31}, {379, 0}, {379, 1}}) {
             QCOMPARE(press(nLeft), std::pair(nUniverse, 481));
         }
         QVERIFY(Paints(m_pGrid.get(), "2") && Paints(m_pGrid.get(), "#481") && Paints(m_pGrid.get(), "#512"));
@@ -385,6 +386,7 @@ private slots:
         pBar->setValue(pBar->maximum());
         const QPoint last(14, 484 - 20);
         QVERIFY(window.grab().toImage().pixelColor(last) != window.palette().color(QPalette::Window));
+        QCOMPARE(window.grab().toImage().pixelColor(0, 2), QColor(180, 180, 180));  // of a tile half in sight
         Click(window.List(), window.List()->mapFrom(&window, last));
         QVERIFY(window.List()->Items()[1998].state);
     }

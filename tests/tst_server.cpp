@@ -1,3 +1,4 @@
+#include "app/interfaceaddress.h"
 #include "device/jsonwriter.h"
 #include "server/remotes/server.h"
 #include "server/show/show.h"
@@ -155,6 +156,7 @@ private slots:
         Program beta({"--address", "10.77.0.2", "--serial", "Beta"});
         Program alpha({"--address", "10.77.0.3", "--serial", "Alpha"});
         Program gamma({"--address", "10.77.0.4", "--serial", "Gamma"});
+        QCOMPARE(FindNetwork("auto")->broadcast, QString("10.77.0.255"));  // all hear it
         const auto remote = OpenRemote();
         const ServerList& servers = remote->Params()->Servers();
         QTRY_COMPARE(servers.count(), 3);
@@ -295,8 +297,8 @@ private slots:
         talk(8, 1400,
              {"discovery,serial", "state request,state", "alive,alive", "scene", "program",
               "scene poll,scene states", "color", "next", "command poll,color,commands", "channel,channel",
-              "channel poll,held channels", "record,recorded",
-              "scene,commands",  // what a remote shows as off after a start, and is on
+              "channel poll,held channels", "record,recorded", "scene,commands",
+              "program,commands",  // what a remote shows as off after a start, and is on
               "goodbye"});
         talk(8, 36, {"discovery,fragment 1,fragment 2"});
         talk(0, 1400, {"state request,too many"});

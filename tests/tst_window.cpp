@@ -411,8 +411,8 @@ private slots:
              "Color page in the menu@-250 0=MenuButColor; Channels page in the menu@-250 0=MenuButChan; "
              "Own names of scenes and programs@-250 0=Text; Own icons of scenes and programs@-250 0=Icon; "
              "Own colors of scenes and programs@-250 0=Color"},
-            {4, "Scenes page in the menu", "Scenes page in the menu=SwitchOff"},
-            {4, "Pages", "Programs=MenuButProg; Parameters=MenuButParamsSel"},
+            {4, "Channels page in the menu", "Channels page in the menu=SwitchOff"},
+            {4, "Pages", "Scenes=MenuButScene; Parameters=MenuButParamsSel"},
         };
         for (const auto& [iPage, pPressed, pSeen] : rows) {
             if (iPage != m_pWindow->CurrentPage()) {
@@ -459,6 +459,7 @@ private slots:
             {"Pause", "Down Space"},
             {"Dimmer 50%", "Tab Down Space"},
             {"Dimmer@5 305", "Tab Home"},
+            {"Dimmer 50%", "Shift+Tab Space"},
             {"Pages;Channels", "Ctrl+4"},
             {"Next channels", "Right Right Right Space"},
             {"Next universe", "Left Space"},
@@ -524,7 +525,8 @@ private slots:
             "Warm, Cool, Pages, C, Scenes, Programs, C, Pages, #7, C, Red max, Red, Green max, Green, Blue "
             "max, "
             "Blue, White max, White, Color wheel, Color on or off, Levels of the color, Commands, dimmer and "
-            "speed, White, Black, Next, Pause, Dimmer max, Dimmer 50%, Dimmer, C, Previous channels, "
+            "speed, White, Black, Next, Pause, Dimmer max, Dimmer 50%, Dimmer, Dimmer 50%, C, Previous "
+            "channels, "
             "Previous "
             "universe, Next universe, Next channels, Next universe, Channel 37, Channel 37";
         QCOMPARE(heard.join(", ").left(sHeard.size()), sHeard);
@@ -575,10 +577,23 @@ private slots:
         QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Escape, {}, QString(), true);
         QCoreApplication::sendEvent(m_pWindow.get(), &repeated);
         QTest::keyClick(m_pWindow.get(), Qt::Key_A);
-        QVERIFY(m_pWindow->isVisible());
+        m_pWindow->ShowPopupMenu();
+        QTest::keyClick(m_pWindow.get(), Qt::Key_Escape);
+        QVERIFY(m_pWindow->isVisible() && m_pWindow->Menu()->isHidden());
         QTest::keyClick(m_pWindow.get(), Qt::Key_Escape);
         QVERIFY(!m_pWindow->isVisible());
         QTRY_COMPARE(peer.Count(3), 1);
+    }
+
+    /// Where people read from right to left, addresses and levels do not.
+    void rightToLeft() {
+        QApplication::setLayoutDirection(Qt::RightToLeft);
+        Open()->OnMenuChanged(2);
+        QApplication::setLayoutDirection(Qt::LeftToRight);
+        const auto fields = m_pWindow->Params()->findChildren<QLineEdit*>();
+        QVERIFY(m_pWindow->Picker()->Red()->x() < m_pWindow->Picker()->Blue()->x());
+        m_pWindow->OnMenuChanged(4);
+        QVERIFY(fields[0]->x() < fields[3]->x());
     }
 
     /// Each icon that can be chosen has its picture, and one of its own.
@@ -597,6 +612,7 @@ private slots:
     /// Texts stand out by a brightness of 125 of 255, which accessibility guidelines ask for.
     void readableTexts() {
         const QPalette palette = QApplication::palette();
+        QCOMPARE(QToolTip::palette(), palette);
         for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
             const auto brightness = [&](auto role) { return qGray(palette.color(group, role).rgb()); };
             using P = QPalette;
@@ -674,7 +690,7 @@ private slots:
     /// Of the desktop, as the environment has it: English, and run in German.
     void languageOfTheDesktop() {
         ApplyLanguage();
-        const bool bGerman = qEnvironmentVariable("LANGUAGE") == "de";
+        const bool bGerman = qEnvironmentVariable("LC_ALL").startsWith("de");  // whatever LANGUAGE says
         QCOMPARE(QCoreApplication::translate("CChannelSlider", "Off"), QString(bGerman ? "Aus" : "Off"));
     }
 };
