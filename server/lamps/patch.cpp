@@ -108,10 +108,6 @@ bool Patch::IsGraded(std::size_t at) const {
     return (IsLit(at) && (m_kinds.at(at) & Independent) == 0) || bFineOfGraded;
 }
 
-bool Patch::TakesColor(std::size_t at, const Color& color) const {
-    return (m_kinds.at(at) & (color.rgbw ? TakesRgbw : TakesRgb)) != 0;
-}
-
 void Patch::Put(std::size_t at, float level, Levels& levels) const {
     if (HasFine(at)) {
         const auto nLevel = static_cast<unsigned>(std::lround(level * 256));

@@ -40,8 +40,6 @@ public:
 
     /// Whether dimmer and black-out act on it.
     bool IsGraded(std::size_t at) const;
-    /// Whether a colour, if it is on, replaces it.
-    bool TakesColor(std::size_t at, const Color& color) const;
 
     /// Whether the next channel is its fine half. The two are one channel then, at its place, in levels from
     /// 0 to 255 and 255/256.
