@@ -5,7 +5,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-
 CPopupMenu::CPopupMenu(QWidget* parent) : PaintedWidget(parent) {
     setFixedWidth(Width);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
