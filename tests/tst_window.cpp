@@ -217,6 +217,15 @@ class TestWindow : public QObject {
         QTimer::singleShot(50, this, [this] {
             auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             Read(pMenu);
+            QStringList names;
+            const auto menus = pMenu->findChildren<QMenu*>() << pMenu;
+            for (const QMenu* pFamily : menus) {
+                for (const QAction* pAction : pFamily->actions()) {
+                    names += pAction->icon().isNull() ? QStringList() : QStringList(pAction->toolTip());
+                }
+            }
+            // Each picture has one of its own, but for "music".
+            QVERIFY(!names.contains("") && names.size() > 50 && names.removeDuplicates() <= 1);
             pMenu->close();
             QVERIFY(pMenu->actionGeometry(pMenu->actions()[0]).height() >= 36);  // an icon is 32 high
         });

@@ -292,6 +292,15 @@ void CSceneList::Repaint(int iItem) {
 void CSceneList::OpenMenu(const QPoint& position) {
     constexpr std::array choices{&CSceneList::OnDefaultIcon, &CSceneList::OnIcon1, &CSceneList::OnIcon2,
                                  &CSceneList::OnIcon3,       &CSceneList::OnIcon4, &CSceneList::OnIcon5};
+    // The family's name, then those of its pictures.
+    const std::array<QString, choices.size()> names{
+        tr("Icons|Scene|Program"),
+        tr("Lighting|Desk lamp|Laser|LED|Moving head|Spotlight|Scanner"),
+        tr("Outdoors|Fountain|Hot tub|Garden|Monument|Palm trees|Pool|Statue"),
+        tr("Indoors|Balcony|Bar|Library|Sofa|Bedroom|Kitchen|Entrance|Stairs|Facade") + '|' +
+            tr("Window|Garage|Building|House|Ceiling|Bathroom|Living room|Table|Roof|Toilet"),
+        tr("Music|Classical|Concert|Disco|Hip hop|Jazz|Music|Piano|Dance floor|RnB|Rock|Techno"),
+        tr("Time of day|Afternoon|Stop|Start|Morning|Noon|Night|Evening")};
     QMenu menu(this);
     menu.addAction(QIcon(artwork::Named("Text")), tr("Rename"), this, &CSceneList::OnRename);
     menu.addAction(QIcon(artwork::Named("Color")), tr("Color"), this, &CSceneList::OnColor);
@@ -299,8 +308,13 @@ void CSceneList::OpenMenu(const QPoint& position) {
     for (std::size_t iList = 0; iList < choices.size(); ++iList) {
         const QStringList& icons = catalogue::IconLists().at(iList);
         QMenu* pMenu = iList == 0 ? &menu : menu.addMenu(artwork::Icon(icons.first()), QString());
+        const QStringList words = names.at(iList).split('|');
+        pMenu->menuAction()->setToolTip(words[0]);
+        pMenu->setToolTipsVisible(true);
         for (int i = 0; i < icons.size(); ++i) {
-            pMenu->addAction(artwork::Icon(icons[i]), QString(), this, choices.at(iList))->setData(i);
+            QAction* pAction = pMenu->addAction(artwork::Icon(icons[i]), QString(), this, choices.at(iList));
+            pAction->setData(i);
+            pAction->setToolTip(words.value(i + 1));
         }
     }
     menu.exec(position);

@@ -220,6 +220,34 @@
 <context>
     <name>CSceneList</name>
     <message>
+        <source>Icons|Scene|Program</source>
+        <translation>Symbole|Szene|Programm</translation>
+    </message>
+    <message>
+        <source>Lighting|Desk lamp|Laser|LED|Moving head|Spotlight|Scanner</source>
+        <translation>Beleuchtung|Schreibtischlampe|Laser|LED|Moving Head|Scheinwerfer|Scanner</translation>
+    </message>
+    <message>
+        <source>Outdoors|Fountain|Hot tub|Garden|Monument|Palm trees|Pool|Statue</source>
+        <translation>Außen|Brunnen|Whirlpool|Garten|Denkmal|Palmen|Schwimmbad|Statue</translation>
+    </message>
+    <message>
+        <source>Indoors|Balcony|Bar|Library|Sofa|Bedroom|Kitchen|Entrance|Stairs|Facade</source>
+        <translation>Innen|Balkon|Bar|Bibliothek|Sofa|Schlafzimmer|Küche|Eingang|Treppe|Fassade</translation>
+    </message>
+    <message>
+        <source>Window|Garage|Building|House|Ceiling|Bathroom|Living room|Table|Roof|Toilet</source>
+        <translation>Fenster|Garage|Gebäude|Haus|Decke|Bad|Wohnzimmer|Tisch|Dach|Toilette</translation>
+    </message>
+    <message>
+        <source>Music|Classical|Concert|Disco|Hip hop|Jazz|Music|Piano|Dance floor|RnB|Rock|Techno</source>
+        <translation>Musik|Klassik|Konzert|Disco|Hip-Hop|Jazz|Musik|Klavier|Tanzfläche|RnB|Rock|Techno</translation>
+    </message>
+    <message>
+        <source>Time of day|Afternoon|Stop|Start|Morning|Noon|Night|Evening</source>
+        <translation>Tageszeit|Nachmittag|Stopp|Start|Morgen|Mittag|Nacht|Abend</translation>
+    </message>
+    <message>
         <source>Scenes</source>
         <translation>Szenen</translation>
     </message>

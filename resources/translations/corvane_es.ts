@@ -220,6 +220,34 @@
 <context>
     <name>CSceneList</name>
     <message>
+        <source>Icons|Scene|Program</source>
+        <translation>Iconos|Escena|Programa</translation>
+    </message>
+    <message>
+        <source>Lighting|Desk lamp|Laser|LED|Moving head|Spotlight|Scanner</source>
+        <translation>Iluminación|Lámpara de mesa|Láser|LED|Cabeza móvil|Foco|Escáner</translation>
+    </message>
+    <message>
+        <source>Outdoors|Fountain|Hot tub|Garden|Monument|Palm trees|Pool|Statue</source>
+        <translation>Exterior|Fuente|Jacuzzi|Jardín|Monumento|Palmeras|Piscina|Estatua</translation>
+    </message>
+    <message>
+        <source>Indoors|Balcony|Bar|Library|Sofa|Bedroom|Kitchen|Entrance|Stairs|Facade</source>
+        <translation>Interior|Balcón|Bar|Biblioteca|Sofá|Dormitorio|Cocina|Entrada|Escalera|Fachada</translation>
+    </message>
+    <message>
+        <source>Window|Garage|Building|House|Ceiling|Bathroom|Living room|Table|Roof|Toilet</source>
+        <translation>Ventana|Garaje|Edificio|Casa|Techo|Baño|Salón|Mesa|Tejado|Aseo</translation>
+    </message>
+    <message>
+        <source>Music|Classical|Concert|Disco|Hip hop|Jazz|Music|Piano|Dance floor|RnB|Rock|Techno</source>
+        <translation>Música|Clásica|Concierto|Disco|Hip hop|Jazz|Música|Piano|Pista de baile|RnB|Rock|Techno</translation>
+    </message>
+    <message>
+        <source>Time of day|Afternoon|Stop|Start|Morning|Noon|Night|Evening</source>
+        <translation>Hora del día|Tarde|Parada|Inicio|Mañana|Mediodía|Noche|Anochecer</translation>
+    </message>
+    <message>
         <source>Scenes</source>
         <translation>Escenas</translation>
     </message>

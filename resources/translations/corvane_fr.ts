@@ -220,6 +220,34 @@
 <context>
     <name>CSceneList</name>
     <message>
+        <source>Icons|Scene|Program</source>
+        <translation>Icônes|Scène|Programme</translation>
+    </message>
+    <message>
+        <source>Lighting|Desk lamp|Laser|LED|Moving head|Spotlight|Scanner</source>
+        <translation>Éclairage|Lampe de bureau|Laser|LED|Lyre|Projecteur|Scanner</translation>
+    </message>
+    <message>
+        <source>Outdoors|Fountain|Hot tub|Garden|Monument|Palm trees|Pool|Statue</source>
+        <translation>Extérieur|Fontaine|Jacuzzi|Jardin|Monument|Palmiers|Piscine|Statue</translation>
+    </message>
+    <message>
+        <source>Indoors|Balcony|Bar|Library|Sofa|Bedroom|Kitchen|Entrance|Stairs|Facade</source>
+        <translation>Intérieur|Balcon|Bar|Bibliothèque|Canapé|Chambre|Cuisine|Entrée|Escalier|Façade</translation>
+    </message>
+    <message>
+        <source>Window|Garage|Building|House|Ceiling|Bathroom|Living room|Table|Roof|Toilet</source>
+        <translation>Fenêtre|Garage|Immeuble|Maison|Plafond|Salle de bain|Salon|Table|Toiture|WC</translation>
+    </message>
+    <message>
+        <source>Music|Classical|Concert|Disco|Hip hop|Jazz|Music|Piano|Dance floor|RnB|Rock|Techno</source>
+        <translation>Musique|Classique|Concert|Disco|Hip-hop|Jazz|Musique|Piano|Piste de danse|RnB|Rock|Techno</translation>
+    </message>
+    <message>
+        <source>Time of day|Afternoon|Stop|Start|Morning|Noon|Night|Evening</source>
+        <translation>Moment de la journée|Après-midi|Arrêt|Début|Matin|Midi|Nuit|Soir</translation>
+    </message>
+    <message>
         <source>Scenes</source>
         <translation>Scènes</translation>
     </message>

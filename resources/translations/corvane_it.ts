@@ -220,6 +220,34 @@
 <context>
     <name>CSceneList</name>
     <message>
+        <source>Icons|Scene|Program</source>
+        <translation>Icone|Scena|Programma</translation>
+    </message>
+    <message>
+        <source>Lighting|Desk lamp|Laser|LED|Moving head|Spotlight|Scanner</source>
+        <translation>Illuminazione|Lampada da tavolo|Laser|LED|Testa mobile|Proiettore|Scanner</translation>
+    </message>
+    <message>
+        <source>Outdoors|Fountain|Hot tub|Garden|Monument|Palm trees|Pool|Statue</source>
+        <translation>Esterno|Fontana|Vasca idromassaggio|Giardino|Monumento|Palme|Piscina|Statua</translation>
+    </message>
+    <message>
+        <source>Indoors|Balcony|Bar|Library|Sofa|Bedroom|Kitchen|Entrance|Stairs|Facade</source>
+        <translation>Interno|Balcone|Bar|Biblioteca|Divano|Camera da letto|Cucina|Ingresso|Scale|Facciata</translation>
+    </message>
+    <message>
+        <source>Window|Garage|Building|House|Ceiling|Bathroom|Living room|Table|Roof|Toilet</source>
+        <translation>Finestra|Garage|Palazzo|Casa|Soffitto|Bagno|Soggiorno|Tavolo|Tetto|Toilette</translation>
+    </message>
+    <message>
+        <source>Music|Classical|Concert|Disco|Hip hop|Jazz|Music|Piano|Dance floor|RnB|Rock|Techno</source>
+        <translation>Musica|Classica|Concerto|Disco|Hip hop|Jazz|Musica|Pianoforte|Pista da ballo|RnB|Rock|Techno</translation>
+    </message>
+    <message>
+        <source>Time of day|Afternoon|Stop|Start|Morning|Noon|Night|Evening</source>
+        <translation>Momento del giorno|Pomeriggio|Arresto|Inizio|Mattina|Mezzogiorno|Notte|Sera</translation>
+    </message>
+    <message>
         <source>Scenes</source>
         <translation>Scene</translation>
     </message>
