@@ -25,7 +25,6 @@ public:
     /// Sends to whoever sent last.
     void Send(const QByteArray& text) { m_socket.writeDatagram(text, m_sender, m_nSenderPort); }
 
-    bool answersSerial = true;
     bool answersState = true;
     bool answersAlive = true;
     QByteArray state = R"({"typ":7,"content":{}})";
@@ -41,7 +40,7 @@ private:
             document.Root().ForEachMember("typ", [&nType](const JSONNode& value) { nType = value.AsInt(); });
             m_texts.insert(nType, datagram.data());
             m_all += datagram.data();
-            if (nType == 14 && answersSerial) {
+            if (nType == 14) {
                 Send(R"({"typ":15,"content":{"serial":"0042"}})");
             } else if (nType == 6 && answersState) {
                 Send(state);

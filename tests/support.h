@@ -51,8 +51,16 @@ inline void Click(QWidget* pWidget, const QPoint& at) {
     QTest::mouseClick(pWidget, Qt::LeftButton, {}, at);
 }
 
-inline void ClickTile(CSceneList* pList, int iTile) {
-    Click(pList, pList->PartRect(iTile).center());
+/// From the first of two points to the last.
+inline void Drag(QWidget* pWidget, const QLine& way) {
+    Mouse(pWidget, QEvent::MouseButtonPress, way.p1());
+    Mouse(pWidget, QEvent::MouseMove, way.p2());
+    Mouse(pWidget, QEvent::MouseButtonRelease, way.p2());
+}
+
+inline void Wheel(QWidget* pWidget, const QPoint& at, int nTurn) {
+    QWheelEvent event(at, pWidget->mapToGlobal(at), {}, {0, nTurn}, {}, {}, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(pWidget, &event);
 }
 
 /// The ids of the tiles that are shown as running.
@@ -64,9 +72,9 @@ inline QString Running(const CSceneList* pList) {
     return ids.join(' ');
 }
 
-/// Opens the context menu of a tile and triggers an entry of it, or one of that entry's submenu, whose icon
-/// it takes before.
-inline void UseMenu(CSceneList* pList, int iTile, int iEntry, int iSubEntry = -1, QImage* pIcon = nullptr) {
+/// Of the context menu that opens next, triggers an entry, or one of that entry's submenu, whose icon it
+/// takes before.
+inline void ChooseNext(int iEntry, int iSubEntry = -1, QImage* pIcon = nullptr) {
     QTimer::singleShot(20, [=] {
         auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         QAction* pAction = pMenu->actions()[iEntry];
@@ -77,6 +85,12 @@ inline void UseMenu(CSceneList* pList, int iTile, int iEntry, int iSubEntry = -1
         pMenu->close();
         pAction->trigger();
     });
+}
+
+/// Opens the context menu of a tile and makes that choice.
+template <typename... Choice>
+void UseMenu(CSceneList* pList, int iTile, Choice... choice) {
+    ChooseNext(choice...);
     QTest::mouseClick(pList, Qt::RightButton, {}, pList->PartRect(iTile).center());
 }
 

@@ -62,11 +62,9 @@ private slots:
               QByteArray(1000000, '[')}) {
             QVERIFY_EXCEPTION_THROWN(JSONDocument{text}, std::invalid_argument);
         }
-        for (const QByteArray& text :
-             {QByteArray(R"({"a":0.00000000000000000000000001e-2147483639})"),
-              QByteArray(60, '[') + QByteArray(60, ']'), QByteArray("{}\0rubbish", 10)}) {
-            QCOMPARE(JSONDocument(text).Root().IsArray(), text.startsWith('['));
-        }
+        QVERIFY(JSONDocument(QByteArray(60, '[') + QByteArray(60, ']')).Root().IsArray());
+        QVERIFY(JSONDocument(R"({"a":0.00000000000000000000000001e-2147483639})").Root().IsObject());
+        QVERIFY(JSONDocument(QByteArray("{}\0rubbish", 10)).Root().IsObject());
     }
 
     void universeContents() {
@@ -208,27 +206,24 @@ private slots:
         const QByteArray large = "PwdState=1\n" + QByteArray(16 * 1024 * 1024 - 11, '\n');
         QVERIFY(Load(large).pwdState && !Load(large + '\n').pwdState);
         QCOMPARE(Saved(Load(large + '\n')).size(), large.size() + 1);  // nor lost
-        const auto rights = [](const QString& sPath) {
-            struct stat status {};
-            return ::stat(qPrintable(sPath), &status) == 0 ? status.st_mode : 0;
-        };
         CIniFile settings = Load("");
-        for (const mode_t old : {0644U, 0660U}) {
-            QVERIFY(::chmod(qPrintable(settings.path), old) == 0);
+        const auto rightsAfter = [&settings](bool bReady) {
             settings.Write();
-            QCOMPARE(rights(settings.path), S_IFREG | old);
+            struct stat status {};
+            return bReady && ::stat(qPrintable(settings.path), &status) == 0 ? status.st_mode : 0;
+        };
+        const auto removed = [&settings] { return QFile::remove(settings.path); };
+        for (const mode_t old : {0644U, 0660U}) {
+            QCOMPARE(rightsAfter(::chmod(qPrintable(settings.path), old) == 0), S_IFREG | old);
         }
-        QVERIFY(QFile::remove(settings.path));
-        settings.Write();
-        QCOMPARE(rights(settings.path), mode_t{S_IFREG | 0600});
-        QVERIFY(QFile::remove(settings.path) && ::mkfifo(qPrintable(settings.path), 0600) == 0);
-        settings.Write();
+        QCOMPARE(rightsAfter(removed()), mode_t{S_IFREG | 0600});
+        QCOMPARE(rightsAfter(removed() && ::mkfifo(qPrintable(settings.path), 0600) == 0),
+                 mode_t{S_IFIFO | 0600});
         settings.Read();
-        QCOMPARE(rights(settings.path), mode_t{S_IFIFO | 0600});
-        QVERIFY(QFile::remove(settings.path));
+        QVERIFY(removed());
         // Without a file the flags stay; without a folder there is silence.
         settings = Load("PwdState=1\nScenes=1;a;;-1\n");
-        QVERIFY(QFile::remove(settings.path));
+        QVERIFY(removed());
         settings.Read();
         QVERIFY(settings.pwdState && settings.scenes.isEmpty());
         const QString sTarget = m_folder.filePath("target.ini");

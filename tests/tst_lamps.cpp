@@ -1,9 +1,7 @@
 #include "server/lamps/lampoutput.h"
 #include "server/show/show.h"
 #include "tests/files.h"
-
-#include <QtNetwork>
-#include <QtTest>
+#include "tests/program.h"
 
 #include <csignal>
 #include <memory>
@@ -17,6 +15,7 @@ class TestLamps : public QObject {
     std::unique_ptr<SacnSender> m_pSender;
     QStringList m_log;
     QByteArray m_packet;  ///< the last one of levels
+    int m_nRouters = 0;   ///< that it could have passed, and one
     int m_nMs = 0;        ///< of the next frame
     QString m_sLast;      ///< what the last frame was heard as
 
@@ -41,8 +40,7 @@ class TestLamps : public QObject {
             if (sHeard.isEmpty()) {
                 m_sLast.clear();
             } else if (sHeard == m_sLast) {
-                heard.last() = heard.last().section(' ', 0, 0).section('-', 0, 0) +
-                               QString("-%1 %2").arg(m_nMs).arg(sHeard);
+                heard.last().replace(QRegularExpression("^(\\d+)\\S*"), QString("\\1-%1").arg(m_nMs));
             } else {
                 heard += QString("%1 %2").arg(m_nMs).arg(sHeard);
                 m_sLast = sHeard;
@@ -55,7 +53,9 @@ class TestLamps : public QObject {
     QString Heard(int nWaitMs = 0) {
         QStringList words;
         while (m_receiver.hasPendingDatagrams() || (nWaitMs > 0 && m_receiver.waitForReadyRead(nWaitMs))) {
-            const QByteArray packet = m_receiver.receiveDatagram().data();
+            const QNetworkDatagram datagram = m_receiver.receiveDatagram();
+            const QByteArray packet = datagram.data();
+            m_nRouters = datagram.hopLimit();
             if (Byte(packet, 21) == 8) {
                 words.append('d' + packet.mid(120).toHex());
             } else {
@@ -119,7 +119,7 @@ private slots:
                     "3200 1:0 !1:0 2:0 | 3225-3250 !1:0 2:0 | 3275-3625 2:0 | 4475 2:0 | "
                     "4725-4775 1:7 !2:0 | 4800-5225 1:7 | 6075 1:7 | 10050 1:8 d0001 | 10075-10100 1:8"));
         QCOMPARE(Byte(m_packet, 111), 56);  // each packet of a universe has the next number
-        m_pSender.reset();
+        QCOMPARE(m_nRouters, 32);
     }
 
     /// To one receiver go all universes, and nothing to any group.
@@ -216,22 +216,19 @@ private slots:
               {SIGHUP, "0042", R"(9,"content":{"id":1,"s":true})"},
               {SIGTERM, "0042", R"(10,"content":{"color":{"r":77,"g":0,"b":0},"s":true})"},
               {SIGTERM, "0043", R"(11,"content":{"white":true,"dim":30})"}}) {
-            QProcess program;
-            program.start(SERVER_PROGRAM, {"--sacn", "--sacn-interface", "127.0.0.1", "--sacn-priority", "33",
-                                           "--serial", pSerial, "--show", sShow});
-            QVERIFY(program.waitForReadyRead());
-            QUdpSocket remote;
-            remote.writeDatagram(QByteArray("{\"typ\":") + pMessage + '}', QHostAddress::LocalHost, 8093);
+            Program server({"--sacn", "--sacn-interface", "127.0.0.1", "--sacn-priority", "33", "--serial",
+                            pSerial, "--show", sShow});
+            Tell(pMessage);
             QString sHeard;
             QVERIFY2(QTest::qWaitFor([&] { return (sHeard += Heard(30)).contains("32:77"); }),
-                     qPrintable(sHeard + program.readAll()));
+                     qPrintable(sHeard + server.log));
             QVERIFY(sHeard.contains("1:5") && sHeard.contains("2:6"));  // what runs from the start
             QCOMPARE(Byte(m_packet, 108), 33);
             sources.append(m_packet.mid(22, 16));
             // As a closing terminal does, with one more right behind.
-            kill(static_cast<pid_t>(program.processId()), nSignal);
-            kill(static_cast<pid_t>(program.processId()), SIGHUP);
-            QVERIFY(program.waitForFinished() && program.exitCode() == 0);
+            kill(static_cast<pid_t>(server.program.processId()), nSignal);
+            kill(static_cast<pid_t>(server.program.processId()), SIGHUP);
+            QVERIFY(server.program.waitForFinished() && server.program.exitCode() == 0);
             QVERIFY(Heard(30).endsWith("!32:77 !1:5 !2:6 !32:77 !1:5 !2:6 !32:77"));
         }
         QVERIFY(sources.count(sources[0]) == 4 && sources[4] != sources[0]);
@@ -242,60 +239,43 @@ private slots:
     void resume() {
         const QTemporaryDir folder;
         const QString sKept = folder.filePath("kept");
-        const auto start = [&sKept](QProcess& program, const QString& sSays) {
-            program.start(SERVER_PROGRAM, {"--sacn", "--sacn-interface", "127.0.0.1", "--resume", sKept});
-            QVERIFY(program.waitForReadyRead());
-            QTest::qWait(100);
-            const QByteArray said = program.readAll();
-            QVERIFY2(said.contains(sSays.toUtf8()), said);
-        };
+        const QStringList options{"--sacn", "--sacn-interface", "127.0.0.1", "--resume", sKept};
         const auto level = [this](int nChannel) {
             return m_packet.isEmpty() ? -1 : Byte(m_packet, 125 + nChannel);
         };
-        QUdpSocket remote;
         {
-            QProcess program;
-            start(program, "listens");
-            const char* const pUniverse =
-                R"(13,"content":{"universe":0,"channels":[{"c":97,"l":300,"s":true},{"c":98,"l":-7,"s":true}]})";
-            for (const char* pMessage :
-                 {R"(8,"content":{"id":4,"s":true})", R"(9,"content":{"id":5,"s":true})", pUniverse,
-                  R"(12,"content":{"chan":99,"univ":0,"level":999,"s":true})",
-                  R"(11,"content":{"dim":50})"}) {
-                remote.writeDatagram(QByteArray("{\"typ\":") + pMessage + '}', QHostAddress::LocalHost, 8093);
+            const Program server(options);
+            for (
+                const char* pMessage :
+                {R"(8,"content":{"id":4,"s":true})", R"(9,"content":{"id":5,"s":true})",
+                 R"(13,"content":{"universe":0,"channels":[{"c":97,"l":300,"s":true},{"c":98,"l":-7,"s":true}]})",
+                 R"(12,"content":{"chan":99,"univ":0,"level":999,"s":true})", R"(11,"content":{"dim":50})"}) {
+                Tell(pMessage);
             }
             QVERIFY(QTest::qWaitFor([&] { return TextOf(sKept).contains("\"dim\" : 50"); }, 20000));
-            program.kill();
-            program.waitForFinished();
         }
         Heard();
         m_packet.clear();
         {
-            QProcess program;
-            start(program, "takes up " + sKept + ": 4 run, 0 left out");
+            const Program server(options);
+            QTRY_VERIFY2(server.log.contains("takes up " + sKept.toUtf8() + ": 4 run, 0 left out"),
+                         server.log);
             QVERIFY(QTest::qWaitFor([&] { return Heard(), level(1) > 0; }));
             QCOMPARE(level(1), 128);  // of Stage warm; 255 at half, with no fade
             QCOMPARE(level(33), 128);
             QCOMPARE(level(49), 70);  // pan of the program that was started last, in its first step
             QCOMPARE(m_packet.mid(126 + 97, 3), QByteArray("\xff\0\xff", 3));  // held, within 0 to 255
-            program.kill();
-            program.waitForFinished();
         }
-        for (const auto& [pText, pSays] :
-             {std::pair{R"({"content":[{"typ":8,"content":{"id":99,"s":true}}]})", ": 0 run, 1 left out"},
+        for (const auto& [text, pSays] :
+             {std::pair{QByteArray(R"({"content":[{"typ":8,"content":{"id":99,"s":true}}]})"),
+                        ": 0 run, 1 left out"},
               {"{\"content\":[", ".damaged"},
-              {"large", "not a file below 4 MB"},
-              {"pipe", "not a regular file"}}) {
-            const QByteArray text(pText);
-            if (text == "pipe") {
-                QVERIFY(mkfifo(qPrintable(sKept), 0600) == 0);
-            } else {
-                WriteFile(sKept, text == "large" ? QByteArray(5000000, ' ') : text);
-            }
-            QProcess program;
-            start(program, pSays);
-            program.kill();
-            program.waitForFinished();
+              {QByteArray(5000000, ' '), "not a file below 4 MB"},
+              {"", "not a regular file"}}) {
+            QVERIFY(!text.isEmpty() || mkfifo(qPrintable(sKept), 0600) == 0);
+            text.isEmpty() ? QString() : WriteFile(sKept, text);
+            const Program server(options);
+            QTRY_VERIFY2(server.log.contains(pSays), server.log);
         }
         QVERIFY(!QFileInfo(sKept).isFile() && QFileInfo(sKept + ".damaged").size() == 5000000);
     }
@@ -314,22 +294,18 @@ private slots:
             reader.start("sh", {"-c", sReader});
             program.start(SERVER_PROGRAM, {"--sacn", "--sacn-interface", "127.0.0.1"});
             QVERIFY(QTest::qWaitFor([this] { return Heard().contains("1:"); }));
-            QUdpSocket remote;
-            const auto send = [&remote](const QByteArray& text) {
-                remote.writeDatagram(text, QHostAddress::LocalHost, 8093);
-            };
             for (int i = 0; i < 6000; ++i) {
-                send(R"({"typ":9,"content":{"id":99}})");
+                Tell(R"(9,"content":{"id":99})");
                 QThread::usleep(50);
             }
             QVERIFY(QTest::qWaitFor([&] {  // it may be lost among the others
-                send(R"({"typ":12,"content":{"chan":0,"univ":0,"level":77,"s":true}})");
+                Tell(R"(12,"content":{"chan":0,"univ":0,"level":77,"s":true})");
                 return Heard().contains("1:77");
             }));
             if (sReader != "true") {
                 QVERIFY(reader.waitForReadyRead());
                 QTest::qWait(200);
-                send(R"({"typ":9,"content":{"id":99}})");
+                Tell(R"(9,"content":{"id":99})");
             }
             kill(static_cast<pid_t>(program.processId()), SIGTERM);
             QVERIFY(program.waitForFinished() && program.exitStatus() == QProcess::NormalExit);

@@ -43,6 +43,7 @@ class TestPages : public QObject {
     CIniFile m_settings;
     std::unique_ptr<CSceneList> m_pList;
 
+    /// Named alike, with ids from 10.
     static QList<Scene> Scenes(int nCount, int nArea = 0) {
         QList<Scene> scenes;
         for (int i = 0; i < nCount; ++i) {
@@ -86,6 +87,10 @@ private slots:
     }
 
     void conversions() {
+        const auto text = [](const auto& color) {
+            const auto [a, b, c] = color;
+            return QString("%1 %2 %3").arg(a).arg(b).arg(c);
+        };
         for (const QString sRow :
              {"1 255 255 > 255 4 0", "61 255 255 > 250 255 0", "119 255 255 > 4 255 0",
               "179 255 255 > 0 255 250", "239 255 255 > 0 4 255", "299 255 255 > 250 0 255",
@@ -95,10 +100,6 @@ private slots:
               "217 0 77 > 77 77 77", "0 0 0 < 0 0 0", "255 255 255 < 0 0 255", "255 0 1 < 359 255 255",
               "10 20 30 < 210 170 30", "0 255 255 < 180 255 255"}) {
             const auto at = [&sRow](int i) { return sRow.section(' ', i, i).toInt(); };
-            const auto text = [](const auto& color) {
-                const auto [a, b, c] = color;
-                return QString("%1 %2 %3").arg(a).arg(b).arg(c);
-            };
             QCOMPARE(sRow.contains('>') ? text(HSVColor{at(0), at(1), at(2)}.toRGB())
                                         : text(RGBColor{at(0), at(1), at(2)}.toHSV()),
                      sRow.section(' ', 4));
@@ -126,37 +127,29 @@ private slots:
         slider.resize(34, 234);  // a track of 200
         Note(&slider, &CSlider::valueChanged, "level");
         Clicks(&slider, {{5, 18}, {5, 17}, {5, 217}, {5, 218}, {5, 117}});
-        Mouse(&slider, QEvent::MouseButtonPress, {5, 100});
-        QCOMPARE(QWidget::mouseGrabber(), &slider);
-        Mouse(&slider, QEvent::MouseMove, {300, 900});
-        Mouse(&slider, QEvent::MouseButtonRelease, {300, 900});
+        Drag(&slider, {5, 100, 300, 900});
         Mouse(&slider, QEvent::MouseMove, {5, 100});
         QVERIFY(QWidget::mouseGrabber() == nullptr);
         QCOMPARE(Told(), QString("level 253, level 255, level 0, level 0, level 127, level 149, level 0"));
         // Nothing is filled at 0; whatever the level, nothing is painted beyond the track's ends.
-        const auto image = [&slider](int nLevel) {
-            slider.SetLevel(nLevel);
-            return slider.grab().toImage();
-        };
+        const auto image = [&slider](int nLevel) { return slider.SetLevel(nLevel), slider.grab().toImage(); };
         QVERIFY(image(128).pixelColor(17, 150) != image(0).pixelColor(17, 150));
         QVERIFY(image(100000) == image(255) && image(-5) == image(0));
     }
 
     void sliderControl() {
-        for (const bool bDefault : {true, false}) {
-            CSliderCtrl control(slcGrey, bDefault, nullptr);
+        for (const bool bHalf : {true, false}) {
+            CSliderCtrl control(slcGrey, bHalf, nullptr);
             Note(&control, &CSliderCtrl::valueChanged, "level");
             control.resize(54, 400);
             control.show();
             control.SetValue(40);
-            Click(&control, {7, 25});
+            Clicks(&control, {{7, 25}, {45, 44}});
             QCOMPARE(control.Value(), 255);
-            Clicks(&control, {{45, 44}, {7, 350}, {45, 369}});
-            QCOMPARE(control.Value(), bDefault ? 128 : 255);
+            Clicks(&control, {{7, 350}, {45, 369}});
             Clicks(&control, {{6, 30}, {46, 30}, {20, 45}, {20, 349}, {20, 370}});  // just beside them
-            Click(control.Slider(), {5, 0});
-            QCOMPARE(Told(), QString(bDefault ? "level 255, level 255, level 128, level 128, level 255"
-                                              : "level 255, level 255, level 255"));
+            QCOMPARE(control.Value(), bHalf ? 128 : 255);
+            QCOMPARE(Told(), QString("level 255, level 255") + (bHalf ? ", level 128, level 128" : ""));
         }
     }
 
@@ -166,25 +159,13 @@ private slots:
         Note(pCommands, &CCommandWnd::whiteChanged, "white");
         Note(pCommands, &CCommandWnd::blackChanged, "black");
         Note(pCommands, &CCommandWnd::nextChanged, "next");
-        Note(pCommands, &CCommandWnd::pauseChanged, "pause");
-        const auto state = [&] {
-            QString sState = Told() + " >";
-            for (int i = 0; i < CCommandWnd::Buttons; ++i) {
-                sState += pCommands->IsOn(static_cast<CCommandWnd::Button>(i)) ? " on" : " -";
-            }
-            return sState;
-        };
-        const std::pair<QPoint, const char*> presses[] = {{{84, 149}, "press, black 1 > - on - -"},
-                                                          {{25, 10}, "press, white 1 > on - - -"},
-                                                          {{50, 200}, "press, next 1 > on - on -"}};
-        for (const auto& [at, pResult] : presses) {
-            QTest::mousePress(pCommands, Qt::LeftButton, {}, at);
-            QCOMPARE(state(), QString(pResult));
-        }
-        pCommands->Update(Command{true, false, false, false, true, 0, 0});
-        QCOMPARE(state(), QString(" > - on on on"));                   // next is the hand's
+        Clicks(pCommands, {{84, 149}, {25, 10}});
+        QTest::mousePress(pCommands, Qt::LeftButton, {}, {50, 200});
+        pCommands->Update(Command());
+        QVERIFY(pCommands->IsOn(CCommandWnd::Next));  // it is the hand's
+        QCOMPARE(Told(), QString("press, black 1, press, white 1, press, next 1"));
         Clicks(pCommands, {{24, 10}, {85, 10}, {50, 70}, {50, 310}});  // just beside them
-        QCOMPARE(state(), QString("press, press, press, press > - on - on"));
+        QCOMPARE(Told(), QString("press, press, press, press"));
     }
 
     void picking() {
@@ -199,11 +180,8 @@ private slots:
         Mouse(Wheel(), QEvent::MouseMove, {300, 210});
         QCOMPARE(Told(), QString("press, color 255 2 2 0, color 127 255 0 0, color 255 255 255 0"));
         // A corner of the square is no part of the wheel, nor is a drag from there or from the switch.
-        for (const QPoint start : {QPoint(79, 35), QPoint(100, 30)}) {
-            Mouse(Wheel(), QEvent::MouseButtonPress, start);
-            Mouse(Wheel(), QEvent::MouseMove, {300, 210});
-            Mouse(Wheel(), QEvent::MouseButtonRelease, {300, 210});
-        }
+        Drag(Wheel(), {79, 35, 300, 210});
+        Drag(Wheel(), {100, 30, 300, 210});
         Click(Wheel(), {22, 22});  // switched on by sending
         QCOMPARE(Told(), QString("press, state 0, press, press, color 255 255 255 0"));
         // A pick is bright, however dark the colour was that the server reported.
@@ -232,14 +210,19 @@ private slots:
     }
 
     void serverState() {
-        for (const QString sRow : {"0 0 0", "1 3 1", "50 128 50", "99 253 99", "100 256 100", "256 256 255",
-                                   "-2147483648 0 0", "-1 0 0", "2147483647 256 255"}) {
-            const int n = sRow.section(' ', 0, 0).toInt();
+        for (const auto& [n, nDimmer, nWhite] : {std::tuple{0, 0, 0},
+                                                 {1, 3, 1},
+                                                 {50, 128, 50},
+                                                 {99, 253, 99},
+                                                 {100, 256, 100},
+                                                 {256, 256, 255},
+                                                 {INT_MIN, 0, 0},
+                                                 {-1, 0, 0},
+                                                 {INT_MAX, 256, 255}}) {
             m_pPage->Update(Color{n, n, n, n, true, true}, Command{false, false, false, false, false, n, n});
-            const int nDimmer = m_pPage->Dimmer()->Value();
-            const int nWhite = m_pPage->White()->Value();
-            QCOMPARE(QString("%1 %2 %3").arg(n).arg(nDimmer).arg(nWhite), sRow);
+            QCOMPARE(m_pPage->Dimmer()->Value(), nDimmer);
             QCOMPARE(m_pPage->Speed()->Value(), nDimmer);
+            QCOMPARE(m_pPage->White()->Value(), nWhite);
             QCOMPARE(Wheel()->GetColor(), QColor(nWhite, nWhite, nWhite));
             m_pPage->grab();
         }
@@ -304,7 +287,6 @@ private slots:
         for (const bool bHeld : {true, false}) {
             m_pGrid->Update(5, 200, bHeld);
             QCOMPARE(std::count(states.begin(), states.end(), true), bHeld ? 513 : 1);
-            QCOMPARE(At(5, 0), std::pair(bHeld ? 200 : 0, bHeld));
             QCOMPARE(std::count(levels.begin(), levels.end(), bHeld ? 200 : 0), bHeld ? 512 : 32 * 512 - 1);
         }
         for (const auto& [nStart, nCount, bRgbw, pRun] : {std::tuple{506, 5, true, "01020304000000"},
@@ -333,20 +315,23 @@ private slots:
 
     void presses() {
         // The list and where it is pressed; what runs then, from 11, and what is told: group, id, state.
-        for (const QString sRow :
-             {"scenes 148 52 > 10 press 0,10,1",                                  // on, its group goes off
-              "scenes 148 53 > 12 press 0,12,1", "scenes 149 0 >  press 0,11,0",  // off, others stay
-              "scenes 297 52 >  press 0,11,0", "scenes 298 5 > 11 press",
-              "programs 0 1 > 10 11 press 0,10,1"}) {  // programs exclude nothing
-            Open(Scenes(4), sRow.startsWith("scenes"));
+        for (const QStringList& row : Table(R"(
+scenes 148 52 => 10 press 0,10,1 => on, its group goes off
+scenes 148 53 => 12 press 0,12,1
+scenes 149 0 => press 0,11,0 => off, others stay
+scenes 297 52 => press 0,11,0
+scenes 298 5 => 11 press
+programs 0 1 => 10 11 press 0,10,1 => programs exclude nothing
+)")) {
+            Open(Scenes(4), row[0].startsWith("scenes"));
             m_pList->Update(Scene{"", 11, 0, 0, true}, true);
             QString sTold;
             connect(m_pList.get(), &CSceneList::mousePressed, [&] { sTold += " press"; });
             connect(m_pList.get(), &CSceneList::stateChanged, [&](int iArea, int nId, bool bState) {
                 sTold += QString(" %1,%2,%3").arg(iArea).arg(nId).arg(int{bState});
             });
-            Click(m_pList.get(), {sRow.section(' ', 1, 1).toInt(), sRow.section(' ', 2, 2).toInt()});
-            QCOMPARE(Running(m_pList.get()) + sTold, sRow.section(" > ", 1));
+            Click(m_pList.get(), {row[0].section(' ', 1, 1).toInt(), row[0].section(' ', 2, 2).toInt()});
+            QCOMPARE((Running(m_pList.get()) + sTold).trimmed(), row[1]);
         }
         // Group -1 excludes too.
         Open(Scenes(3, -1) + Scenes(1, 2));  // the last repeats the first's id
@@ -362,18 +347,38 @@ private slots:
             Open(Scenes(3), bScenes);
             m_pList->Update(Scene{"", 11, 0, 0, true}, true);
             const QImage image = m_pList->grab().toImage();
-            const QColor on = bScenes ? QColor(100, 160, 255) : QColor(Qt::green);
-            for (const QPoint at :
-                 {QPoint(0, 0), QPoint(149, 20), QPoint(298, 20), QPoint(20, 53), QPoint(20, 106)}) {
-                QCOMPARE(image.pixelColor(at), QColor(180, 180, 180));  // the outline
+            for (const QPoint at : {QPoint(0, 0), {149, 20}, {298, 20}, {20, 53}, {20, 106}}) {
+                QCOMPARE(image.pixelColor(at), QColor("#b4b4b4"));  // the outline
             }
-            QVERIFY(image.pixelColor(150, 1) == on &&
-                    image.pixelColor(297, 52) == on);  // the second tile runs
-            QVERIFY(image.pixelColor(1, 1) != on);
-            const QColor badge("#2b3038");
-            QVERIFY(image.pixelColor(14, 26) == badge && image.pixelColor(9, 26) != badge);
+            const QColor on(bScenes ? "#64a0ff" : "#00ff00");  // the second tile runs
+            QVERIFY(image.pixelColor(150, 1) == on && image.pixelColor(297, 52) == on &&
+                    image.pixelColor(1, 1) != on);
             QVERIFY(Paints(m_pList.get(), "#1.10") && Paints(m_pList.get(), "#1.12"));
         }
+    }
+
+    /// The tile that the keys have come to is the same scene in another list, or none; they open its menu,
+    /// too.
+    void keys() {
+        const auto scenes = Scenes(3);
+        Open(scenes);
+        QVERIFY(QTest::qWaitForWindowActive(m_pList.get()));
+        QSignalSpy icons(m_pList.get(), &CSceneList::iconChanged);
+        const auto press = [this](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+            QTest::keyClick(m_pList.get(), key, modifiers);
+            return Running(m_pList.get());
+        };
+        press(Qt::Key_Right);  // brings the ring
+        press(Qt::Key_Right);
+        m_pList->Update({scenes[2], scenes[0], scenes[1]}, m_settings);
+        QCOMPARE(press(Qt::Key_Space), QString("11"));
+        ChooseNext(3);
+        press(Qt::Key_Menu);
+        ChooseNext(4);
+        press(Qt::Key_F10, Qt::ShiftModifier);
+        QVERIFY(icons.size() == 2 && icons[0][0] == 11 && icons[1][0] == 11 && m_pList->HasRing());
+        m_pList->Update(Scenes(1), m_settings);
+        QVERIFY(!m_pList->HasRing());
     }
 
     void longLists() {
@@ -412,15 +417,14 @@ private slots:
 
     /// What a server names its scenes is neither painted to its end nor part of the settings.
     void oddNames() {
-        CIniFile settings;
-        const QString sOutside = settings.path + ".png";
+        const QString sOutside = m_settings.path + ".png";
         QVERIFY(artwork::Picture(":/Corvane/Images/Text.png").save(sOutside));
+        CIniFile settings;
         settings.SaveSceneParams(7, "", sOutside, {});
         settings.SaveSceneParams(8, "", ":/Corvane/Images/Text.png", {});
         Open({});
-        m_pList->Update(
-            {Scene{"Fog\nPwdState=1\t2\u2028", 7, 2147483647, 0, false}, Scene{"", 8, -1, 0, false}},
-            settings);
+        m_pList->Update({Scene{"Fog\nPwdState=1\t2\u2028", 7, INT_MAX, 0, false}, Scene{"", 8, -1, 0, false}},
+                        settings);
         QVERIFY(QFile::remove(sOutside) && Item(0).pixmap.isNull() && !Item(1).pixmap.isNull());
         QCOMPARE(m_pList->Part(0).value + m_pList->Part(1).value, QString("#2147483648.7#8"));
         QSignalSpy names(m_pList.get(), &CSceneList::nameChanged);
@@ -434,14 +438,12 @@ private slots:
 
         // What is painted of a name is one line, and of a long one, which takes its time, what fits.
         const auto paint = [this](const std::string& sName) {
-            Open({Scene{sName, 1, 0, 0, false}});
-            return m_pList->grab().toImage();
+            return Open({Scene{sName, 1, 0, 0, false}}), m_pList->grab().toImage();
         };
         const QImage fitting = paint(std::string(40, 'x'));
         QVERIFY(fitting.copy(112, 1, 36, 52) == paint("").copy(112, 1, 36, 52));  // nothing below the box
         QVERIFY(paint("a\u2028b\u2029c\nd") == paint("a b c d"));
-        QVERIFY(paint(std::string(250000, 'x')) == fitting);
-        QVERIFY(m_pList->Part(0).name.size() < 1000);
+        QVERIFY(paint(std::string(250000, 'x')) == fitting && m_pList->Part(0).name.size() < 1000);
     }
 
     void iconsAndColors() {

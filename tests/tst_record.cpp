@@ -23,44 +23,41 @@ class TestRecord : public QObject {
 
     /// Fixtures of all letters, with scenes and programs that light some of them.
     QByteArray AnyShow() {
-        QStringList fixtures;
-        QStringList names;
-        QStringList entries[2];
-        for (int i = 0; i < 5; ++i) {
-            const QString sLayout = QStringList{"i", "rgbw", "xfxxifrgb", "aai", "rfgfbf", "xx"}[Any(6)];
-            const int nCount = 1 + Any(3);
-            fixtures +=
-                QString(R"({ "name": "F%1", "universe": 2, "channel": %2, "layout": "%3", "count": %4%5 })")
-                    .arg(QString::number(i), QString::number(1 + 40 * i), sLayout, QString::number(nCount),
-                         sLayout == "xx" ? R"(, "default": [9, 0])"
-                         : Any(4) > 0    ? ""
-                                         : R"(, "independent": true)");
-            for (const QString& sName : {QString("F%1").arg(i), QString("F%1 1").arg(i)}) {
-                names += nCount > 1 || !sName.contains(' ') ? sName + '=' + QString::number(sLayout.size())
-                                                            : names.value(0);
-            }
-        }
+        const QByteArray fixtures = R"([
+{ "name": "A", "universe": 2, "channel": 1, "layout": "i", "count": 3 },
+{ "name": "B", "universe": 2, "channel": 41, "layout": "rgbw", "count": 2, "independent": @ },
+{ "name": "C", "universe": 2, "channel": 81, "layout": "xfxxifrgb", "independent": @ },
+{ "name": "D", "universe": 2, "channel": 121, "layout": "aai" },
+{ "name": "E", "universe": 2, "channel": 161, "layout": "rfgfbf", "count": 3, "independent": @ },
+{ "name": "F", "universe": 2, "channel": 181, "layout": "xx", "count": 2, "default": [9, 0] }])";
+        const QVector<std::pair<QString, int>> lamps{{"A", 1},   {"A 2", 1}, {"B", 4},  {"B 1", 4},
+                                                     {"B 2", 4}, {"C", 9},   {"D", 3},  {"E", 6},
+                                                     {"E 3", 6}, {"F", 2},   {"F 1", 2}};
         const auto look = [&] {
-            QStringList levels;
-            for (const QString& sName : QSet<QString>{names[Any(10)], names[Any(10)], names[Any(10)]}) {
-                QStringList list;
-                for (int i = sName.section('=', 1).toInt(); i > 0; --i) {
-                    list += QString::number(Any(3) > 0 ? Any(256) : 0);
+            QJsonObject levels;
+            for (int i = 0; i < 3; ++i) {
+                const auto& [sName, nLevels] = lamps[Any(11)];
+                QJsonArray list;
+                while (list.size() < nLevels) {
+                    list.append(Any(3) > 0 ? Any(256) : 0);
                 }
-                levels += QString(R"("%1": [%2])").arg(sName.section('=', 0, 0), list.join(','));
+                levels[sName] = list;
             }
-            return QString(R"("fade": %1, "levels": { %2 })").arg(Any(3)).arg(levels.join(", "));
+            return QJsonObject{{"fade", Any(3)}, {"levels", levels}};
         };
+        QJsonArray scenes;
+        QJsonArray programs;
         for (int i = 1; i < 9; ++i) {
-            entries[0] +=
-                QString("{ \"id\": %1, \"name\": \"S%1\", \"area\": %2, %3 }").arg(i).arg(Any(4)).arg(look());
-            entries[1] += QString("{ \"id\": %1, \"name\": \"P%1\", \"steps\": [ { %2 }, { %3 } ] }")
-                              .arg(i)
-                              .arg(look(), look());
+            QJsonObject scene = look();
+            scene["id"] = i;
+            scene["name"] = "S";
+            scene["area"] = Any(4);
+            scenes.append(scene);
+            programs.append(QJsonObject{{"id", i}, {"name", "P"}, {"steps", QJsonArray{look(), look()}}});
         }
-        return QString("{ \"fixtures\": [ %1 ],\n  \"scenes\": [\n    %2\n  ],\n \"programs\": [ %3 ] }\n")
-            .arg(fixtures.join(",\n "), entries[0].join(",\n    "), entries[1].join(", "))
-            .toUtf8();
+        return "{ \"fixtures\": " + QByteArray(fixtures).replace('@', Any(4) > 0 ? "false" : "true") +
+               ",\n  \"scenes\": " + QJsonDocument(scenes).toJson() +
+               ", \"programs\": " + QJsonDocument(programs).toJson() + "}\n";
     }
 
     std::unique_ptr<State> m_pState;
@@ -91,22 +88,12 @@ class TestRecord : public QObject {
     }
 
     void DoSomething() {
-        switch (m_nNowMs += Any(1500); Any(5)) {
-            case 0:
-                m_pState->Switch({true, 1 + Any(8)}, Any(4) > 0);
-                break;
-            case 1:
-                m_pState->Take(Color{Any(256), Any(256), Any(256), Any(256), false, Any(2) > 0});
-                break;
-            case 2:
-                m_pState->Hold({40 * Any(5), 1, Any(256), Any(4) > 0});
-                break;
-            case 3:
-                m_pState->Take(Command{Any(5) == 0, false, false, Any(5) == 0, false, 100, 50});
-                break;
-            default:
-                m_pState->Switch({false, 1 + Any(8)}, Any(4) > 0);
-        }
+        m_nNowMs += Any(1500);
+        const int nWhat = Any(5);
+        nWhat == 0   ? m_pState->Take(Color{Any(256), Any(256), Any(256), Any(256), false, Any(2) > 0})
+        : nWhat == 1 ? m_pState->Hold({40 * Any(5), 1, Any(256), Any(4) > 0})
+        : nWhat == 2 ? m_pState->Take(Command{Any(5) == 0, false, false, Any(5) == 0, false, 100, 50})
+                     : void(m_pState->Switch({nWhat == 3, 1 + Any(8)}, Any(4) > 0));
     }
 
 private slots:
@@ -154,10 +141,9 @@ private slots:
 "programs": [ { "id": 1, "name": "P", "steps": [ { "fade": 1, "hold": 9, "levels": { "D 3": [100] } },
                                                  { "fade": 1, "hold": 9, "levels": { "D 4": [100] } } ] } ] })";
         Begin(ReadShow("rig", text));
-        const auto shows = [this](qint64 nAfterMs, const QList<int>& levels) {
+        const auto shows = [this](qint64 nAfterMs, const std::vector<unsigned char>& levels) {
             const QByteArray shown = Shown(nAfterMs, 0, 5);
-            return QList<int>(levels) ==
-                   QList<int>{shown[0] & 255, shown[1] & 255, shown[2] & 255, shown[3] & 255, shown[4] & 255};
+            return std::vector<unsigned char>(shown.begin(), shown.end()) == levels;
         };
         const auto edit = [&](const char* pOld, const char* pNew) {
             m_pState->Replace(ReadShow("rig", QByteArray(text).replace(pOld, pNew)), m_pState->Runs(), {},
@@ -167,13 +153,11 @@ private slots:
         m_pState->Switch({false, 2}, true);
         m_pState->Switch({true, 1}, true);
         QVERIFY(shows(2000, {100, 100, 100, 0, 40}));  // half-way
-        edit("\"D 3\": [100]", "\"D 3\": [50]");
+        edit(R"("D 3": [100])", R"("D 3": [50])");
         QVERIFY(shows(0, {100, 100, 100, 0, 40}) && shows(500, {125, 125, 75, 0, 50}));
         QVERIFY(shows(1500, {200, 200, 50, 0, 80}) && shows(6500, {200, 200, 25, 50, 80}));
-        edit(
-            "{ \"id\": 2, \"name\": \"B\", \"area\": 2, \"fade\": 4, \"levels\": { \"D 2\": [200], \"X\": "
-            "[80] } }",
-            "{ \"id\": 7, \"name\": \"C\", \"area\": 2, \"levels\": { \"D 4\": [9] } }");
+        edit(R"({ "id": 2, "name": "B", "area": 2, "fade": 4, "levels": { "D 2": [200], "X": [80] } })",
+             R"({ "id": 7, "name": "C", "area": 2, "levels": { "D 4": [9] } })");
         QVERIFY(m_pState->Runs().size() == 2 && shows(1000, {200, 150, 0, 100, 80}));
         m_pState->Take(Command{true, false, false, false, false, 100, 50});
         QVERIFY(shows(0, {0, 0, 0, 0, 80}));

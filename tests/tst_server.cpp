@@ -2,27 +2,13 @@
 #include "device/jsonwriter.h"
 #include "server/remotes/server.h"
 #include "server/show/show.h"
+#include "tests/program.h"
 #include "tests/remote.h"
 
 /// The server as a program, alone and with remotes around it, and what goes over the wire: the
 /// examples of docs/protocol.md are the golden texts, byte for byte.
 class TestServer : public QObject {
     Q_OBJECT
-
-    /// The program, running.
-    struct Program {
-        QByteArray log;
-        QProcess program;
-
-        explicit Program(const QStringList& arguments = {}) {
-            QObject::connect(&program, &QProcess::readyReadStandardOutput,
-                             [this] { log += program.readAllStandardOutput(); });
-            program.start(SERVER_PROGRAM, arguments + QStringList("--verbose"));
-            QVERIFY(QTest::qWaitFor([this] { return log.contains("listens") || log.contains("waits for"); },
-                                    20000));
-        }
-        ~Program() { program.close(); }
-    };
 
     /// Sends from an address of its own, as anyone can, and counts what comes back.
     struct Stranger {
@@ -120,6 +106,20 @@ private slots:
         QVERIFY(QTest::qWaitFor([&next] { return next.Count("\"scn\"") == 1; }));
     }
 
+    /// A remote that crashes keeps its place for 15 seconds.
+    void crashedRemote() {
+        const Program server({"--address", "127.0.0.1", "--limit", "1"});
+        QElapsedTimer clock;
+        clock.start();
+        Stranger(2).Send(MessageType::Alive);
+        QTRY_VERIFY(server.log.contains("is alive"));
+        Stranger other(3);
+        const auto comesIn = [&other] {
+            return other.Send(MessageType::Alive), other.Count("\"typ\" : 1\n") > 0;
+        };
+        QVERIFY(Within(17000, comesIn) && clock.elapsed() >= 15000);
+    }
+
     /// 16 hosts ask for 59 MB of universes, which all wait: but for 16 they are lost, as on a network.
     void lateDatagrams() {
         Program server(
@@ -168,7 +168,7 @@ private slots:
         QTest::qWait(300);  // what they wrote before may still be under way
         alpha.log.clear();
         beta.log.clear();
-        ClickTile(remote->SceneList(), 5);
+        Click(remote->SceneList(), remote->SceneList()->PartRect(5).center());
         QTRY_VERIFY(gamma.log.contains("scene 6 on") && gamma.log.contains("is alive"));
         QCOMPARE(alpha.log + beta.log, QByteArray());
     }
