@@ -9,6 +9,7 @@
 #include "widgets/qtversions.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -68,7 +69,8 @@ int main(int argc, char* argv[]) {
     }
     QApplication::setApplicationName(branding.name);
     // The icon is larger than most of what the first page shows, and no part of it.
-    QTimer::singleShot(100, [&branding] { QApplication::setWindowIcon(artwork::Icon(branding.icon)); });
+    QTimer::singleShot(100,
+                       [&branding] { QApplication::setWindowIcon(QIcon(artwork::Picture(branding.icon))); });
 
     const TerminationSignals termination;
     bool bAsked = false;

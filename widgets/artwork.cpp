@@ -61,10 +61,6 @@ std::vector<QPixmap> All(std::initializer_list<const char*> names) {
     return pictures;
 }
 
-QIcon Icon(const QString& sPath) {
-    return QIcon(Picture(sPath));
-}
-
 QBitmap Shape(const QString& sPath) {
     const QPixmap picture = Picture(sPath);
     return picture.devicePixelRatio() > 1.0 ? QPixmap(sPath).mask() : picture.mask();

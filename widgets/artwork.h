@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QBitmap>
-#include <QIcon>
 #include <QPixmap>
 #include <QString>
 
@@ -25,9 +24,6 @@ QString PathOf(const QString& sName);
 /// The picture of a name, or those of several.
 QPixmap Named(const QString& sName);
 std::vector<QPixmap> All(std::initializer_list<const char*> names);
-
-/// A picture by its path, for a menu or a button.
-QIcon Icon(const QString& sPath);
 
 /// The opaque pixels of a picture, in logical pixels whatever the density: a window's shape.
 QBitmap Shape(const QString& sPath);

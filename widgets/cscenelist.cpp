@@ -302,17 +302,18 @@ void CSceneList::OpenMenu(const QPoint& position) {
         tr("Music|Classical|Concert|Disco|Hip hop|Jazz|Music|Piano|Dance floor|RnB|Rock|Techno"),
         tr("Time of day|Afternoon|Stop|Start|Morning|Noon|Night|Evening")};
     QMenu menu(this);
-    menu.addAction(QIcon(artwork::Named("Text")), tr("Rename"), this, &CSceneList::OnRename);
-    menu.addAction(QIcon(artwork::Named("Color")), tr("Color"), this, &CSceneList::OnColor);
+    menu.addAction(artwork::Named("Text"), tr("Rename"), this, &CSceneList::OnRename);
+    menu.addAction(artwork::Named("Color"), tr("Color"), this, &CSceneList::OnColor);
     menu.addSeparator();
     for (std::size_t iList = 0; iList < choices.size(); ++iList) {
         const QStringList& icons = catalogue::IconLists().at(iList);
-        QMenu* pMenu = iList == 0 ? &menu : menu.addMenu(artwork::Icon(icons.first()), QString());
+        QMenu* pMenu = iList == 0 ? &menu : menu.addMenu(artwork::Picture(icons.first()), QString());
         const QStringList words = names.at(iList).split('|');
         pMenu->menuAction()->setToolTip(words[0]);
         pMenu->setToolTipsVisible(true);
         for (int i = 0; i < icons.size(); ++i) {
-            QAction* pAction = pMenu->addAction(artwork::Icon(icons[i]), QString(), this, choices.at(iList));
+            QAction* pAction =
+                pMenu->addAction(artwork::Picture(icons[i]), QString(), this, choices.at(iList));
             pAction->setData(i);
             pAction->setToolTip(words.value(i + 1));
         }
